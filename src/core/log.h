@@ -1,0 +1,21 @@
+// The log: every message goes to "errors.txt" in the working directory and to standard output, in the same words.
+// Each call opens the file, appends and closes it, so that nothing waits in a buffer; one lock round each message
+// keeps the lines of two threads apart. Any thread may call.
+#pragma once
+
+#include "core/types.h"
+
+void LogInit();                                              // Truncates the file and writes the first line.
+int LogError(const char *text);                              // "*ERR: text"; always 0, so that a caller can return it.
+int LogWarn(const char *text);                               // "WARN: text"; always 0.
+int LogInfo(const char *text);                               // "info: text"; always 1.
+void LogInt(const char *text, i64 value);                    // "info: text value"
+void LogVector(const char *text, int x, int y, int z);       // "info: text 1x 2y 3z"
+void LogFloat(const char *text, double value);               // "info: text value"
+void LogText(const char *text, const char *text2);           // "info: text text2"
+void LogLabelFloat(const char *text, double value);          // ":text value"
+void LogLabelInt(const char *text, i64 value);               // ":text value"
+void LogRaw(const char *fileLine, const char *printedLine);  // The two lines as they are; for the GL error check.
+
+// Logs the operating system and the memory; returns the number of processors (TARNVALE_CORES replaces it when set).
+i8 LogSystemInfo();

@@ -1,0 +1,14 @@
+// Random numbers of the world: a dSFMT generator of Mersenne exponent 521 with a buffer that is refilled every 8 draws.
+#pragma once
+
+#include <dSFMT.h>
+
+#include "core/types.h"
+
+struct RandomState {
+  dsfmt_t state{};
+};
+
+void SeedGenerator(RandomState *g);                // By the time of day in seconds.
+void SeedGeneratorWith(RandomState *g, u32 seed);  // By a given number: the same seed gives the same draws.
+double NextRandom(RandomState *g);                 // Strictly between 0 and 1.

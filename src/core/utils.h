@@ -1,0 +1,29 @@
+// Small routines without state that everything shares: strings, hashing, the fast square root, memory.
+#pragma once
+
+#include <bit>
+
+#include "core/types.h"
+
+char *CopyString(const char *s);                   // A new malloc'ed copy that the caller frees; null without memory.
+char *JoinStrings(const char *a, const char *b);   // A new malloc'ed string of a then b; the caller frees it.
+void AppendChar(char *s, char c);                  // Appends c in place; the buffer must have room for it.
+int Utf8Length(const char *s);                     // Code points among the first 1024 bytes; -1 at exactly 1024.
+int FloatToInt(float f);                           // Truncation; out of range values stop at the ends of int.
+void *GrowClear(void *p, size_t newSize, size_t oldSize);  // realloc; clears the bytes behind oldSize. Null on failure.
+char *GenerateName(int length, int spread);        // A malloc'ed pronounceable word of length +- spread letters.
+
+// A fixed value in 0 to 1 for an input: stands in for a random number where a look has to stay the same.
+// The mixing steps are Thomas Wang's 32-bit integer hash.
+inline float HashToUnit(u32 i) {
+  u32 h = (i ^ 61u ^ (i >> 16)) * 9u;
+  h = (h ^ (h >> 4)) * 0x27d4eb2du;
+  h = h ^ (h >> 15);
+  return static_cast<float>(h) * 2.3283064e-10f;
+}
+
+// A square root within about 6 percent: halves the exponent in the float's bits. f must not be negative.
+inline float FastSqrt(float f) {
+  const i32 b = std::bit_cast<i32>(f);
+  return std::bit_cast<float>(((b - 0x800000) >> 1) + 0x20000000);
+}

@@ -1,0 +1,23 @@
+// Typing a line of chat: the text, its cursor and the keys that edit it. Main thread, but for the Backspace repeat, which
+// the held-input step asks for; one lock guards the text.
+#pragma once
+
+#include <atomic>
+#include <string>
+
+#include "core/types.h"
+
+struct ChatEntry {
+  char text[258] = {};  // 256 characters, the cursor "|" and an end
+  i16 cursor = -2;      // index of the cursor; -1 just after opening, -2 when no chat is open
+  i16 length = 0;
+  double blink = 0;     // time of the next cursor blink
+  double repeat = 0;    // time of the next Backspace repeat; 0 is none
+};
+
+ChatEntry ReadChat();                     // A copy. Any thread.
+void OpenChat();                          // "T" in play.
+void CloseChat();                         // Esc.
+void ChatKey(int key);                    // A key pressed while typing.
+void ChatChar(int character, int action); // A character typed.
+void ChatHeldStep();                      // Repeats a held Backspace when it is due.

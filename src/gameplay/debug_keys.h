@@ -1,0 +1,4 @@
+// What the function keys do.
+#pragma once
+
+bool DebugKey(int key);   // F1 to F12 on a press; false for any other key. Main thread.

@@ -1,0 +1,20 @@
+// How the player moves: jets, grip, push-off, dampening and collisions. All work on the record given; the pieces read and
+// store it with the move mutex held.
+#pragma once
+
+#include "gameplay/player.h"
+
+// Velocity change collected by the held-input step; Movement adds it and the next step clears it. Only the thread of
+// Movement touches it.
+extern float accel[3];
+extern bool wasStuck;  // MovePlayer found the player inside something on its last call. Movement's thread, move mutex.
+
+enum class MoveKey : u8 { Forward, Backward, Left, Right, Up, Down };
+// The change that a force makes in accel for a key: the direction is against the motion, since places fall by velocity.
+Vec3f MoveKeyDirection(const Player &p, MoveKey key);
+
+void JetStep(Player *p, const Ship &ship);      // The Stop key and the six Move keys of one tick.
+void ReleaseGrip(Player *p);                    // What the Stop key's release does.
+float PushOffForce(const Player &p, const Ship &ship, MoveKey key);
+bool DampenStep(Player *p, float rate, i32 vx, i32 vy, i32 vz);  // Nearer to v by at most rate; true when arrived.
+void MovePlayer(Player *p, const Ship &ship, float dx, float dy, float dz);  // Displacement in blocks, with collisions.

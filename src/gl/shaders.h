@@ -1,0 +1,18 @@
+// The two programs, the cube, the 2D square and the texture buffers of the instances. Main thread.
+#pragma once
+
+#include "core/types.h"
+
+extern u32 MainProgram, Program2D, VoxelArray, SquareArray, SquareBuffer;
+extern u32 LocBuffer, LocTexture, ColBuffer, ColTexture;
+extern i32 MaxTextureBufferSize;           // bytes, from the driver
+extern i32 ProjectionModelLocation, CamLocLocation;
+extern u32 LocBufferBytes;                 // size of LocBuffer; ColBuffer has a quarter
+
+int InitShaders();                         // Non-zero on success.
+int Init2DShaders();                       // 1 on success.
+void TextureBufferInit();
+char *LoadShaderFile(const char *path, int *length);  // malloc'ed text without the '@' tails; null: no such file (logged).
+u32 CompileShader(u32 stage, const char *path);       // 0 on failure (logged).
+u32 LinkProgram(const u32 (&shaders)[2]);             // 0 on failure (logged).
+u32 InstanceBufferBytes(u32 maxTextureBufferSize);    // The size of LocBuffer for a driver's limit; may lower MaxVoxels.

@@ -1,0 +1,30 @@
+// The stream form of a ship, a gzip stream of (all little-endian):
+//   u8 version 1, u8 length N of displayName, N bytes, u8 0, then chunk groups to the end:
+//     u16 mega, u16 super, u16 chunk, u16 count (10 bits each), then count entries of three u16:
+//       rotation | rotation2 << 3 | material row << 5,  component row (14 bits),  block index (10 bits)
+// Groups and entries rise. A whole ship has no empty group.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "world/tree.h"
+
+constexpr int MaxShipName = 64;
+
+// The uncompressed bytes. World mutex held. False when displayName is too long (logged).
+bool PackShip(const Ship &ship, std::vector<u8> *out);
+// Reads what is whole of packed bytes into an empty ship, with a warning for each kind of fault. World mutex, or a ship
+// that no other thread sees. Sets displayName.
+void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path);
+
+// Takes the world mutex for the copy of the blocks; compresses and writes outside it. 1, or 0 and the old file as it was.
+int SaveShipStream(Ship *ship, const char *path);
+int SaveShipByName(Ship *ship);                          // To saves/<fileStem>.sts.
+int SaveShipRawStream(Ship *ship, const char *name);     // The uncompressed bytes, to saves/<name>.sls.
+// path: saves/<stem>.sts or cache/<stem>.sss. 1, or 0 when the file can't be opened. finish: with origins, light,
+// visibility and summary. World mutex, or a ship that no other thread sees.
+int LoadShipStream(Ship *ship, const char *path, bool finish);
+int LoadShipByName(Ship *ship, const char *name);        // From saves/<name>.sts; prints the path.
+int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z);  // World mutex held. 1 or 0.
+void FinishShip(Ship *ship);                             // Origins, light, visibility, summary, in this order.

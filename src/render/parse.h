@@ -1,0 +1,20 @@
+// Parse turns the world into instance arrays: nearest blocks first, under a budget that decides the level of detail.
+#pragma once
+
+#include "gameplay/player.h"
+#include "render/voxel_list.h"
+
+struct FrustumPlanes {
+  float a[6], b[6], c[6], d[6];
+};
+
+FrustumPlanes BuildFrustumPlanes(const float (&viewMatrix)[16]);
+bool BoxInView(const FrustumPlanes &f, const float (&low)[3], const float (&high)[3], const float (&camera)[3]);
+int BoxInViewCounted(const FrustumPlanes &f, const float (&low)[3], const float (&high)[3], const float (&camera)[3]);  // 0, 1; 2 when wholly inside.
+
+// The preview record: the aim marker, or the block about to be placed.
+void InitPreview();
+int Parse(VoxelList *list, const Player &player);  // One run; world mutex held. Always 1.
+// The stages of a run, for tests and benchmarks.
+void CollectVisibleBlocks(VoxelList *list, const Ship &ship, const FrustumPlanes &f, const float (&camera)[3]);
+u32 EmitCurrentShip(VoxelList *list, const Ship &ship, const Player &player);  // Blocks handled at full detail.

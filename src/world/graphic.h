@@ -1,0 +1,56 @@
+// What belongs to a cell but is not the block's identity: light, damage, the render caches.
+#pragma once
+
+#include <atomic>
+
+#include "core/types.h"
+
+constexpr u8 MaxBlockLights = 12;
+
+// One source that reaches a cell: where it stands, seen from the cell, and its colour.
+struct LightEntry {
+  i8 dx, dy, dz;
+  u8 red, green, blue;
+  u8 hops;  // blocks passed on the way, with ExperimentalLight
+};
+static_assert(sizeof(LightEntry) == 7);
+
+struct CacheVoxel {
+  u8 x, y, z;  // position in the placed block, 0 to 15
+  u8 zero;     // so that a location is base + entry / 16 in all four lanes at once
+};
+
+// The four ready-made lists of a block in one allocation: this head, then all CacheVoxel entries in the order opaque,
+// transparent, eight, quad, then as many colours (red, green, blue, alpha) in the same order. 8 bytes an entry, and one
+// block's lists lie side by side in memory, since Parse copies thousands of them in an order that no cache can guess.
+struct BlockCache {
+  u16 opaqueCount = 0, transparentCount = 0, eightCount = 0, quadCount = 0;
+};
+
+inline unsigned CacheTotal(const BlockCache &c) {
+  return static_cast<unsigned>(c.opaqueCount) + c.transparentCount + c.eightCount + c.quadCount;
+}
+inline const CacheVoxel *CacheVoxels(const BlockCache *c) { return reinterpret_cast<const CacheVoxel *>(c + 1); }
+inline const u32 *CacheColours(const BlockCache *c) {
+  return reinterpret_cast<const u32 *>(CacheVoxels(c) + CacheTotal(*c));
+}
+
+// The record of one cell. Guarded by the world mutex; damageBits may be read by anyone.
+struct GraphicBlock {
+  BlockCache *cache = nullptr;           // malloc'ed, or null: never built, or dropped
+  LightEntry *lightList = nullptr;       // lightCount entries, malloc'ed; a later animation frame borrows the first's
+  GraphicBlock *lodNext = nullptr;       // the next animation frame
+  std::atomic<u8 *> damageBits{nullptr}; // 512 bytes, a set bit is a voxel that is gone; or null
+  u32 lightId = 0;                       // the ship's light counter at the last light change
+  u32 cacheId = 0;                       // kept for ship files
+  u16 x = 0, y = 0, z = 0;               // the cell
+  u8 lightCount = 0;                     // at most MaxBlockLights
+  bool cacheDirty = false;               // the lists must be built again; until then the old ones are drawn
+  u8 cacheState[3] = {};                 // colour as a single cube; red 0 means not worked out
+  u8 frameTimer = 0;                     // low 7 bits count down to the next frame
+  u8 frameLength = 0;                    // low 7 bits: start of frameTimer, 0 for none; bit 7: lodNext is the first frame
+  u8 ghostAlpha = 0;                     // above 0: the aim marker or the block about to be placed
+};
+
+void FreeCacheRecord(GraphicBlock *g);   // Frees the lists of a record and of the animation frames that it owns.
+void FreeGraphic(GraphicBlock *g);       // Lists, light list and damage bits: all that a cell owns.

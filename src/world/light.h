@@ -1,0 +1,16 @@
+// Light is stored by the receiver: every block within 16 blocks of a source lists it. All here under the world mutex, or
+// before the world is shared.
+#pragma once
+
+#include "world/tree.h"
+
+constexpr int LightRadius = 16;
+
+int AddLightEntry(const LightEntry &entry, u16 x, u16 y, u16 z, const Ship &ship);       // Result as of a read.
+int RemoveLightEntry(i8 dx, i8 dy, i8 dz, u16 x, u16 y, u16 z, const Ship &ship);        // ... or 6: no such entry.
+void CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &ship);
+void TakeLightAway(u16 sx, u16 sy, u16 sz, const Ship &ship);  // Removes the source from all cells of its cube.
+void LightPass(Ship *ship);     // CastLight for every block that gives light.
+void ClearLights(const Ship &ship);  // Empties every cell's list.
+// The upkeep of a block that was just placed: lets in the light of the lamps around it.
+void TakeInLights(u16 x, u16 y, u16 z, const Ship &ship);
