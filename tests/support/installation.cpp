@@ -32,6 +32,7 @@ std::string UseTemporaryInstallation() {
   const fs::path root = pattern;
   fs::create_directories(root / "saves");
   fs::create_directories(root / "cache");
+  fs::create_directories(root / "config");
   fs::copy(fs::path(TARNVALE_ROOT) / "config/text", root / "config/text", fs::copy_options::recursive);
   fs::remove(root / "config/text/options");
   for (const char *part : {"graphics", "shaders", "language"})
