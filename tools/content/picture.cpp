@@ -1,0 +1,56 @@
+// Pictures in memory, and PNG files.
+#include "picture.h"
+
+#include "output.h"
+
+#include <cstdio>
+#include <png.h>
+
+static void AppendBytes(png_structp png, png_bytep data, png_size_t size) {
+  static_cast<std::string *>(png_get_io_ptr(png))->append(reinterpret_cast<const char *>(data), size);
+}
+
+static void FlushNothing(png_structp) {}
+
+// False when the library gives up half-way.
+static bool Encode(png_structp png, png_infop info, const Picture &picture, std::string *bytes) {
+  if (setjmp(png_jmpbuf(png))) return false;
+  png_set_write_fn(png, bytes, AppendBytes, FlushNothing);
+  png_set_IHDR(png, info, static_cast<png_uint_32>(picture.width), static_cast<png_uint_32>(picture.height), 8,
+               PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+  png_set_compression_level(png, 9);
+  png_write_info(png, info);
+  for (int y = 0; y < picture.height; y++) {
+    png_write_row(png, picture.pixels.data() + static_cast<size_t>(y) * static_cast<size_t>(picture.width) * 3);
+  }
+  png_write_end(png, info);
+  return true;
+}
+
+bool WritePicture(const Picture &picture, const std::string &path) {
+  std::string bytes;
+  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+  png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
+  const bool done = info != nullptr && Encode(png, info, picture, &bytes);
+  png_destroy_write_struct(&png, &info);
+  if (!done) {
+    std::fprintf(stderr, "%s: can't be made into a picture\n", path.c_str());
+    return false;
+  }
+  return WriteIfChanged(path, bytes);
+}
+
+static int BigEndian(const std::string &bytes, size_t at) {
+  uint32_t value = 0;
+  for (size_t i = 0; i < 4; i++) value = value << 8 | static_cast<uint8_t>(bytes[at + i]);
+  return value > 65535 ? 65535 : static_cast<int>(value);
+}
+
+bool PictureSize(const std::string &path, int *width, int *height) {
+  std::string bytes;
+  if (!ReadWhole(path, &bytes) || bytes.size() < 24) return false;
+  if (bytes.compare(0, 8, "\x89PNG\r\n\x1a\n") != 0 || bytes.compare(12, 4, "IHDR") != 0) return false;
+  *width = BigEndian(bytes, 16);
+  *height = BigEndian(bytes, 20);
+  return true;
+}
