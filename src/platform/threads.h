@@ -1,5 +1,6 @@
 // Threads and non-recursive mutexes with a fixed order. Outermost first: world, then heat or link. Move may be held
-// while world is taken; inside world, move is only ever try-locked. Debug builds assert this at every blocking lock.
+// while world is taken; inside world, move is only ever try-locked. A save in progress is outside world, a leaf inside
+// everything. Debug builds assert this at every blocking lock.
 #pragma once
 
 #include <mutex>
@@ -7,7 +8,7 @@
 
 #include "core/types.h"
 
-enum class MutexRank : u8 { World, Heat, Move, Link, Leaf };
+enum class MutexRank : u8 { Save, World, Heat, Move, Link, Leaf };
 
 struct Mutex {
   MutexRank rank = MutexRank::Leaf;
