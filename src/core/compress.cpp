@@ -1,0 +1,46 @@
+// Whole buffers through zlib.
+#include "core/compress.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+static constexpr uLong DecompressedLimit = 0x4000000;  // 64 MiB: what no packet has any business to pass
+static constexpr uLong CompressSlack = 12;             // room beyond the input for data that doesn't get smaller
+
+static void Replace(u8 **buffer, u32 *size, bool freeOld, u8 *made, uLong madeSize) {
+  if (freeOld) std::free(*buffer);
+  *buffer = made;
+  *size = static_cast<u32>(madeSize);
+}
+
+bool Compress(u8 **buffer, u32 *size, bool freeOld) {
+  uLongf madeSize = *size + CompressSlack;
+  u8 *made = static_cast<u8 *>(std::malloc(madeSize));
+  if (made == nullptr) return false;
+  if (compress(made, &madeSize, *buffer, *size) != Z_OK || madeSize > UINT32_MAX) {
+    std::free(made);
+    return false;
+  }
+  Replace(buffer, size, freeOld, made, madeSize);
+  return true;
+}
+
+// Tries with room for twice the input and doubles it while the content doesn't fit; broken data fails at once.
+bool Decompress(u8 **buffer, u32 *size, bool freeOld) {
+  uLong room = std::clamp<uLong>(uLong{*size} * 2, 1, DecompressedLimit);
+  for (;; room = std::min(room * 2, DecompressedLimit)) {
+    u8 *made = static_cast<u8 *>(std::malloc(room));
+    if (made == nullptr) return false;
+    uLongf madeSize = room;
+    const int result = uncompress(made, &madeSize, *buffer, *size);
+    if (result == Z_OK) {
+      u8 *shrunk = static_cast<u8 *>(std::realloc(made, std::max<uLong>(madeSize, 1)));
+      Replace(buffer, size, freeOld, shrunk != nullptr ? shrunk : made, madeSize);
+      return true;
+    }
+    std::free(made);
+    if (result != Z_BUF_ERROR || room == DecompressedLimit) return false;
+  }
+}

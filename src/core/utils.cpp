@@ -1,0 +1,71 @@
+// Small routines without state that everything shares.
+#include "core/utils.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+#include "core/random.h"
+
+static constexpr int Utf8Limit = 1024;  // bytes that Utf8Length looks at
+static constexpr int LongestName = 255;
+
+char *CopyString(const char *s) { return JoinStrings(s, ""); }
+
+char *JoinStrings(const char *a, const char *b) {
+  const size_t first = std::strlen(a), second = std::strlen(b);
+  char *joined = static_cast<char *>(std::malloc(first + second + 1));
+  if (joined == nullptr) return nullptr;
+  std::memcpy(joined, a, first);
+  std::memcpy(joined + first, b, second + 1);
+  return joined;
+}
+
+void AppendChar(char *s, char c) {
+  const size_t end = std::strlen(s);
+  s[end] = c;
+  s[end + 1] = '\0';
+}
+
+int Utf8Length(const char *s) {
+  int count = 0;
+  for (int i = 0; i < Utf8Limit && s[i] != '\0'; ++i)
+    if ((static_cast<u8>(s[i]) & 0xc0) != 0x80) ++count;
+  return count == Utf8Limit ? -1 : count;
+}
+
+int FloatToInt(float f) {
+  if (std::isnan(f)) return 0;
+  if (f >= 2147483648.0f) return std::numeric_limits<int>::max();
+  if (f <= -2147483648.0f) return std::numeric_limits<int>::min();
+  return static_cast<int>(f);
+}
+
+void *GrowClear(void *p, size_t newSize, size_t oldSize) {
+  void *grown = std::realloc(p, newSize);
+  if (grown != nullptr && newSize > oldSize) std::memset(static_cast<u8 *>(grown) + oldSize, 0, newSize - oldSize);
+  return grown;
+}
+
+char *GenerateName(int length, int spread) {
+  RandomState random;
+  SeedGenerator(&random);
+  double letters = length;
+  if (spread > 0) letters = 2.0 * spread * (NextRandom(&random) + 0.1) + length - spread;
+  const int count = static_cast<int>(std::clamp(letters, 0.0, static_cast<double>(LongestName)));
+  char *name = static_cast<char *>(std::malloc(static_cast<size_t>(count) + 1));
+  if (name == nullptr) return nullptr;
+  for (int i = 0; i < count; ++i) {
+    const double draw = NextRandom(&random);
+    // The last two consonants, y and z, are never drawn.
+    name[i] = i % 2 == 0 ? "bcdfghjklmnpqrstvwxyz"[static_cast<int>(draw * 19)] : "aeiou"[static_cast<int>(draw * 5)];
+  }
+  name[count] = '\0';
+  name[0] = static_cast<char>(std::toupper(static_cast<u8>(name[0])));
+  std::printf("Name: %s \n", name);
+  return name;
+}
