@@ -49,6 +49,8 @@ void SwapBuffers();                                  // Swaps, then polls the ev
 double ClockNow();                                   // Seconds since InitPlatform, monotonic; 0 before.
 bool KeyIsDown(int key);                             // By the events so far. Any thread.
 bool MouseIsDown(int button);                        // Any thread.
+void SetKeyState(int key, bool down);                // What the two above answer, without an event: for tests. Any thread.
+void SetMouseState(int button, bool down);
 void SetMousePosition(int x, int y);                 // Window coordinates; no event is reported for it.
 void ShowMouseCursor(bool shown);
 void SetMouseWheel(int position);
