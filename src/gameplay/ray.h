@@ -15,8 +15,7 @@ struct Ray {
   u8 axis[4] = {};         // the axis of each rank, so that a step needs no search; entry 0 unused
   bool inFirstCell = true;
   CellAddress at{};        // the cell of pos
-  const Chunk *chunk = nullptr;       // chunk of the cached address, null until looked up
-  const ChunkCells *cells = nullptr;  // its cells; null: look again
+  const ChunkCells *cells = nullptr;  // the cells of that address's chunk; null: look them up
 };
 
 struct Vec3f {

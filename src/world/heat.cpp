@@ -1,0 +1,4 @@
+// The heat step.
+#include "world/heat.h"
+
+void HeatHook(const Ship &) {}

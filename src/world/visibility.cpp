@@ -1,0 +1,59 @@
+// Which blocks can be seen at all: a decision for each cell from the kinds of its six neighbours.
+#include <cstdio>
+
+#include "content/components.h"
+#include "content/materials.h"
+#include "content/options.h"
+#include "core/log.h"
+#include "world/access.h"
+#include "world/cells.h"
+
+static bool ReportedOutOfRange(u16 x, u16 y, u16 z) {
+  if (x < CellsPerAxis && y < CellsPerAxis && z < CellsPerAxis) return false;
+  std::printf("%i %i %i :", x, y, z);
+  LogError("Block get attempt outside bounds");
+  return true;
+}
+
+static int KindOfCell(const ChunkCells &cells, unsigned i) {
+  if (!CellOccupied(cells, i)) return 0;
+  const u64 head = HeadOfCell(cells, i);
+  const u8 traits = ComponentTraits[HeadComponent(head)];
+  if ((traits & TraitHidesNothing) != 0) return 0;
+  if (HeadState(head) == StateDamaged || Materials[HeadMaterial(head)].alpha != 255) return CinematicCamera ? 0 : 1;
+  return cells.visibility[i] == NotVisible || (traits & TraitFullBlock) != 0 ? 2 : 1;
+}
+
+int NeighbourKind(u16 x, u16 y, u16 z, const Ship &ship) {
+  if (ReportedOutOfRange(x, y, z)) return 0;
+  const CellAddress a = AddressOf(x, y, z);
+  const ChunkCells *cells = FindCells(a, ship);
+  return cells == nullptr ? 0 : KindOfCell(*cells, a.block);
+}
+
+// The lowest kind among the six face neighbours.
+static int LeastNeighbourKind(u16 x, u16 y, u16 z, const CellAddress &a, const ChunkCells &cells, const Ship &ship) {
+  static constexpr unsigned scales[3] = {1, 10, 100};
+  const unsigned digits[3] = {a.block % 10u, a.block / 10u % 10u, a.block / 100u};
+  int least = 2;
+  for (int axis = 0; axis < 3; ++axis)
+    for (int sign = 1; sign >= -1; sign -= 2) {
+      const bool sameChunk = sign > 0 ? digits[axis] < 9 : digits[axis] > 0;
+      u16 c[3] = {x, y, z};
+      c[axis] = static_cast<u16>(c[axis] + sign);
+      const int kind = sameChunk ? KindOfCell(cells, sign > 0 ? a.block + scales[axis] : a.block - scales[axis])
+                                 : NeighbourKind(c[0], c[1], c[2], ship);
+      if (kind < least) least = kind;
+    }
+  return least;
+}
+
+void RefreshVisibility(u16 x, u16 y, u16 z, const Ship &ship) {
+  if (ReportedOutOfRange(x, y, z)) return;
+  const CellAddress a = AddressOf(x, y, z);
+  ChunkCells *cells = FindCells(a, ship);
+  if (cells == nullptr || !CellOccupied(*cells, a.block)) return;
+  const int least = LeastNeighbourKind(x, y, z, a, *cells, ship);
+  StoreVisibility(cells, a.block, least == 2 ? NotVisible : least == 1 ? MaybeVisible : Visible);
+  MarkCacheDirtyAround(x, y, z, ship);
+}
