@@ -183,8 +183,14 @@ void Greeble(Grid &grid, Region region, int count, uint32_t seed, Paint paint) {
   }
 }
 
-// The share of filled places around one, 0 to 1; the grid goes on beyond its border as at it, so that
-// faces that meet the next block show no edge.
+// Whether a place counts as filled for its neighbours' look. Beyond a face there is open space; beyond an
+// edge the next block is taken to go on, so that blocks side by side read as one surface.
+static bool Encloses(const Grid &grid, int x, int y, int z) {
+  const int axesOut = (x < 0 || x > 15) + (y < 0 || y > 15) + (z < 0 || z > 15);
+  return axesOut == 0 ? At(grid, x, y, z).alpha != 0 : axesOut > 1;
+}
+
+// The share of filled places around one, 0 to 1: about two thirds on a flat surface.
 static float Enclosure(const Grid &grid, int x, int y, int z, int reach) {
   int filled = 0;
   int all = 0;
@@ -192,7 +198,7 @@ static float Enclosure(const Grid &grid, int x, int y, int z, int reach) {
     for (int dy = -reach; dy <= reach; dy++) {
       for (int dz = -reach; dz <= reach; dz++) {
         all++;
-        filled += Filled(grid, std::clamp(x + dx, 0, 15), std::clamp(y + dy, 0, 15), std::clamp(z + dz, 0, 15));
+        filled += Encloses(grid, x + dx, y + dy, z + dz);
       }
     }
   }
@@ -210,7 +216,7 @@ void Weather(Grid &grid, uint32_t seed, float strength) {
     const float patch = SmoothNoise(static_cast<float>(x) * 0.23f, static_cast<float>(y) * 0.23f,
                                     static_cast<float>(z) * 0.23f, seed) - 0.5f;
     const float factor = 1.0f + strength * (0.45f * near + 0.35f * wide + 0.09f * patch);
-    At(grid, x, y, z) = Scaled(paint, factor);
+    At(grid, x, y, z) = Scaled(paint, std::clamp(factor, 0.5f, 1.16f));
   });
 }
 

@@ -69,9 +69,13 @@ float LayeredNoise(float x, float y, float z, int octaves, uint32_t seed) {
     sum += weight * SmoothNoise(x, y, z, seed + static_cast<uint32_t>(i));
     total += weight;
     weight *= 0.5f;
-    x *= 2.0f;
-    y *= 2.0f;
-    z *= 2.0f;
+    // Each octave is turned against the one before, so that their lattices don't line up.
+    const float u = 1.30f * x + 1.54f * y + 0.12f;
+    const float v = -1.01f * x + 0.85f * y + 1.52f * z + 3.7f;
+    const float w = 1.16f * x - 0.98f * y + 1.32f * z + 7.3f;
+    x = u;
+    y = v;
+    z = w;
   }
   return sum / total;
 }

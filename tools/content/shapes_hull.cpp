@@ -43,7 +43,7 @@ void DrawHullPlate(Grid &grid, int) {
 }
 
 void DrawRibs(Grid &grid, int) {
-  Box(grid, {0, 0, 0, 15, 13, 15}, Stuff(176));
+  Box(grid, {0, 0, 0, 15, 13, 15}, Stuff(204));
   for (int x = 1; x < GridEdge; x += 4) Box(grid, {x, 13, 0, x + 1, 15, 15}, Stuff(236));
   Box(grid, {0, 0, 0, 15, 2, 15}, Stuff(222));
   Weather(grid, 31);
@@ -108,10 +108,10 @@ void DrawHatch(Grid &grid, int) {
   Box(grid, {0, 0, 0, 15, 9, 15}, Stuff(226));
   Bar(grid, Axis::Y, 7.5f, 7.5f, 7.3f, 8, 10, Graphite);
   Bar(grid, Axis::Y, 7.5f, 7.5f, 6.2f, 8, 11, Stuff(206));
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 4.2f, 13, 13, Oxide, 3.0f);
-  Box(grid, {7, 11, 7, 8, 13, 8}, Brass);
-  Box(grid, {4, 13, 7, 11, 13, 8}, Oxide);
-  Box(grid, {7, 13, 4, 8, 13, 11}, Oxide);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 5.4f, 14, 14, Oxide, 4.2f);
+  Box(grid, {3, 14, 7, 12, 14, 8}, Oxide);
+  Box(grid, {7, 14, 3, 8, 14, 12}, Oxide);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 1.6f, 11, 15, Brass);
   for (const int x : {1, 14}) {
     for (const int z : {1, 14}) Box(grid, {x, 9, z, x, 10, z}, Brass);
   }
@@ -143,6 +143,6 @@ void DrawPane(Grid &grid, int) {
   BoxEdges(grid, {0, 0, 6, 15, 15, 9}, 2, OffWhite);
   Box(grid, {2, 2, 6, 13, 13, 6}, Nothing);
   Box(grid, {2, 2, 9, 13, 13, 9}, Nothing);
-  for (int i = 2; i < 14; i++) At(grid, i, 7, 6) = At(grid, i, 7, 9) = Graphite;
+  BoxEdges(grid, {0, 0, 6, 15, 15, 9}, 1, Bone);
   Weather(grid, 41, 0.6f);
 }

@@ -2,14 +2,19 @@
 #include "palette.h"
 #include "shapes.h"
 
-// A round lamp in a shallow dish.
+// A round lamp: a dome of light in a dish.
 void DrawCeilingLamp(Grid &grid, int) {
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.6f, 0, 2, OffWhite);
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 5.4f, 2, 3, Brass);
-  Ball(grid, 7.5f, 3.0f, 7.5f, 4.3f, WarmGlow);
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.6f, 0, 0, Graphite);
-  Box(grid, {7, 7, 3, 8, 7, 12}, Brass);
-  Box(grid, {3, 7, 7, 12, 7, 8}, Brass);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.9f, 0, 0, Graphite);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.9f, 1, 3, OffWhite);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 5.6f, 2, 3, Nothing);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 5.6f, 2, 2, Brass);
+  Ball(grid, 7.5f, 2.0f, 7.5f, 4.7f, WarmGlow);
+  Box(grid, {0, 0, 0, 15, 0, 15}, Nothing);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.9f, 0, 0, Graphite);
+  for (const int end : {1, 14}) {
+    Box(grid, {end, 0, 7, end, 3, 8}, Brass);
+    Box(grid, {7, 0, end, 8, 3, end}, Brass);
+  }
   Weather(grid, 70, 0.7f);
 }
 
@@ -27,7 +32,8 @@ void DrawLantern(Grid &grid, int) {
   Box(grid, {4, 0, 4, 11, 1, 11}, Graphite);
   Box(grid, {5, 2, 5, 10, 10, 10}, AmberGlow);
   Box(grid, {6, 2, 6, 9, 11, 9}, WarmGlow);
-  BoxEdges(grid, {4, 1, 4, 11, 11, 11}, 1, Brass);
+  BoxEdges(grid, {4, 1, 4, 11, 11, 11}, 1, Graphite);
+  for (const int y : {6, 11}) BoxEdges(grid, {4, y, 4, 11, y, 11}, 1, Brass);
   Box(grid, {5, 12, 5, 10, 12, 10}, Graphite);
   Box(grid, {6, 13, 7, 6, 14, 8}, Brass);
   Box(grid, {9, 13, 7, 9, 14, 8}, Brass);

@@ -5,22 +5,28 @@
 
 #include <cmath>
 
-// A fan behind bars, looking away from the surface; `form` is the frame of its turn.
+// A fan in a duct, looking away from the surface; `form` is the frame of its turn.
 void DrawFan(Grid &grid, int form) {
-  Box(grid, {0, 0, 0, 15, 9, 15}, Stuff(224));
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 7.0f, 2, 9, Graphite);
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.2f, 2, 9, Nothing);
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.2f, 1, 1, Charcoal);
-  for (int blade = 0; blade < 4; blade++) {
-    const float turn = (static_cast<float>(blade) + static_cast<float>(form) / 3.0f) * 1.5707964f;
-    const float reach = 5.6f;
-    const float from[3] = {7.5f, 4.5f, 7.5f};
-    const float to[3] = {7.5f + reach * std::cos(turn), 4.5f, 7.5f + reach * std::sin(turn)};
-    Beam(grid, from, to, 0.95f, Teal);
+  constexpr float quarter = 1.5707964f;
+  Box(grid, {0, 0, 0, 15, 9, 15}, Stuff(228));
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 7.4f, 2, 9, Graphite);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.5f, 2, 9, Nothing);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.5f, 1, 1, Charcoal);
+  for (int x = 1; x < 15; x++) {
+    for (int z = 1; z < 15; z++) {
+      const float a = static_cast<float>(x) - 7.5f;
+      const float b = static_cast<float>(z) - 7.5f;
+      const float turn = std::atan2(b, a) + 4.0f * quarter - static_cast<float>(form) * quarter / 3.0f;
+      const float within = std::fmod(turn, quarter) / quarter;
+      if (std::hypot(a, b) > 6.0f || within > 0.5f) continue;
+      At(grid, x, 5 + static_cast<int>(within * 5.0f), z) = within < 0.2f ? Teal : Scaled(Teal, 1.25f);
+    }
   }
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 1.6f, 2, 7, Brass);
-  Box(grid, {7, 9, 1, 8, 9, 14}, Steel);
-  Box(grid, {1, 9, 7, 14, 9, 8}, Steel);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 2.2f, 2, 8, Brass);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 1.2f, 9, 9, Oxide);
+  for (const int x : {0, 15}) {
+    for (const int z : {0, 15}) At(grid, x, 9, z) = Brass;
+  }
   Weather(grid, 80);
 }
 
@@ -164,9 +170,9 @@ void DrawRack(Grid &grid, int) {
 void DrawThruster(Grid &grid, int) {
   Box(grid, {2, 0, 2, 13, 3, 13}, OffWhite);
   for (int y = 4; y < GridEdge; y++) {
-    const float radius = 3.4f + static_cast<float>(y - 4) * 0.38f;
-    Bar(grid, Axis::Y, 7.5f, 7.5f, radius, y, y, y % 3 == 0 ? Steel : Graphite);
-    Bar(grid, Axis::Y, 7.5f, 7.5f, radius - 1.4f, y, y, y < 8 ? AmberGlow : Nothing);
+    const float radius = 3.2f + static_cast<float>((y - 4) / 2) * 0.8f;
+    Bar(grid, Axis::Y, 7.5f, 7.5f, radius, y, y, y == 15 ? OffWhite : y == 12 ? Brass : Graphite);
+    Bar(grid, Axis::Y, 7.5f, 7.5f, radius - 1.3f, y, y, y < 11 ? AmberGlow : Nothing);
   }
   Bar(grid, Axis::Y, 7.5f, 7.5f, 4.8f, 3, 4, Brass);
   for (const int x : {1, 13}) Box(grid, {x, 0, 6, x + 1, 6, 9}, Oxide);

@@ -27,7 +27,7 @@ struct Nearest {
 static void ScatterSites(Site *sites, Dice *dice) {
   for (int i = 0; i < SiteCount; i++) {
     sites[i] = {RollBetween(dice, 0.0f, 15.0f), RollBetween(dice, 0.0f, 15.0f), RollBetween(dice, 0.0f, 15.0f),
-                RollInt(dice, 178, 236), RollInt(dice, 0, 9) < 6 ? 0 : 1};
+                RollInt(dice, 190, 244), RollInt(dice, 0, 9) < 6 ? 0 : 1};
   }
 }
 
@@ -87,8 +87,8 @@ void DrawRock(Grid &grid, int form) {
       }
     }
   }
-  ChipEdges(grid, &dice, 9);
-  Weather(grid, 215U + static_cast<uint32_t>(form), 1.25f);
+  ChipEdges(grid, &dice, 7);
+  Weather(grid, 215U + static_cast<uint32_t>(form), 1.1f);
 }
 
 // The warm stone in the middle of an asteroid: a dark crust, with its glow in the cracks and in six eyes.

@@ -27,30 +27,28 @@ void DrawGirder(Grid &grid, int) {
 
 // Four uprights with crossed braces on each side.
 void DrawTruss(Grid &grid, int) {
-  const float low[3] = {1.0f, 1.0f, 1.0f};
-  const float high[3] = {14.0f, 14.0f, 1.0f};
-  const float lowRight[3] = {14.0f, 1.0f, 1.0f};
-  const float highLeft[3] = {1.0f, 14.0f, 1.0f};
-  Beam(grid, low, high, 0.6f, Stuff(196));
-  Beam(grid, lowRight, highLeft, 0.6f, Stuff(196));
-  Box(grid, {6, 6, 0, 9, 9, 2}, Oxide);
-  Box(grid, {0, 0, 0, 2, 15, 2}, Stuff(236));
-  Box(grid, {0, 0, 0, 15, 1, 1}, Stuff(220));
-  Box(grid, {0, 14, 0, 15, 15, 1}, Stuff(220));
+  for (int i = 2; i < 14; i++) {
+    Box(grid, {i, i, 0, i + 1, i, 1}, Stuff(206));
+    Box(grid, {14 - i, i, 0, 15 - i, i, 1}, Stuff(206));
+  }
+  Box(grid, {6, 6, 0, 9, 9, 1}, Oxide);
+  Box(grid, {0, 0, 0, 2, 15, 2}, Stuff(240));
+  Box(grid, {0, 0, 0, 15, 1, 1}, Stuff(226));
+  Box(grid, {0, 14, 0, 15, 15, 1}, Stuff(226));
   FourSides(grid);
-  Weather(grid, 52);
+  Weather(grid, 52, 0.8f);
 }
 
 void DrawPillar(Grid &grid, int) {
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 5.2f, 0, 15, Stuff(224));
-  for (int i = 0; i < 4; i++) {
-    Box(grid, {2 + i * 3, 3, 0, 2 + i * 3, 12, 15}, Nothing);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 5.4f, 0, 15, Stuff(228));
+  for (const int at : {5, 10}) {
+    Box(grid, {at, 3, 0, at, 12, 2}, Nothing);
+    Box(grid, {0, 3, at, 2, 12, at}, Nothing);
+    Box(grid, {at, 3, 13, at, 12, 15}, Nothing);
+    Box(grid, {13, 3, at, 15, 12, at}, Nothing);
   }
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 4.4f, 0, 15, Stuff(200));
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.6f, 0, 1, Stuff(236));
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 6.6f, 14, 15, Stuff(236));
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 5.8f, 2, 2, Brass);
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 5.8f, 13, 13, Brass);
+  for (const int end : {0, 14}) Bar(grid, Axis::Y, 7.5f, 7.5f, 6.9f, end, end + 1, Stuff(240));
+  for (const int end : {2, 13}) Bar(grid, Axis::Y, 7.5f, 7.5f, 6.1f, end, end, Brass);
   Weather(grid, 53);
 }
 
@@ -113,8 +111,9 @@ void DrawPipeBend(Grid &grid, int) {
 void DrawPipeCross(Grid &grid, int) {
   Grid arm;
   Bar(arm, Axis::Y, 7.5f, 7.5f, 4.3f, 0, 15, Stuff(226));
-  Flange(arm, 0, 1);
-  Flange(arm, 14, 15);
+  Bar(arm, Axis::Y, 7.5f, 7.5f, 5.4f, 0, 0, Graphite);
+  Bar(arm, Axis::Y, 7.5f, 7.5f, 5.4f, 15, 15, Graphite);
+  Ball(grid, 7.5f, 7.5f, 7.5f, 6.0f, Oxide);
   Add(grid, arm);
   Add(grid, Turned(arm, Axis::X));
   Add(grid, Turned(arm, Axis::Z));

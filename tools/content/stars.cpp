@@ -87,9 +87,9 @@ static Colour SkyAt(const Vec &d) {
                      std::exp(-height * height / (0.10f * 0.10f));
   const float glow = band * (0.30f + 0.70f * cloud) * (1.0f - 0.72f * dust) * (0.55f + 0.45f * toHeart);
   const float warm = std::max(0.0f, toHeart);
-  Colour sky{glow * (20.0f + 16.0f * warm), glow * (21.0f + 9.0f * warm), glow * (25.0f + 2.0f * warm)};
-  AddCloud(&sky, d, tealCloud, {5.0f, 25.0f, 27.0f}, 611);
-  AddCloud(&sky, d, rustCloud, {30.0f, 13.0f, 7.0f}, 677);
+  Colour sky{glow * (34.0f + 26.0f * warm), glow * (36.0f + 14.0f * warm), glow * (43.0f + 2.0f * warm)};
+  AddCloud(&sky, d, tealCloud, {7.0f, 42.0f, 46.0f}, 611);
+  AddCloud(&sky, d, rustCloud, {50.0f, 21.0f, 12.0f}, 677);
   return sky;
 }
 
@@ -119,16 +119,16 @@ static bool NearCubeEdge(const Vec &d) {
 static std::vector<Star> ScatterStars() {
   Dice dice{20260};
   std::vector<Star> stars;
-  for (int i = 0; i < 16000; i++) {
+  for (int i = 0; i < 30000; i++) {
     const Vec at = RandomDirection(&dice);
     const float height = Dot(at, Unit(galaxyPole));
     const float keep = 0.30f + 0.70f * std::exp(-height * height / 0.05f);
     const float rank = Roll(&dice);  // few stars are bright
     const Colour tint = StarTint(&dice);
     if (Roll(&dice) > keep || NearCubeEdge(at)) continue;
-    const float light = 22.0f + 20.0f / (0.09f + 12.0f * rank);
+    const float light = 26.0f + 26.0f / (0.08f + 10.0f * rank);
     const float bright = std::min(light, 255.0f);
-    const float spread = (0.55f + 0.0022f * bright) * 2.0f / Edge;
+    const float spread = (0.62f + 0.0024f * bright) * 2.0f / Edge;
     stars.push_back({at, {tint.r * bright, tint.g * bright, tint.b * bright}, spread});
   }
   return stars;
