@@ -1,0 +1,82 @@
+// Gzip streams on zlib's own calls: its file functions hide what was decoded just before a fault.
+#include "persistence/gzip_file.h"
+
+#include <algorithm>
+
+#include "platform/files.h"
+
+constexpr int GzipWindow = 15 + 16;  // the largest window, in gzip's wrapping
+constexpr int DefaultMemory = 8;
+
+static void FillInput(GzipReader *g) {
+  g->z.next_in = g->input.data();
+  g->z.avail_in = static_cast<uInt>(std::fread(g->input.data(), 1, g->input.size(), g->file));
+}
+
+bool OpenGzip(GzipReader *g, const char *path, bool *opened) {
+  g->file = std::fopen(path, "rb");
+  *opened = g->file != nullptr;
+  if (!*opened) return false;
+  g->input.resize(GzipBufferBytes);
+  FillInput(g);
+  if (g->z.avail_in >= 2 && g->input[0] == 0x1f && g->input[1] == 0x8b && inflateInit2(&g->z, GzipWindow) == Z_OK)
+    return true;
+  std::fclose(g->file);
+  return false;
+}
+
+size_t ReadGzip(GzipReader *g, u8 *out, size_t room) {
+  g->z.next_out = out;
+  g->z.avail_out = static_cast<uInt>(room);
+  while (!g->ended && g->z.avail_out > 0) {
+    if (g->z.avail_in == 0) FillInput(g);
+    const bool starved = g->z.avail_in == 0;
+    const int code = inflate(&g->z, Z_NO_FLUSH);
+    g->ended = starved || code != Z_OK;
+    g->damaged = g->ended && (code != Z_STREAM_END || g->z.avail_in > 0);
+  }
+  return room - g->z.avail_out;
+}
+
+void CloseGzip(GzipReader *g) {
+  inflateEnd(&g->z);
+  std::fclose(g->file);
+}
+
+// Runs the compressor until it has taken its input (or, at the end, given all its output).
+static bool WriteDeflated(z_stream *z, int flush, std::vector<u8> *buffer, FileReplacement *file) {
+  int code = Z_OK;
+  do {
+    z->next_out = buffer->data();
+    z->avail_out = static_cast<uInt>(buffer->size());
+    code = deflate(z, flush);
+    if (!WriteReplacement(file, buffer->data(), buffer->size() - z->avail_out)) return false;
+  } while (z->avail_out == 0);
+  return flush != Z_FINISH || code == Z_STREAM_END;
+}
+
+static bool WriteCompressed(const std::vector<u8> &bytes, FileReplacement *file) {
+  z_stream z{};
+  if (deflateInit2(&z, Z_DEFAULT_COMPRESSION, Z_DEFLATED, GzipWindow, DefaultMemory, Z_DEFAULT_STRATEGY) != Z_OK) return false;
+  std::vector<u8> buffer(GzipBufferBytes);
+  bool good = true;
+  for (size_t done = 0, piece; good && done < bytes.size(); done += piece) {
+    piece = std::min(bytes.size() - done, GzipBufferBytes);
+    z.next_in = const_cast<Bytef *>(bytes.data() + done);
+    z.avail_in = static_cast<uInt>(piece);
+    good = WriteDeflated(&z, Z_NO_FLUSH, &buffer, file);
+  }
+  good = good && WriteDeflated(&z, Z_FINISH, &buffer, file);
+  deflateEnd(&z);
+  return good;
+}
+
+GzipWritten ReplaceGzip(const char *path, const std::vector<u8> &bytes) {
+  FileReplacement file;
+  if (!BeginReplacement(&file, path)) return GzipWritten::NotOpened;
+  if (!WriteCompressed(bytes, &file)) {
+    AbandonReplacement(&file);
+    return GzipWritten::Failed;
+  }
+  return CommitReplacement(&file) ? GzipWritten::Whole : GzipWritten::Failed;
+}

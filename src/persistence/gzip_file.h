@@ -1,0 +1,29 @@
+// A gzip file as a source and as a target of bytes. Reading gives all that comes before a fault; writing replaces the
+// file only once everything is safely there. Local to this folder.
+#pragma once
+
+#include <zlib.h>
+
+#include <cstdio>
+#include <vector>
+
+#include "core/types.h"
+
+constexpr size_t GzipBufferBytes = 1 << 20;
+
+struct GzipReader {
+  std::FILE *file = nullptr;
+  z_stream z{};
+  std::vector<u8> input;
+  bool ended = false;    // nothing more comes
+  bool damaged = false;  // it ended before the stream did, or at bytes that are none of its
+};
+
+// False: no such file, or not a gzip file (*opened tells which). Nothing to close then.
+bool OpenGzip(GzipReader *g, const char *path, bool *opened);
+size_t ReadGzip(GzipReader *g, u8 *out, size_t room);  // Fills the room unless the content ends first.
+void CloseGzip(GzipReader *g);
+
+enum class GzipWritten { Whole, NotOpened, Failed };
+// Compresses the bytes into a replacement of the file. Anything but Whole leaves the old file as it was.
+GzipWritten ReplaceGzip(const char *path, const std::vector<u8> &bytes);

@@ -1,0 +1,117 @@
+// Ships by file name: saving and loading the stream form, and ships that join the table.
+#include <cstdio>
+
+#include "core/log.h"
+#include "persistence/gzip_file.h"
+#include "persistence/stream.h"
+#include "persistence/unpack.h"
+#include "platform/files.h"
+#include "platform/threads.h"
+
+// One save at a time, so that an older copy of the blocks never replaces a newer one.
+static Mutex SaveMutex{MutexRank::Save, "save", {}};
+
+constexpr i64 PlacingDistance = 50030000;  // the middle cell's distance from a ship's corner, and three blocks
+constexpr i64 HalfBlock = UnitsPerBlock / 2;
+
+// The only step of a save for which the world stands still.
+static bool CopyShip(Ship *ship, std::vector<u8> *bytes, std::string *stem) {
+  ScopedLock world(&WorldMutex);
+  *stem = ship->fileStem;
+  return PackShip(*ship, bytes);
+}
+
+static GzipWritten WriteShip(const char *path, const std::vector<u8> &bytes) {
+  const GzipWritten result = ReplaceGzip(path, bytes);
+  if (result == GzipWritten::Failed)
+    LogError((std::string("Could not write ") + path + ". The old file stays.").c_str());
+  return result;
+}
+
+int SaveShipStream(Ship *ship, const char *path) {
+  ScopedLock save(&SaveMutex);
+  std::vector<u8> bytes;
+  std::string stem;
+  return CopyShip(ship, &bytes, &stem) && WriteShip(path, bytes) == GzipWritten::Whole;
+}
+
+int SaveShipByName(Ship *ship) {
+  ScopedLock save(&SaveMutex);
+  std::vector<u8> bytes;
+  std::string stem;
+  if (!CopyShip(ship, &bytes, &stem)) return 0;
+  const std::string path = "saves/" + stem + ".sts";
+  const GzipWritten result = WriteShip(path.c_str(), bytes);
+  if (result == GzipWritten::NotOpened) LogError(("Could not create " + path).c_str());
+  return result == GzipWritten::Whole;
+}
+
+int SaveShipRawStream(Ship *ship, const char *name) {
+  ScopedLock save(&SaveMutex);
+  std::vector<u8> bytes;
+  std::string stem;
+  if (!CopyShip(ship, &bytes, &stem)) return 0;
+  return ReplaceFile((std::string("saves/") + name + ".sls").c_str(), bytes.data(), bytes.size());
+}
+
+// "saves/stem.sts" and "cache/stem.sss" alike: what stands between the first six and the last four letters.
+static std::string StemOf(const std::string &path) {
+  return path.size() < 10 ? std::string() : path.substr(6, path.size() - 10);
+}
+
+// Decompresses into a buffer that always has room for the longest piece and unpacks what is whole in it.
+static void UnpackGzip(GzipReader *g, ShipUnpacker *u) {
+  std::vector<u8> content(GzipBufferBytes + LongestPiece);
+  size_t have = 0;
+  while (!g->ended && !u->stopped) {
+    have += ReadGzip(g, content.data() + have, content.size() - have);
+    const size_t used = UnpackPiece(u, content.data(), have);
+    have -= used;
+    std::memmove(content.data(), content.data() + used, have);
+  }
+  EndUnpack(u, content.data(), have);
+}
+
+int LoadShipStream(Ship *ship, const char *path, bool finish) {
+  GzipReader g;
+  bool opened;
+  if (!OpenGzip(&g, path, &opened)) {
+    if (opened) LogError((std::string(path) + " is not a ship file").c_str());
+    return 0;
+  }
+  ship->fileStem = StemOf(path);
+  ShipUnpacker u = BeginUnpack(ship, path);
+  UnpackGzip(&g, &u);
+  if (g.damaged) LogWarn((std::string("Ship file ") + path + " is damaged. All that could be read was loaded.").c_str());
+  CloseGzip(&g);
+  if (finish) FinishShip(ship);
+  return 1;
+}
+
+int LoadShipByName(Ship *ship, const char *name) {
+  const std::string path = std::string("saves/") + name + ".sts";
+  std::printf("Loading ship: %s \n", path.c_str());
+  return LoadShipStream(ship, path.c_str(), true);
+}
+
+// The place of cell (0, 0, 0) for a ship of the given size at a world coordinate; stops at the end of the world's range.
+static i64 PlaceOnAxis(i64 at, u16 size) {
+  i64 place;
+  return __builtin_sub_overflow(at, HalfBlock * size + PlacingDistance, &place) ? INT64_MIN : place;
+}
+
+int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z) {
+  const std::string file = name;
+  const std::string path = file.rfind("saves/", 0) == 0 ? file : "saves/" + file;
+  Ship *ship = AppendShip(table);
+  if (ship == nullptr) return 0;
+  if (LoadShipStream(ship, path.c_str(), true) == 0) {
+    table->count.store(static_cast<u16>(table->count.load() - 1));
+    FreeShip(ship);
+    return 0;
+  }
+  ship->position[0] = PlaceOnAxis(x, ship->summary->sizeX);
+  ship->position[1] = PlaceOnAxis(y, ship->summary->sizeY);
+  ship->position[2] = PlaceOnAxis(z, ship->summary->sizeZ);
+  return 1;
+}

@@ -1,0 +1,234 @@
+// Packing and unpacking of the stream form.
+#include "persistence/stream.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "content/components.h"
+#include "content/materials.h"
+#include "core/log.h"
+#include "persistence/cursor.h"
+#include "persistence/unpack.h"
+#include "platform/threads.h"
+#include "world/access.h"
+#include "world/cells.h"
+#include "world/light.h"
+#include "world/lists.h"
+
+constexpr u8 StreamVersion = 1;
+constexpr size_t GroupHeaderBytes = 8, EntryBytes = 6;
+constexpr u16 MissingComponentId = 6, MissingMaterialId = 110;
+
+static unsigned CountBlocks(const ChunkCells &cells) {
+  int count = 0;
+  for (const u64 word : cells.occupied) count += std::popcount(word);
+  return static_cast<unsigned>(count);
+}
+
+static size_t GroupBytes(const Ship &ship) {
+  size_t bytes = 0;
+  ForEachChunk(ship, [&bytes](Chunk &, ChunkCells &cells, CellAddress) {
+    const unsigned count = CountBlocks(cells);
+    if (count != 0) bytes += GroupHeaderBytes + EntryBytes * count;
+  });
+  return bytes;
+}
+
+static u8 *StoreU16(u8 *at, unsigned v) {
+  at[0] = static_cast<u8>(v);
+  at[1] = static_cast<u8>(v >> 8);
+  return at + 2;
+}
+
+static u8 *PackChunk(u8 *at, const ChunkCells &cells, const CellAddress &a, unsigned count) {
+  for (const unsigned v : {unsigned{a.mega}, unsigned{a.super}, unsigned{a.chunk}, count}) at = StoreU16(at, v);
+  ForEachBit(cells.occupied, [&](u16 i) {
+    const u64 head = HeadOfCell(cells, i);
+    const unsigned rotations = HeadRotation(head) | HeadRotation2(head) << 3;
+    at = StoreU16(at, rotations | (HeadMaterial(head) & 0x3ffu) << 5);
+    at = StoreU16(at, HeadComponent(head) & 0x3fffu);
+    at = StoreU16(at, i);
+  });
+  return at;
+}
+
+bool PackShip(const Ship &ship, std::vector<u8> *out) {
+  assert(HoldsMutex(&WorldMutex));
+  const std::string &name = ship.displayName;
+  out->clear();
+  if (name.size() > MaxShipName) {
+    LogError("Ship name's too long to save. What did you do.");
+    return false;
+  }
+  const size_t headerBytes = name.size() + 3;
+  out->reserve(headerBytes + GroupBytes(ship));
+  PutU8(out, StreamVersion);
+  PutU8(out, static_cast<u8>(name.size()));
+  PutBytes(out, name.data(), name.size());
+  PutU8(out, 0);
+  out->resize(out->capacity());
+  u8 *at = out->data() + headerBytes;
+  ForEachChunk(ship, [&at](Chunk &, ChunkCells &cells, CellAddress a) {
+    const unsigned count = CountBlocks(cells);
+    if (count != 0) at = PackChunk(at, cells, a, count);
+  });
+  out->resize(static_cast<size_t>(at - out->data()));
+  return true;
+}
+
+static u16 RowOr1(int row) { return row > 0 ? static_cast<u16>(row) : u16{1}; }
+
+ShipUnpacker BeginUnpack(Ship *ship, const char *path) {
+  ShipUnpacker u;
+  u.ship = ship;
+  u.path = path;
+  u.placeholderComponent = RowOr1(FindComponent(MissingComponentId));
+  u.placeholderMaterial = RowOr1(FindMaterial(MissingMaterialId));
+  return u;
+}
+
+// The bytes of the header, or 0 while they aren't all here.
+static size_t UnpackHeader(ShipUnpacker *u, Reader r) {
+  const u8 version = TakeU8(&r);
+  const u8 length = TakeU8(&r);
+  const u8 *name = TakeBytes(&r, length + 1u);
+  if (name == nullptr) return 0;
+  if (version != StreamVersion) LogWarn("Old save file. Going to try to load anyway");
+  u->longName = length > MaxShipName;
+  const u8 *end = std::find(name, name + std::min<int>(length, MaxShipName), u8{0});
+  u->ship->displayName.assign(name, end);
+  u->headerRead = true;
+  return length + 3u;
+}
+
+struct GroupHeader {
+  u16 mega, super, chunk, count;
+};
+
+// Whether the file may go on: what it has cost so far in content and cells stays within its budget.
+static bool PayForGroup(ShipUnpacker *u, const GroupHeader &h) {
+  u64 cost = GroupHeaderBytes + EntryBytes * h.count + sizeof(ChunkCells);
+  if (h.mega != u->mega) cost += 1000 * sizeof(SuperChunk);
+  if (h.mega != u->mega || h.super != u->super) cost += 1000 * sizeof(Chunk);
+  u->mega = h.mega;
+  u->super = h.super;
+  if (cost > u->budget) u->tooLarge = u->stopped = true;
+  else u->budget -= cost;
+  return !u->stopped;
+}
+
+// Cells of a group, or null when it has to be skipped.
+static ChunkCells *CellsOfGroup(ShipUnpacker *u, const GroupHeader &h) {
+  if (h.mega > 999 || h.super > 999 || h.chunk > 999) {
+    u->badIndex = true;
+    return nullptr;
+  }
+  ChunkCells *cells = EnsureChunk(h.mega, h.super, h.chunk, u->ship);
+  if (cells == nullptr) u->stopped = true;
+  return cells;
+}
+
+// A cell that is free and a block that is on no list need nothing but the head and its bit.
+static void PlaceEntry(const Block &b, const CellAddress &a, ChunkCells *cells, Ship *ship) {
+  const u8 traits = ComponentTraits[b.component];
+  if ((traits & (TraitGivesLight | TraitAnimated | TraitRemoves)) != 0 || CellOccupied(*cells, a.block) ||
+      cells->tails != nullptr) {
+    PlaceBlockInCells(b, a, cells, ship);
+    return;
+  }
+  cells->occupied[a.block >> 6] |= u64{1} << (a.block & 63);
+  cells->heads[a.block].store(HeadOf(b), std::memory_order_relaxed);
+}
+
+static unsigned LoadU16(const u8 *at) { return at[0] | static_cast<unsigned>(at[1]) << 8; }
+
+static void UnpackEntries(ShipUnpacker *u, const GroupHeader &h, ChunkCells *cells, const u8 *at, size_t count) {
+  const unsigned materials = MaterialCount, components = ComponentCount;
+  CellAddress a{0, h.chunk, h.super, h.mega};
+  for (const u8 *end = at + count * EntryBytes; at != end; at += EntryBytes) {
+    const unsigned first = LoadU16(at), index = LoadU16(at + 4);
+    unsigned material = first >> 5 & 0x3ff, component = LoadU16(at + 2) & 0x3fff;
+    if (index > 999) {
+      u->badIndex = true;
+      continue;
+    }
+    if (material == 0 || material >= materials) {
+      u->unknownRow = true;
+      material = u->placeholderMaterial;
+    }
+    if (component == 0 || component >= components) {
+      u->unknownRow = true;
+      component = u->placeholderComponent;
+    }
+    Block b;
+    b.state = StateWhole;
+    b.rotation = first & 7;
+    b.rotation2 = first >> 3 & 3;
+    b.material = material & 0xffff;
+    b.component = component & 0xffff;
+    b.temp = PlacedTemperature;
+    a.block = static_cast<u16>(index);
+    PlaceEntry(b, a, cells, u->ship);
+  }
+}
+
+// The bytes of the group at the front of the reader, or 0 while they aren't all here. At the end of the content a group
+// may be cut: then its whole entries count.
+static size_t UnpackGroup(ShipUnpacker *u, Reader r, bool atEnd) {
+  GroupHeader h;
+  for (u16 *field : {&h.mega, &h.super, &h.chunk, &h.count}) *field = TakeU16(&r);
+  if (r.failed) return 0;
+  if (h.count > CellsPerChunk) {  // where the next group begins is anybody's guess
+    u->badCount = u->stopped = true;
+    return 0;
+  }
+  if (h.count == 0) u->badCount = true;
+  const size_t whole = std::min<size_t>(h.count, r.left / EntryBytes);
+  if (whole < h.count && !atEnd) return 0;
+  u->cut = whole < h.count;
+  if (!PayForGroup(u, h)) return 0;
+  ChunkCells *cells = whole == 0 ? nullptr : CellsOfGroup(u, h);
+  if (cells != nullptr) UnpackEntries(u, h, cells, r.bytes, whole);
+  return GroupHeaderBytes + EntryBytes * whole;
+}
+
+static size_t Unpack(ShipUnpacker *u, const u8 *bytes, size_t count, bool atEnd) {
+  size_t used = u->headerRead ? 0 : UnpackHeader(u, {bytes, count});
+  if (!u->headerRead) return 0;
+  while (!u->stopped && used < count) {
+    const size_t group = UnpackGroup(u, {bytes + used, count - used}, atEnd);
+    if (group == 0) break;
+    used += group;
+  }
+  return used;
+}
+
+size_t UnpackPiece(ShipUnpacker *u, const u8 *bytes, size_t count) { return Unpack(u, bytes, count, false); }
+
+static void WarnIf(bool fault, const ShipUnpacker &u, const char *text) {
+  if (fault) LogWarn((std::string("Ship file ") + u.path + text).c_str());
+}
+
+void EndUnpack(ShipUnpacker *u, const u8 *bytes, size_t count) {
+  const size_t used = Unpack(u, bytes, count, true);
+  u->cut = u->cut || !u->headerRead || (used < count && !u->stopped);
+  WarnIf(u->longName, *u, " has a name over 64 letters. The rest of it was left out.");
+  WarnIf(u->badIndex, *u, " has blocks outside every ship. They were left out.");
+  WarnIf(u->badCount, *u, " has a chunk with an impossible number of blocks.");
+  WarnIf(u->unknownRow, *u, " has blocks that the tables don't know. Placeholders were put in their places.");
+  WarnIf(u->tooLarge, *u, " is too large. The rest of it was left out.");
+  WarnIf(u->cut, *u, " is cut short. All that is whole was loaded.");
+}
+
+void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path) {
+  ShipUnpacker u = BeginUnpack(ship, path);
+  const size_t used = UnpackPiece(&u, bytes, count);
+  EndUnpack(&u, bytes + used, count - used);
+}
+
+void FinishShip(Ship *ship) {
+  AssignCoordinates(ship);
+  LightPass(ship);
+  StatePass(*ship);
+  ship->summary = BuildShipSummary(ship);
+}
