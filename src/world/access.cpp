@@ -249,8 +249,10 @@ bool RemoveBlockHeld(u16 x, u16 y, u16 z, Ship *ship) {
   else if (Options.ExperimentalLight) LetLightThrough(x, y, z, a, cells, *ship);
   UnlistBlock(a, ship);
   Block gone = BlockFromHead(HeadOfCell(*cells, a.block));
-  gone.state = gone.rotation = 0;
-  gone.material = gone.component = 0;
+  gone.state = 0;
+  gone.rotation = 0;
+  gone.material = 0;
+  gone.component = 0;
   StoreHead(cells, a.block, HeadOf(gone));
   if (GraphicBlock *g = GraphicOf(*cells, a.block)) {
     u8 *damage = g->damageBits.exchange(nullptr);

@@ -1,0 +1,135 @@
+// The one straight start-up: everything that the threads use is made here, on the main thread, before there is a second one.
+#include "core/startup.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "audio/sound.h"
+#include "content/categories.h"
+#include "content/components.h"
+#include "content/materials.h"
+#include "content/options.h"
+#include "core/log.h"
+#include "core/pieces.h"
+#include "core/schedule.h"
+#include "core/utils.h"
+#include "gameplay/input.h"
+#include "gl/init.h"
+#include "gui/mode.h"
+#include "gui/tutorial.h"
+#include "net/session.h"
+#include "persistence/stream.h"
+#include "platform/threads.h"
+#include "render/parse.h"
+#include "worldgen/asteroid.h"
+
+static i8 CoreCount = 0;  // selects the thread system; main thread
+
+static void LogVersion() {
+  char *text = JoinStrings("Version ", "0.23.0 Demo ");
+  LogInfo(text == nullptr ? "Version" : text);
+  std::free(text);
+}
+
+static void LogMachine() {
+  CoreCount = LogSystemInfo();
+  LogInt("Number of Cores:", CoreCount);
+  if (CoreCount == 0) CoreCount = 4;
+}
+
+// The tables and all that stands on their rows. False with the reason logged.
+static bool LoadContent() {
+  if (LoadMaterials() == 0) return LogError("Unable to load Materials Array") != 0;
+  if (LoadComponents() == 0) return LogError("Unable to load Components Array in main program") != 0;
+  TheThrustSound = {};
+  InitGui();
+  SortComponents();
+  SortMaterials();
+  ResetPlayer();
+  if (Options.Tutorial) {
+    StartTutorial();
+    TutorialNext();
+  }
+  return FindPhaseComponents() || LogError("Could not locate Melting or Solidifying blocks") != 0;
+}
+
+// First word: the server, or one of four spellings that stay alone. Second word: the player's name.
+static void TakeCommandLine(int argc, char **argv) {
+  if (argc > 1) {
+    Options.ServerURL = argv[1];
+    bool alone = false;
+    for (const char *word : {"0", "single", "Single", "SINGLE"}) alone = alone || std::strcmp(argv[1], word) == 0;
+    if (!alone) Options.SinglePlayer = false;
+  }
+  if (argc > 2) Options.PlayerName = argv[2];
+}
+
+static void StartNetwork() {
+  if (Options.SinglePlayer || InitNetwork()) return;
+  Options.SinglePlayer = true;
+  LogError("Cannot initialize networking.");
+}
+
+// One pass over the still empty ship, and the menu once on and off, so that everything stands before the first frame.
+static void RehearseFrame() {
+  {
+    ScopedLock world(&WorldMutex);
+    Parse(&TheVoxelList, ReadPlayer());
+  }
+  if (ToggleMenu() == 1) ToggleMenu();
+}
+
+static void LoadFirstShip(Ship *ship) {
+  if (!Options.SinglePlayer) return;
+  const Player p = ReadPlayer();
+  const std::string stem = ship->fileStem;
+  if (LoadShipByName(ship, stem.c_str()) != 0) return;
+  LogInfo("Generating asteroid for player");
+  GenerateAsteroid(1, p.solarLoc[0], p.solarLoc[1], p.solarLoc[2] - 60000, ship);
+}
+
+static void PlacePlayer(const Ship &ship) {
+  Player p = ReadPlayer();
+  p.velocity[0] = 1;
+  RelativeTo(ship, p.solarLoc, p.relativeLoc);
+  StoreMotion(p);
+}
+
+// The empty record of the voxels and the first, still empty ship.
+static Ship *MakeFirstShip() {
+  if (!AllocVoxelList(&TheVoxelList)) return nullptr;
+  return AppendShip(&TheShipTable);
+}
+
+static void Run() {
+  StartupGate = false;
+  Options.flashlightLit = false;
+  if (CoreCount <= 3) RunDualCoreSystem();
+  else RunQuadCoreSystem();
+  ShutdownSound();
+  CloseGraphics();
+}
+
+int StartGame(int argc, char **argv) {
+  StartupGate = true;
+  LogInit();
+  LogVersion();
+  LogMachine();
+  QuitRequested = false;
+  dampenMode = 0;
+  LoadOptions();
+  if (InitGraphics() == 0) return LogError("Unable to initialize graphics system");
+  InstallInputCallbacks();
+  if (!InitSound()) LogWarn("Unable to initialize sound system");
+  if (!LoadContent()) return 0;
+  TakeCommandLine(argc, argv);
+  SaveOptions();
+  Ship *ship = MakeFirstShip();
+  if (ship == nullptr) return LogError("Could not allocate block");
+  StartNetwork();
+  RehearseFrame();
+  LoadFirstShip(ship);
+  PlacePlayer(*ship);
+  Run();
+  return 0;
+}
