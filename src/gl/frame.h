@@ -2,10 +2,10 @@
 #pragma once
 
 #include "gameplay/player.h"
+#include "render/view.h"
 #include "render/voxel_list.h"
 
-void LoadStarBox();                                         // The six textures; texture unit 2.
+// Clears, stars, voxels, then the state for 2D: SquareArray and Program2D in use, texture unit 0, no depth test, blending
+// on, GL_CCW as front face. Reads drawnCount of the list and nothing else.
 void DrawFrame(const Player &player, const VoxelList &list);
-void FrameMatrices(const Player &player);                   // CameraRotation and ViewMatrix, stored for Parse.
-extern float CameraRotation[16], ViewMatrix[16];            // rebuilt each frame
-bool SaveScreenshot(const char *path);                      // The frame last drawn, as PNG. False when it can't be written.
+bool SaveScreenshot(const char *path);  // The frame last drawn and not yet swapped, as PNG. False when it can't be written.

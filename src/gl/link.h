@@ -3,4 +3,4 @@
 
 #include "render/voxel_list.h"
 
-void GpuLink(VoxelList *list);
+void GpuLink(VoxelList *list);  // Nothing to do when linked is 1. A list over the buffers is cut to them, with one warning.

@@ -3,4 +3,6 @@
 
 #include "core/types.h"
 
-bool WindowLadder(i8 *method, i8 *modifier);  // True when a window opened; false at the end of the ladder (logged).
+// Goes on from *method and *modifier, both 0 at first, and leaves them behind the pair that opened a window. True when
+// one opened; it has its title and size callback. False at the end of the ladder (logged).
+bool WindowLadder(i8 *method, i8 *modifier);

@@ -39,7 +39,7 @@ struct WindowParameters {
 };
 
 bool InitPlatform();                                 // Once. False when the window system can't be reached.
-void DesktopSize(int *width, int *height);           // Size of the primary monitor's mode.
+void DesktopSize(int *width, int *height);           // Size of the primary monitor's mode; unchanged without one.
 bool OpenWindow(const WindowRequest &request);       // Opens the one window and makes its context current.
 void CloseWindow();                                  // Closes it when one is open.
 WindowParameters GetWindowParameters();              // Any thread for active and iconified; the rest is constant.
@@ -51,16 +51,17 @@ bool KeyIsDown(int key);                             // By the events so far. An
 bool MouseIsDown(int button);                        // Any thread.
 void SetKeyState(int key, bool down);                // What the two above answer, without an event: for tests. Any thread.
 void SetMouseState(int button, bool down);
-void SetMousePosition(int x, int y);                 // Window coordinates; no event is reported for it.
+void SetMousePosition(int x, int y);                 // Window coordinates; no event is reported for it. Needs the focus.
+// Hidden: one position a round of events, the last one. Shown: every motion is reported as it comes.
 void ShowMouseCursor(bool shown);
-void SetMouseWheel(int position);
+void SetMouseWheel(int position);                    // Parts of a notch that were not counted yet are kept.
 int GetMouseWheel();
 
 // Callbacks. action: 1 press, 0 release; held keys don't repeat.
 void SetCloseCallback(int (*callback)());            // Result 0: the window stays open.
 void SetSizeCallback(void (*callback)(int width, int height));  // Called at once with the present size.
 void SetKeyCallback(void (*callback)(int key, int action));
-void SetCharCallback(void (*callback)(int character, int action));
+void SetCharCallback(void (*callback)(int character, int action));  // Printable; 0 when the key that typed it goes up.
 void SetMouseButtonCallback(void (*callback)(int button, int action));
 void SetMousePositionCallback(void (*callback)(int x, int y));
 void SetMouseWheelCallback(void (*callback)(int position));
