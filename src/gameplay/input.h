@@ -6,16 +6,15 @@
 
 #include "gameplay/player.h"
 
-extern std::atomic<bool> QuitRequested;         // the stop flag of every thread loop
-extern std::atomic<double> nextToolTime;        // earliest time of the next held-button action
+extern std::atomic<bool> QuitRequested;   // the stop flag of every thread loop; written by the main thread
+extern std::atomic<double> nextToolTime;  // earliest time of the next held-button action; both input roads write it
 
 int RequestQuit();                              // The window-close callback: sets QuitRequested; 0.
 void InstallInputCallbacks();
 void HeldInputStep(Player *p);                  // p: the piece's working copy; it is stored by the caller.
 
-// The callbacks, so that tests can call them.
+// The callbacks, so that tests can call them. Actions are 1 for a press, 0 for a release.
 void OnKey(int key, int action);
-void OnChar(int character, int action);
 void OnMouseButton(int button, int action);
-void OnMousePosition(int x, int y);
-void OnMouseWheel(int position);
+void OnMousePosition(int x, int y);             // Window coordinates.
+void OnMouseWheel(int position);                // Notches since the position was last put back to 0.

@@ -3,12 +3,12 @@
 
 #include "gameplay/player.h"
 
-constexpr int ToolBuild = 0, ToolCutter = 1, ToolPlane = 2, ToolPick = 3, ToolHeat = 4;
+constexpr int ToolBuild = 0, ToolCutter = 1, ToolPlane = 2, ToolPick = 3, ToolHeat = 4, ToolCount = 5;
 
-void MainPress();        // Presses and releases of the buttons while playing; main thread.
+void SelectTool(int tool);  // Main thread, as all below but HeldTool.
+void MainPress();        // Presses and releases of the buttons while playing.
 void MainRelease();
 void SecondaryPress();
 void SecondaryRelease();
 void ThirdPress();
-void HeldTool();         // Repeats the main button's action when it is due; thread of Movement.
-void WheelNotch(bool up);  // One notch of the wheel outside of the menu.
+void HeldTool();         // Repeats the main button's action when it is due. Thread of Movement, move mutex held.

@@ -1,0 +1,95 @@
+// The keyboard: which key does what, in play, in the menu and while typing.
+#include "gameplay/input.h"
+
+#include "content/options.h"
+#include "gameplay/chat.h"
+#include "gameplay/debug_keys.h"
+#include "gameplay/motion.h"
+#include "gameplay/tools.h"
+#include "gui/mode.h"
+#include "gui/tutorial.h"
+#include "net/session.h"
+#include "persistence/stream.h"
+#include "platform/window.h"
+
+std::atomic<bool> QuitRequested{false};
+
+int RequestQuit() {
+  QuitRequested = true;
+  return 0;
+}
+
+static void ReleaseKey(int key) {
+  if (key == Options.controls.stop) {
+    TutorialAdvances(WaitSpace);
+    ReleaseStop();
+  }
+  if (IsMoveKey(key)) {
+    PlayerFlags.thrusting = false;
+    PlayerFlags.pushingOff = false;
+    TutorialAdvances(WaitMoveKeys);
+  }
+}
+
+static void BlockSelectKey() {
+  if (!TutorialAdvances(WaitEscOrQ)) TutorialAdvances(WaitQ);
+  if (KeyIsDown(KeyLeftShift) && KeyIsDown(KeyLeftControl)) RequestQuit();
+  ToggleMenu();
+}
+
+// A tutorial that waits for the key has it for itself.
+static void EscKey() {
+  if (TutorialAdvances(WaitEscOrQ) || TutorialAdvances(WaitEsc)) return;
+  ToggleMenu();
+  Ship *ship = CurrentShip();
+  if (Options.SinglePlayer && uiMode == 1 && ship != nullptr) SaveShipByName(ship);
+}
+
+static void MoveKeyPress() {
+  if (uiMode != 1 && !KeyIsDown(Options.controls.stop)) PlayerFlags.thrusting = true;
+}
+
+// "1" to "5" take the five tools in their order.
+static void ToolKey(int number) {
+  if (uiMode != 0) return;
+  SelectTool(number - 1);
+  if (TutorialAdvances(static_cast<u8>(WaitKey1 + number - 1))) return;
+  if (number == 2 || number == 5) TutorialAdvances(WaitKey2or5);
+}
+
+static void PressKey(int key) {
+  const Controls &c = Options.controls;
+  if (key == c.use)
+    TutorialAdvances(WaitUse);
+  else if (key == c.blockSelect)
+    BlockSelectKey();
+  else if (key == 'T') {
+    if (uiMode == 0) OpenChat();
+  } else if (IsMoveKey(key))
+    MoveKeyPress();
+  else if (key >= '1' && key <= '5')
+    ToolKey(key - '0');
+  else if (key == KeyTab) {
+    if (Online) ShowPlayerList();
+  } else if (key == KeyEsc)
+    EscKey();
+  else
+    DebugKey(key);
+}
+
+void OnKey(int key, int action) {
+  if (action == 0)
+    ReleaseKey(key);
+  else if (uiMode == 2)
+    ChatKey(key);
+  else
+    PressKey(key);
+}
+
+void InstallInputCallbacks() {
+  SetKeyCallback(OnKey);
+  SetCharCallback(ChatChar);
+  SetMouseButtonCallback(OnMouseButton);
+  SetMousePositionCallback(OnMousePosition);
+  SetMouseWheelCallback(OnMouseWheel);
+}

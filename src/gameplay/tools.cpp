@@ -1,0 +1,151 @@
+// The tools as a table: an action for each button. Actions work on a copy of the player and store the group that they
+// changed; edits take the world mutex themselves, and the aim is taken anew after each one, so that the next repeat of a
+// held button sees the new world.
+#include "gameplay/tools.h"
+
+#include "audio/sound.h"
+#include "content/options.h"
+#include "core/log.h"
+#include "core/utils.h"
+#include "gameplay/connect.h"
+#include "gameplay/input.h"
+#include "gameplay/target.h"
+#include "gui/tutorial.h"
+#include "net/edits.h"
+#include "platform/window.h"
+#include "world/access.h"
+
+constexpr double RepeatPeriod = 0.2, CutterPause = 1.0;
+
+static bool PlaceAtAim(const Player &p) {
+  Ship *ship = CurrentShip();
+  if (ship == nullptr) return false;
+  Placement placement{.block = p.heldBlock, .at = p.target.placeCell, .target = p.target.targetCell, .ship = ship};
+  for (int a = 0; a < 3; ++a) placement.eye[a] = FloatToInt(p.relativeLoc[a]);
+  if (PlaceShaped(placement) != 1) return false;
+  PlaceSound(static_cast<u16>(p.heldBlock.material));
+  RefreshTarget();
+  return true;
+}
+
+static bool RemoveAtAim(const Player &p) {
+  Ship *ship = CurrentShip();
+  const Cell3 c = p.target.targetCell;
+  if (ship == nullptr || !RemoveBlockNetworked(c.x, c.y, c.z, ship)) return false;
+  RefreshTarget();
+  return true;
+}
+
+static bool CanPlace(const Player &p) { return !p.target.targetBlocked && p.target.placeCell.x != 0; }
+
+static void PressPlace(Player *p) {
+  if (!CanPlace(*p)) return;
+  nextToolTime = ClockNow() + RepeatPeriod;
+  if (PlaceAtAim(*p))
+    TutorialAdvances(WaitBlockPlace);
+  else
+    LogWarn("Unable to place block");
+}
+
+static void HeldPlace(Player *p) {
+  if (CanPlace(*p) && PlaceAtAim(*p)) nextToolTime = ClockNow() + RepeatPeriod;
+}
+
+static void PressRemove(Player *p) {
+  if (p->target.targetBlocked) return;
+  if (!RemoveAtAim(*p)) LogWarn("Unable to remove block");
+}
+
+static void PressUnbuild(Player *p) {
+  if (p->target.aimState == 1 || p->target.aimState == 2) PressRemove(p);
+}
+
+// The pause starts before the cut: the thread of Movement looks at the held button while this one waits for the world.
+static void PressCut(Player *p) {
+  if (p->target.targetBlocked) return;
+  nextToolTime = ClockNow() + CutterPause;
+  PressRemove(p);
+}
+
+static void HeldCut(Player *p) {
+  if (p->target.targetBlocked) return;
+  RemoveAtAim(*p);
+  nextToolTime = ClockNow() + RepeatPeriod;
+}
+
+static void PickBlock(Player *p) {
+  const Ship *ship = CurrentShip();
+  const Cell3 c = p->target.targetCell;
+  if (p->target.targetBlocked || ship == nullptr) return;
+  GetBlockForPick(&p->heldBlock, c.x, c.y, c.z, *ship);
+  StoreHand(*p);
+}
+
+static void PickOrientation(Player *p) {
+  const Ship *ship = CurrentShip();
+  const Cell3 c = p->target.targetCell;
+  if (p->target.targetBlocked || ship == nullptr) return;
+  GetBlockRotation(&p->heldBlock, c.x, c.y, c.z, *ship);
+  StoreHand(*p);
+}
+
+static void LockPlane(Player *p) {
+  Target &t = p->target;
+  if (t.aimState != 2 || t.targetBlocked) return;
+  t.aimState = 3;
+  const u16 cell[3] = {t.targetCell.x, t.targetCell.y, t.targetCell.z};
+  constexpr int axisOfFace[8] = {-1, 2, 1, 2, 0, 1, 0, -1};
+  const int axis = axisOfFace[t.marker.rotation];
+  if (axis >= 0) t.lockPlane[axis] = static_cast<i16>(cell[axis]);
+  StoreAim(t);
+}
+
+static void UseHeat(Player *) { TutorialAdvances(WaitHeatTool); }
+
+using Action = void (*)(Player *p);
+
+struct Tool {
+  Action main, secondary, third;  // on a press; null for nothing
+  Action held;                    // repeated while the main button is down
+};
+
+constexpr Tool Tools[ToolCount] = {
+    {PressPlace, PressUnbuild, PickBlock, HeldPlace},   // build
+    {PressCut, LockPlane, nullptr, HeldCut},            // cutter
+    {PressPlace, LockPlane, PickBlock, HeldPlace},      // plane
+    {PickBlock, PickOrientation, nullptr, nullptr},     // pick
+    {UseHeat, nullptr, nullptr, nullptr},               // heat
+};
+
+static void RunAction(Action Tool::*button) {
+  Player p = ReadPlayer();
+  if (p.activeTool >= ToolCount) return;
+  const Action action = Tools[p.activeTool].*button;
+  if (action != nullptr) action(&p);
+}
+
+void SelectTool(int tool) {
+  Player p = ReadPlayer();
+  p.activeTool = static_cast<u8>(tool);
+  StoreHand(p);
+}
+
+void MainPress() { RunAction(&Tool::main); }
+
+void MainRelease() { nextToolTime = 0; }
+
+void SecondaryPress() { RunAction(&Tool::secondary); }
+
+void SecondaryRelease() {
+  Target t = ReadPlayer().target;
+  if (t.aimState != 3) return;
+  t.aimState = 2;
+  for (i16 &plane : t.lockPlane) plane = 0;
+  StoreAim(t);
+}
+
+void ThirdPress() { RunAction(&Tool::third); }
+
+void HeldTool() {
+  if (MouseIsDown(Options.controls.mainMouse) && ClockNow() > nextToolTime) RunAction(&Tool::held);
+}
