@@ -1,0 +1,30 @@
+// Who owns the input: play, menu or chat typing.
+#include "gui/mode.h"
+
+#include "core/log.h"
+#include "gui/language.h"
+#include "platform/window.h"
+
+static constexpr u8 ModePlaying = 0, ModeMenu = 1;
+
+bool MenuClosable = true;
+u8 LastSelector = 1;
+
+int SetUiMode(std::atomic<u8> *mode) {
+  if (!MenuClosable) return 0;
+  const u8 from = mode->load();
+  if (from > ModeMenu) return LogWarn("Problem setting UI Mode");
+  const bool toMenu = from == ModePlaying;
+  ShowMouseCursor(toMenu);
+  PlayerFlags.menuOpen = toMenu;
+  mode->store(toMenu ? ModeMenu : ModePlaying);
+  return toMenu;
+}
+
+int ToggleMenu() { return SetUiMode(&uiMode); }
+
+void InitGui() {
+  uiMode = ModePlaying;
+  MenuClosable = true;
+  LoadLanguage();
+}
