@@ -245,6 +245,14 @@ bool MouseIsDown(int button) {
   return button >= 0 && button < MouseButtons && ButtonsDown[button].load(std::memory_order_relaxed);
 }
 
+void SetKeyState(int key, bool down) {
+  if (key >= 0 && key <= KeyLast) KeysDown[key] = down;
+}
+
+void SetMouseState(int button, bool down) {
+  if (button >= 0 && button < MouseButtons) ButtonsDown[button] = down;
+}
+
 void SetMousePosition(int x, int y) {
   if (Window == nullptr || glfwGetWindowAttrib(Window, GLFW_FOCUSED) != GLFW_TRUE) return;
   glfwSetCursorPos(Window, x, y);
