@@ -1,0 +1,78 @@
+// Checking the tree against itself.
+#include "world/verify.h"
+
+#include "world/cells.h"
+#include "world/lists.h"
+
+struct CheckCounts {
+  unsigned kind[ListKinds] = {};
+};
+
+static std::string Fault(const char *what, const CellAddress &a) {
+  return std::string(what) + " at " + std::to_string(a.mega) + " " + std::to_string(a.super) + " " + std::to_string(a.chunk) + " " +
+         std::to_string(a.block);
+}
+
+static void CountListed(u64 head, CheckCounts *counts) {
+  const u8 traits = ComponentTraits[HeadComponent(head)];
+  if (HeadUnstable(head)) ++counts->kind[ListTemp];
+  if ((traits & TraitRemoves) != 0) ++counts->kind[ListRmv];
+  if ((traits & TraitAnimated) != 0) ++counts->kind[ListAnim];
+  if (HeadState(head) == StateDamaged) ++counts->kind[ListDmg];
+}
+
+static std::string CellFault(const ChunkCells &cells, const CellAddress &a) {
+  const u64 head = HeadOfCell(cells, a.block);
+  const bool occupied = HeadState(head) != StateEmpty;
+  if (CellOccupied(cells, a.block) != occupied) return Fault("occupied bit", a);
+  if (!occupied && (HeadMaterial(head) != 0 || HeadComponent(head) != 0)) return Fault("free cell with rows", a);
+  const bool hidden = (cells.hidden[a.block >> 6] >> (a.block & 63) & 1) != 0;
+  if (hidden != (cells.visibility[a.block] == NotVisible)) return Fault("hidden bit", a);
+  const GraphicBlock *g = GraphicOf(cells, a.block);
+  if (g != nullptr && (g->lightCount > MaxBlockLights || (g->lightCount != 0 && g->lightList == nullptr))) return Fault("lights", a);
+  return {};
+}
+
+static std::string ChunkFault(const Chunk &chunk, const ChunkCells &cells, CellAddress a) {
+  CheckCounts counts;
+  unsigned lamps = 0;
+  for (a.block = 0; a.block < CellsPerChunk; ++a.block) {
+    const std::string fault = CellFault(cells, a);
+    if (!fault.empty()) return fault;
+    if (!CellOccupied(cells, a.block)) continue;
+    CountListed(HeadOfCell(cells, a.block), &counts);
+    lamps += GivesLight(HeadComponent(HeadOfCell(cells, a.block))) ? 1 : 0;
+  }
+  if (lamps != cells.lampCount) return Fault("lamp count", a);
+  for (int kind = 0; kind < ListKinds; ++kind)
+    if (counts.kind[kind] != CheckCount(chunk.checks[kind])) return Fault("chunk counter", a);
+  return {};
+}
+
+// Whether each counter of a level is the number of children whose own counter isn't 0.
+template <typename Level, typename Child>
+static bool CountersHold(const Level &level, const Child *children) {
+  for (int kind = 0; kind < ListKinds; ++kind) {
+    unsigned counted = 0;
+    for (int i = 0; children != nullptr && i < 1000; ++i) counted += CheckCount(children[i].checks[kind]) != 0 ? 1 : 0;
+    if (counted != CheckCount(level.checks[kind])) return false;
+  }
+  return true;
+}
+
+std::string ShipFault(const Ship &ship) {
+  std::string fault;
+  ForEachChunk(ship, [&fault](const Chunk &chunk, const ChunkCells &cells, CellAddress a) {
+    if (fault.empty()) fault = ChunkFault(chunk, cells, a);
+  });
+  const MegaChunk *megas = ship.megaChunks.load();
+  if (!fault.empty() || megas == nullptr) return fault;
+  if (!CountersHold(ship, megas)) return "ship counter";
+  for (int m = 0; m < 1000; ++m) {
+    const SuperChunk *supers = megas[m].children.load();
+    if (!CountersHold(megas[m], supers)) return "mega counter";
+    for (int s = 0; supers != nullptr && s < 1000; ++s)
+      if (!CountersHold(supers[s], supers[s].children.load())) return "super counter";
+  }
+  return {};
+}
