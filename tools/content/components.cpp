@@ -63,7 +63,7 @@ static void AddStaples(std::vector<ComponentRow> *rows) {
   rows->push_back(Marker(3, "FaceMarker", "marker_face", DrawFaceMarker));
   rows->push_back(Marker(4, "CellMarker", "marker_cell", DrawCellMarker));
   rows->push_back(Marker(6, "Missing", "missing", DrawPlaceholder));
-  rows->push_back(Lamp(Plain(10, "Heartstone", "heartstone", DrawHeart, "Rock|Lights"), 255, 190, 120));
+  rows->push_back(Lamp(Plain(10, "Heartstone", "heartstone", DrawHeart, "Rock|Lights"), 255, 208, 156));
   rows->push_back(Marker(160, "Figure", "figure", DrawFigure));
   static const char *const rock[] = {"rock1", "rock2", "rock3", "rock4", "rock5"};
   AddForms(rows, Plain(215, "Rock", nullptr, DrawRock, "Rock|Common"), rock, 5);

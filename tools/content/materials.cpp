@@ -13,7 +13,7 @@ static const std::vector<MaterialRow> materialRows = {
     {2, "Graphite", 2260, 120, 1600, 3900, 4300, 120, 126, 134, 255, "hard", "Common|Ceramic"},
     {3, "Oxide", 5250, 12, 3400, 1838, 3100, 214, 118, 70, 255, "metal", "Common|Metal|Paint"},
     {4, "Brass", 8500, 110, 3200, 1200, 2840, 222, 182, 100, 255, "metal", "Common|Metal"},
-    {5, "Chondrite", 3350, 2, 2500, 1450, 3000, 186, 174, 162, 255, "stone", "Stone|Common"},
+    {5, "Chondrite", 3350, 2, 2500, 1450, 3000, 184, 180, 174, 255, "stone", "Stone|Common"},
     {6, "Glass", 2500, 1, 2100, 1700, 2500, 196, 224, 222, 72, "crystal", "Glass|Common"},
     // Metals
     {10, "Iron", 7870, 80, 3530, 1811, 3134, 170, 172, 176, 255, "magnetic", "Metal"},

@@ -54,6 +54,16 @@ static int FaceDepth(int x, int y, int z) {
   return std::min({x, 15 - x, y, 15 - y, z, 15 - z});
 }
 
+// True where the block keeps its edge although its faces there are broken away. Behind an edge that two
+// neighbours have both lost lies the inside of the rock, which isn't drawn.
+static bool HoldsEdge(int x, int y, int z, uint32_t seed) {
+  int depth[3] = {std::min(x, 15 - x), std::min(y, 15 - y), std::min(z, 15 - z)};
+  std::sort(depth, depth + 3);
+  const float noise = SmoothNoise(static_cast<float>(x) * 0.4f, static_cast<float>(y) * 0.4f,
+                                  static_cast<float>(z) * 0.4f, seed);
+  return depth[1] < 2 && noise > 0.31f;
+}
+
 // Breaks pieces off along the block's edges. Each edge keeps stretches that reach the corner line, so that
 // no crack runs on from block to block.
 static void ChipEdges(Grid &grid, Dice *dice, int chips) {
@@ -78,8 +88,9 @@ void DrawRock(Grid &grid, int form) {
         const Nearest near = NearestSite(sites, x, y, z);
         const int depth = FaceDepth(x, y, z);
         const bool crack = near.margin < 0.75f && depth < 2;
+        const bool lost = depth < sites[near.site].depth || (crack && depth == 0);
         const float grain = LatticeValue(x, y, z, 77U + static_cast<uint32_t>(form));
-        if (depth < sites[near.site].depth || (crack && depth == 0)) continue;
+        if (lost && !HoldsEdge(x, y, z, 40U + static_cast<uint32_t>(form))) continue;
         int shade = sites[near.site].shade + static_cast<int>(grain * 18.0f) - 9;
         if (crack) shade -= 70;
         if (grain > 0.985f) shade = 255;
@@ -87,7 +98,7 @@ void DrawRock(Grid &grid, int form) {
       }
     }
   }
-  ChipEdges(grid, &dice, 7);
+  ChipEdges(grid, &dice, 4);
   Weather(grid, 215U + static_cast<uint32_t>(form), 1.1f);
 }
 
