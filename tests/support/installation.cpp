@@ -68,3 +68,8 @@ std::string ReadText(const std::string &path) {
   text << in.rdbuf();
   return text.str();
 }
+
+void WriteText(const std::string &path, const std::string &text) {
+  if (fs::path(path).has_parent_path()) fs::create_directories(fs::path(path).parent_path());
+  std::ofstream(path, std::ios::binary) << text;
+}
