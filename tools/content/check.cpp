@@ -61,7 +61,8 @@ int NumberField(const TextFile &file, const Row &row, size_t field, int low, int
 
 void CheckWord(const TextFile &file, const Row &row, size_t field, size_t limit) {
   if (row.fields[field - 1].size() < limit) return;
-  Fault(file.path, row.line, "column " + std::to_string(field) + ": a word has " + std::to_string(limit) + " letters or more");
+  Fault(file.path, row.line,
+        "column " + std::to_string(field) + ": a word has " + std::to_string(limit) + " letters or more");
 }
 
 void CheckTags(const TextFile &file, const Row &row, size_t field, size_t most) {

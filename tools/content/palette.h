@@ -27,4 +27,4 @@ constexpr Paint RedGlow{255, 96, 72, 255};
 
 // Markers
 constexpr Paint MarkerLine{255, 214, 120, 255};
-constexpr Paint MarkerFaint{120, 250, 228, 255};
+constexpr Paint MarkerCell{120, 250, 228, 255};

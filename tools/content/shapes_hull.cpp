@@ -118,13 +118,14 @@ void DrawHatch(Grid &grid, int) {
   Weather(grid, 38);
 }
 
-// A cube of glass in a frame.
+// A cube of glass in a frame. Glass is drawn first and clear: a shade would cloud it.
 void DrawWindow(Grid &grid, int) {
-  Box(grid, {1, 1, 1, 14, 14, 14}, Stuff(255));
-  Box(grid, {2, 2, 2, 13, 13, 13}, Nothing);
-  BoxEdges(grid, WholeGrid, 2, OffWhite);
-  BoxEdges(grid, {1, 1, 1, 14, 14, 14}, 1, Graphite);
-  Weather(grid, 39, 0.6f);
+  BoxShell(grid, {1, 1, 1, 14, 14, 14}, 1, Stuff(255));
+  Grid frame;
+  BoxEdges(frame, WholeGrid, 2, OffWhite);
+  BoxEdges(frame, {1, 1, 1, 14, 14, 14}, 1, Graphite);
+  Weather(frame, 39, 0.6f);
+  Add(grid, frame);
 }
 
 void DrawPorthole(Grid &grid, int) {
@@ -140,9 +141,10 @@ void DrawPorthole(Grid &grid, int) {
 
 void DrawPane(Grid &grid, int) {
   Box(grid, {0, 0, 7, 15, 15, 8}, Stuff(255));
-  BoxEdges(grid, {0, 0, 6, 15, 15, 9}, 2, OffWhite);
-  Box(grid, {2, 2, 6, 13, 13, 6}, Nothing);
-  Box(grid, {2, 2, 9, 13, 13, 9}, Nothing);
-  BoxEdges(grid, {0, 0, 6, 15, 15, 9}, 1, Bone);
-  Weather(grid, 41, 0.6f);
+  Grid frame;
+  Box(frame, {0, 0, 6, 15, 15, 9}, OffWhite);
+  Box(frame, {2, 2, 0, 13, 13, 15}, Nothing);
+  BoxEdges(frame, {0, 0, 6, 15, 15, 9}, 1, Bone);
+  Weather(frame, 41, 0.6f);
+  Add(grid, frame);
 }

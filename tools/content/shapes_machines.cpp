@@ -63,7 +63,8 @@ void DrawConsole(Grid &grid, int) {
   Box(grid, {1, 0, 4, 14, 0, 14}, Graphite);
   for (int i = 0; i < 6; i++) Box(grid, {0, 6 + i, 2 + 2 * i, 15, 7 + i, 15}, OffWhite);
   for (int i = 0; i < 4; i++) Box(grid, {2, 7 + i, 3 + 2 * i, 13, 7 + i, 3 + 2 * i}, Charcoal);
-  for (int i = 0; i < 2; i++) Lights(grid, {3, 7 + i, 3 + 2 * i, 12, 7 + i, 3 + 2 * i}, 90U + static_cast<uint32_t>(i), panelLights, 4);
+  Lights(grid, {3, 7, 3, 12, 7, 3}, 90, panelLights, 4);
+  Lights(grid, {3, 8, 5, 12, 8, 5}, 91, panelLights, 4);
   Box(grid, {1, 12, 12, 14, 15, 14}, Graphite);
   Box(grid, {2, 12, 12, 13, 14, 12}, {40, 76, 78, 255});
   Box(grid, {3, 13, 12, 8, 13, 12}, TealGlow);

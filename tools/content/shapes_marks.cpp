@@ -21,7 +21,7 @@ void DrawFaceMarker(Grid &grid, int) {
 }
 
 void DrawCellMarker(Grid &grid, int) {
-  BoxEdges(grid, WholeGrid, 1, MarkerFaint);
+  BoxEdges(grid, WholeGrid, 1, MarkerCell);
 }
 
 // A crate-like cube in two colours that nobody would build with: a shape that this table doesn't have.
