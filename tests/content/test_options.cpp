@@ -1,0 +1,116 @@
+// The options file: widths, sections, what rubbish does to it, and that it reads back as it was written.
+#include "content/options.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <random>
+
+#include "core/log.h"
+#include "support/installation.h"
+
+static constexpr const char *Path = "config/text/options";
+
+// Reads a file over the defaults and gives the log of it.
+static std::string LogOfReading(const std::string &file) {
+  ResetOptions();
+  WriteText(Path, file);
+  testing::internal::CaptureStdout();
+  LogInit();
+  EXPECT_TRUE(ReadOptionsFile());
+  testing::internal::GetCapturedStdout();
+  return ReadText("errors.txt").substr(32);
+}
+
+TEST(Options, ValuesKeepTheirWidth) {
+  UseTemporaryInstallation();
+  EXPECT_EQ(LogOfReading("AntiAliasing 35\nFullScreen 2\nInvertMouse 3\nDistanceScale 17\nFOV 300\nScreenWidth 70000\n"
+                         "MaxSpeed 4294967295\nMaxVoxels 99999999999999999999999\nCachePerFrame -1\nEnd 1\n"), "");
+  EXPECT_EQ(Options.AntiAliasing, 3);
+  EXPECT_FALSE(Options.FullScreen);
+  EXPECT_TRUE(Options.InvertMouse);
+  EXPECT_EQ(Options.DistanceScale, 1);
+  EXPECT_EQ(Options.FOV, 44);
+  EXPECT_EQ(Options.ScreenWidth, 4464);
+  EXPECT_EQ(Options.MaxSpeed, 4294967295u);
+  EXPECT_EQ(Options.CachePerFrame, 65535);
+}
+
+TEST(Options, FaultsAreToldWithTheirEntryAndReadingGoesOn) {
+  UseTemporaryInstallation();
+  const std::string inInt = "info: Error in int section of config/text/options on line ";
+  const struct { const char *name; std::string file, log; } cases[] = {
+      {"key of another section", "SwitchToFloat 1\nFOV 90\nSoundVolume 0.25\n", "info: Unknown option on line 2 \n"},
+      {"fraction", "FOV 90.5\nTargetFPS 30\n", inInt + "2 \ninfo: Unknown option on line 2 \n"},
+      {"no value at the end", "TargetFPS 30\nFOV", inInt + "2 \n"},
+      {"end without value", "TargetFPS 30\nEnd", inInt + "2 \n"},
+      {"own section word", "SwitchToInt 1\nTargetFPS 30", "info: Unknown option on line 1 \n"},
+      {"unknown control", "SwitchToControls 1\nFly 3\nUse x\nSwitchToInt 1\nTargetFPS 30\n",
+       "info: Error in controls section of config/text/options on line 3 \n"
+       "info: Error in controls section of config/text/options on line 4 \n"},
+      {"text without value", "SwitchToChar 1\nPlayerName",
+       "info: Error in String section of config/text/options on line 2 \n"},
+      {"float rubbish", "SwitchToFloat 1\nSoundVolume nan\nMusicVolume 0.5",
+       "info: Error in float section of config/text/options on line 2 \n"
+       "info: Error in float section of config/text/options on line 3 \n"
+       "info: Unknown option on line 3 \n"},
+      {"behind the end", "End 1\nFOV 90", ""}};
+  for (const auto &c : cases) {
+    const std::string log = LogOfReading(c.file);
+    if (std::string(c.name) == "unknown control") {
+      EXPECT_EQ(Options.controls.use, 69);
+      EXPECT_EQ(Options.TargetFPS, 30) << "the section changes though the value in front of its word was missing";
+      EXPECT_EQ(log, "info: Error in controls section of config/text/options on line 3 \n"
+                     "info: Error in controls section of config/text/options on line 4 \n");
+      continue;
+    }
+    EXPECT_EQ(log, c.log) << c.name;
+  }
+}
+
+TEST(Options, RubbishOfAnyKindEndsAndLeavesWholeValues) {
+  UseTemporaryInstallation();
+  std::mt19937 random(5);
+  for (int round = 0; round < 20; ++round) {
+    std::string file = "SwitchToChar 1\nPlayerName " + std::string(5000, 'n') + "\n";
+    for (int i = 0; i < 3000; ++i) file += static_cast<char>(random());
+    LogOfReading(file);
+    EXPECT_LE(Options.PlayerName.size(), 255u);
+  }
+  WriteText(Path, std::string(1 << 20, 'x'));
+  EXPECT_FALSE(ReadOptionsFile());
+}
+
+TEST(Options, AFirstRunWritesAllKeysAndALaterOneReadsThem) {
+  UseTemporaryInstallation();
+  EXPECT_FALSE(LoadOptions());
+  EXPECT_FALSE(std::filesystem::exists(Path));
+  ASSERT_TRUE(SaveOptions());
+  EXPECT_EQ(ReadText(Path),
+            "AntiAliasing 2\nFullScreen 0\nScreenWidth 1024\nScreenHeight 768\nInvertMouse 1\nFOV 75\nFrustumCull 0\n"
+            "Tutorial 1\nShowReticle 1\nThreadedInput 0\nExplosionBounce 1\nExplosionFade 12\nHighResDiameter 100\n"
+            "MidResDiameter 900\nLowResDiameter 1000\nHighResBlocks 1000\nMidResBlocks 3000\nLowResBlocks 9000\n"
+            "ExperimentalLight 0\nFlashlight 1\nCrosshair 1\nHighQualityTransparency 1\nHighQualityFlashlight 0\n"
+            "TargetFPS 25\nMesaGPU 0\nDisableSound 0\nDistanceScale 1\nMaxSpeed 0\nSinglePlayer 1\nEightCache 1\n"
+            "QuadCache 1\nMaxVoxels 1000000\nLevelOfDetail 1\nCachePerFrame 75\nStealCpu 0\nSwitchToFloat 1\n"
+            "MouseSensitivity 0.050000\nGuiScaleX 0.500000\nGuiScaleY 0.500000\nSoundVolume 1.000000\n"
+            "MusicVolume 0.700000\nInertialDampening 1.000000\nExplosionScale 4.000000\nSwitchToChar 1\n"
+            "Language english\nPlayerName Unknown\nServerURL localhost\nSwitchToControls 1\nUse 69\nBlockSelect 81\n"
+            "MoveForward 87\nMoveBackward 83\nMoveLeft 65\nMoveRight 68\nMoveUp 90\nMoveDown 88\nStop 32\nMainMouse 0\n"
+            "SecondaryMouse 1\nThirdMouse 2\nEnd 1\n");
+  Options.MaxVoxels = 3000000000u;
+  Options.SoundVolume = 0.25f;
+  Options.PlayerName = "Ada Lovelace";
+  Options.ServerURL = "";
+  Options.controls.stop = 287;
+  Options.flashlightLit = true;
+  ASSERT_TRUE(SaveOptions());
+  const std::string written = ReadText(Path);
+  EXPECT_TRUE(LoadOptions());
+  EXPECT_EQ(ReadText(Path), written);
+  EXPECT_EQ(Options.MaxVoxels, 3000000000u);
+  EXPECT_EQ(Options.PlayerName, "Ada");
+  EXPECT_EQ(Options.ServerURL, "localhost");
+  EXPECT_EQ(Options.controls.stop, 287);
+  EXPECT_FALSE(Options.flashlightLit);
+}

@@ -1,0 +1,153 @@
+// The two tables: broken rows are told with file and line and leave the table in use alone, odd ones are read as told.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "content/categories.h"
+#include "content/components.h"
+#include "content/materials.h"
+#include "core/log.h"
+#include "support/installation.h"
+
+static const std::string numbers = " 2 3 4 5 6 7 8 9 10 11 12 13 14 255 ";
+
+static std::string MaterialRow(int id, const std::string &words) { return std::to_string(id) + numbers + words + "\n"; }
+
+static std::string ComponentRow(int id, const std::string &rest, const std::string &stem = "one") {
+  return std::to_string(id) + " 1 2 3 0 0 0 " + stem + " " + rest + "\n";
+}
+
+// A grid file of one opaque voxel at index 0.
+static std::string OneVoxelGraphic() {
+  std::string bytes("3MP\2\0\0\0\20\0\0\0\20\0\0\0\20\0\0\0", 19);
+  bytes.resize(16416, '\0');
+  bytes[32 + 3] = '\xff';
+  return bytes;
+}
+
+// Runs a load over a file in a fresh installation and gives its result and the log.
+struct Loaded {
+  int result;
+  std::string log;
+};
+static Loaded Load(int (*load)(), const std::string &path, const std::string &file) {
+  UseTemporaryInstallation();
+  std::filesystem::remove("config/graphics");
+  WriteText("config/graphics/components/one.3mp", OneVoxelGraphic());
+  WriteText("config/graphics/components/bad.3mp", "4MP");
+  WriteText(path, file);
+  testing::internal::CaptureStdout();
+  LogInit();
+  const int result = load();
+  testing::internal::GetCapturedStdout();
+  return {result, ReadText("errors.txt").substr(32)};
+}
+static Loaded LoadMaterialText(const std::string &file) { return Load(LoadMaterials, "config/text/materials", file); }
+static Loaded LoadComponentText(const std::string &file) { return Load(LoadComponents, "config/text/components", file); }
+
+static std::string Repeat(int count, const std::string &text) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+TEST(Tables, ABrokenRowIsToldWithItsLineAndTheOldTableStays) {
+  const std::string good = MaterialRow(110, "metal Common"), w32(32, 'w'), w64(64, 'w');
+  ASSERT_EQ(LoadMaterialText(good).result, 2);
+  const struct { std::string file; int line; } materials[] = {
+      {"# a\n1 2 3 metal\n", 2}, {good + "1" + numbers, 2}, {"0" + numbers + "a b\n", 1}, {"65536" + numbers + "a b\n", 1},
+      {"x" + numbers + "a b\n", 1}, {"1.5" + numbers + "a b\n", 1}, {MaterialRow(1, w64 + " b"), 1},
+      {MaterialRow(1, "a b|" + w32), 1}, {"\n\n" + MaterialRow(1, "a " + std::string(300, 'w')), 3},
+      {MaterialRow(1, "a b " + std::string(4096, 'c')), 1}, {Repeat(255, good), 255}, {std::string("\0\0\xff\n", 4), 1}};
+  for (const auto &c : materials) {
+    const Loaded loaded = LoadMaterialText(c.file);
+    EXPECT_EQ(loaded.result, 0) << c.file.substr(0, 80);
+    const std::string line = std::to_string(c.line);
+    EXPECT_EQ(loaded.log.find("info: Error in Materials file on line " + line + " \n*ERR: config/text/materials:" + line + ": "),
+              0u) << loaded.log;
+    EXPECT_EQ(Materials.size(), 3u);
+  }
+  const struct { std::string file; int line; } components[] = {
+      {ComponentRow(2, "block 0 - 0"), 1}, {ComponentRow(2, w64 + " 0 - 0 tag"), 1},
+      {"#\n" + ComponentRow(2, "block 0 " + w64 + w64 + " 0 tag"), 2}, {ComponentRow(2, "block 0 - 0 a|" + w32), 1},
+      {ComponentRow(2, "block 0 - 0 tag", "absent"), 1}, {ComponentRow(2, "block 0 - 0 tag", "bad"), 1},
+      {ComponentRow(0, "block 0 - 0 tag"), 1}};
+  for (const auto &c : components) {
+    const Loaded loaded = LoadComponentText(c.file);
+    EXPECT_EQ(loaded.result, 0) << c.file;
+    EXPECT_NE(loaded.log.find("config/text/components:" + std::to_string(c.line) + ": "), std::string::npos) << loaded.log;
+  }
+}
+
+TEST(Tables, AFileWithoutRowsIsATableWithoutRows) {
+  EXPECT_EQ(LoadMaterialText("# nothing\n#").result, 1);
+  EXPECT_EQ(Materials[1].id, 0);
+  const Loaded loaded = LoadComponentText("");
+  EXPECT_EQ(loaded.result, 1);
+  for (const char *id : {"6", "10", "215"}) EXPECT_NE(loaded.log.find("no id " + std::string(id) + ";"), std::string::npos);
+  EXPECT_EQ(AsteroidRockBase, 1);
+  EXPECT_EQ(FindComponent(0), 0);
+  EXPECT_FALSE(FindPhaseComponents());
+  std::filesystem::remove("config/text/materials");
+  EXPECT_EQ(LoadMaterials(), 0);
+  EXPECT_NE(ReadText("errors.txt").find("*ERR: Unable to open Materials file \n"), std::string::npos);
+}
+
+TEST(Tables, MaterialsKeepColumnsAndTags) {
+  const Loaded loaded = LoadMaterialText("110" + numbers + "metal a|b|c|d|e|" + std::string(40, 'x') + "  behind it\r\n" +
+                                         "7 1 2 3 4 5 6 7 8 9 10 300 1 2 3 soft Common");
+  ASSERT_EQ(loaded.result, 3);
+  EXPECT_EQ(loaded.log, "");
+  const Material &m = Materials[1];
+  EXPECT_EQ(m.density, 3);
+  EXPECT_EQ(m.boilingPoint, 7);
+  EXPECT_EQ(m.red, 12);
+  EXPECT_EQ(m.alpha, 255);
+  EXPECT_EQ(m.soundClass, "metal");
+  EXPECT_EQ(m.tags[0] + m.tags[1] + m.tags[2] + m.tags[3], "abcd");
+  EXPECT_EQ(Materials[2].red, 300 - 256);
+  EXPECT_EQ(FindMaterial(7), 2);
+}
+
+TEST(Tables, WhatLeadsOutOfTheTableBecomesZero) {
+  const Loaded loaded = LoadComponentText(
+      ComponentRow(160, "animation 0 - 1 a|b") + ComponentRow(7, "animation -1 - -1 a") + ComponentRow(8, "x -3 - 3 a") +
+      ComponentRow(9, "x -200 - 300 a") + ComponentRow(10, "x 1 - -5 a") + ComponentRow(900, "x 1 - 0 a") +
+      ComponentRow(215, "x 0 - 0 a"));
+  ASSERT_EQ(loaded.result, 8);
+  const struct { i8 family, step; u8 delay, traits; } rows[] = {
+      {0, 1, 17, TraitAnimated}, {-1, -1, 17, TraitAnimated}, {0, 3, 17, 0}, {0, 0, 255, TraitRemoves},
+      {1, 0, 255, TraitFullBlock}, {1, 0, 255, TraitFullBlock}, {0, 0, 255, TraitFullBlock}};
+  for (size_t i = 0; i < std::size(rows); ++i) {
+    EXPECT_EQ(Components[i + 1].familyOffset, rows[i].family) << i;
+    EXPECT_EQ(Components[i + 1].frameStep, rows[i].step) << i;
+    EXPECT_EQ(Components[i + 1].frameDelay, rows[i].delay) << i;
+    EXPECT_EQ(ComponentTraits[i + 1], rows[i].traits) << i;
+  }
+  for (const char *line : {"components:3: column 10", "components:4: column 10", "components:4: column 12",
+                           "components:5: column 12"})
+    EXPECT_NE(loaded.log.find(line), std::string::npos) << line << "\n" << loaded.log;
+  EXPECT_EQ(RemotePlayerComponent, 1);
+  EXPECT_EQ(AsteroidRockBase, 3);  // five rows from there on are the last of the table
+  EXPECT_EQ(FamilyBase(2), 1);
+  EXPECT_EQ(FamilyBase(60000), 0);
+}
+
+TEST(Tables, CategoriesListBasesByName) {
+  LoadMaterialText(MaterialRow(1, "a Rock|Common|Rock") + MaterialRow(2, "a Common|Metal") + MaterialRow(3, "a |Rock"));
+  LoadComponentText(ComponentRow(1, "x 0 - 0 Hull|Common") + ComponentRow(2, "x -1 - 0 Lamps") + ComponentRow(3, "x 0 - 0 Hull") +
+                    ComponentRow(4, "x 0 - 0 debug|Lamps"));
+  const char *names[] = {"", "b", "B", "a", "c"};
+  for (size_t row = 1; row < 4; ++row) Materials[row].name = names[row];
+  for (size_t row = 1; row < 5; ++row) Components[row].name = names[row];
+  SortMaterials();
+  SortComponents();
+  std::string listed;
+  for (const auto *categories : {&MaterialCategories, &ComponentCategories})
+    for (const Category &c : *categories) {
+      listed += c.name + ":";
+      for (const u16 row : c.rows) listed.append(" ").append(std::to_string(row));
+      listed += "\n";
+    }
+  EXPECT_EQ(listed, "debug:\nCommon: 2 1\nRock: 3 1\ndebug: 4\nCommon: 1\nHull: 3 1\nLamps: 4\n");
+}

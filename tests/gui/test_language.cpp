@@ -1,0 +1,104 @@
+// The language file: what it names, and that no file, however broken, stops the reading or leaves a row without a text.
+#include "gui/language.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include <filesystem>
+
+#include "content/components.h"
+#include "content/materials.h"
+#include "content/options.h"
+#include "core/log.h"
+#include "support/installation.h"
+
+// Two materials, and a family of three components with a loner; names are empty.
+static void MakeTables() {
+  Materials = std::vector<Material>(4);
+  Components = std::vector<Component>(6);
+  for (u16 i = 1; i < 3; ++i) Materials[i].id = static_cast<u16>(i * 10);
+  for (u16 i = 1; i < 5; ++i) Components[i].id = static_cast<u16>(i * 100);
+  Components[2].familyOffset = -1;
+  Components[3].familyOffset = -2;
+}
+
+static std::string LogOfLoading(const std::string &file) {
+  WriteText("config/language/test", file);
+  Options.Language = "test";
+  testing::internal::CaptureStdout();
+  LogInit();
+  LoadLanguage();
+  testing::internal::GetCapturedStdout();
+  EXPECT_EQ(GuiStrings.size(), static_cast<size_t>(GuiStringRows));
+  EXPECT_EQ(GuiStrings[0], "");
+  return ReadText("errors.txt").substr(32);
+}
+
+static std::string Names() {
+  std::string names;
+  for (size_t i = 1; i < 3; ++i) names += Materials[i].name + " ";
+  for (size_t i = 1; i < 5; ++i) names += Components[i].name + " ";
+  return names;
+}
+
+struct Language : testing::Test {
+  void SetUp() override {
+    UseTemporaryInstallation();
+    std::filesystem::remove("config/language");
+    MakeTables();
+  }
+};
+
+TEST_F(Language, NamesRowsAndFamilies) {
+  const std::string log = LogOfLoading("Yes\r\n\n" + std::string(200, 'x') +
+                                       "\n0 #MatStart\n10 Iron 0 skipped\n20\nRock\n99 Nothing\n0 #ComStart 100 Hull "
+                                       "300 Prow 777 Ghost 0 #CatStart\n10 Unread\n");
+  EXPECT_EQ(Names(), "Iron Rock Hull Hull Prow Unknown ");
+  EXPECT_EQ(log, "info: Excess UID in language file: 777 \ninfo: Successfully loaded language file! \n");
+  EXPECT_EQ(GuiStrings[1], "Yes");
+  EXPECT_EQ(GuiStrings[2], "");
+  EXPECT_EQ(GuiStrings[3], std::string(191, 'x'));
+  EXPECT_EQ(GuiStrings[4], std::string(9, 'x'));
+  EXPECT_EQ(GuiStrings[5], "0 #MatStart");
+  EXPECT_EQ(Materials[3].name, "Unknown");
+  EXPECT_EQ(Components[5].name, "Unknown");
+  // Another language replaces everything, and a missing one nothing.
+  LogOfLoading("Ja\n0 #MatStart\n10 Eisen 0 #ComStart 100 Rumpf 0 #CatStart\n");
+  EXPECT_EQ(Names(), "Eisen Unknown Rumpf Rumpf Rumpf Unknown ");
+  EXPECT_EQ(GuiStrings[1] + GuiStrings[4], "Ja");
+  for (const char *absent : {"absent", "../text/components", "/etc/passwd"}) {
+    Options.Language = absent;
+    testing::internal::CaptureStdout();
+    LoadLanguage();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "*ERR: Could not open language file! \n");
+    EXPECT_EQ(Names(), "Eisen Unknown Rumpf Rumpf Rumpf Unknown ");
+  }
+}
+
+TEST_F(Language, EndsWithOneMessageWhereAMarkIsMissing) {
+  const std::string material = "info: Error in language file in Material section \n";
+  const std::string component = "info: Error in language file in Component section \n";
+  const struct { std::string file, log; } cases[] = {
+      {"", "*ERR: The language file ends before its line \"0 #MatStart\" \n"},
+      {"Yes\nNo", "*ERR: The language file ends before its line \"0 #MatStart\" \n"},
+      {"0 #MatStart", material}, {"0 #MatStart\n10 Iron 20", material}, {"0 #MatStart\n0 #CatStart\n", material},
+      {"0 #MatStart\n0 #ComStart\n100 Hull", component},
+      {"0 #MatStart\n10 Iron\noops 20 Rock 0 #ComStart 0 #CatStart", material + "info: Successfully loaded language file! \n"}};
+  for (const auto &c : cases) {
+    EXPECT_EQ(LogOfLoading(c.file), c.log) << c.file;
+    EXPECT_NE(Components[4].name, "");
+    EXPECT_NE(Materials[2].name, "");
+  }
+}
+
+TEST_F(Language, RubbishEndsToo) {
+  std::mt19937 random(3);
+  std::string noise, lines;
+  for (int i = 0; i < 200000; ++i) noise += static_cast<char>(random());
+  for (int i = 0; i < 1000; ++i) lines += "row " + std::to_string(i) + "\n";
+  LogOfLoading(noise);
+  const std::string log = LogOfLoading(lines + "0 #MatStart\n" + noise);
+  EXPECT_LT(log.size(), 10000u);
+  EXPECT_EQ(GuiStrings[127], "row 126");
+}
