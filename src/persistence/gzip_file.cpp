@@ -9,15 +9,15 @@ constexpr int GzipWindow = 15 + 16;  // the largest window, in gzip's wrapping
 constexpr int DefaultMemory = 8;
 
 static void FillInput(GzipReader *g) {
-  g->z.next_in = g->input.data();
-  g->z.avail_in = static_cast<uInt>(std::fread(g->input.data(), 1, g->input.size(), g->file));
+  g->z.next_in = g->input.get();
+  g->z.avail_in = static_cast<uInt>(std::fread(g->input.get(), 1, GzipBufferBytes, g->file));
 }
 
 bool OpenGzip(GzipReader *g, const char *path, bool *opened) {
   g->file = std::fopen(path, "rb");
   *opened = g->file != nullptr;
   if (!*opened) return false;
-  g->input.resize(GzipBufferBytes);
+  g->input = std::make_unique_for_overwrite<u8[]>(GzipBufferBytes);  // a small file touches little of it
   FillInput(g);
   if (g->z.avail_in >= 2 && g->input[0] == 0x1f && g->input[1] == 0x8b && inflateInit2(&g->z, GzipWindow) == Z_OK)
     return true;

@@ -5,6 +5,7 @@
 #include <zlib.h>
 
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 #include "core/types.h"
@@ -14,7 +15,7 @@ constexpr size_t GzipBufferBytes = 1 << 20;
 struct GzipReader {
   std::FILE *file = nullptr;
   z_stream z{};
-  std::vector<u8> input;
+  std::unique_ptr<u8[]> input;  // GzipBufferBytes
   bool ended = false;    // nothing more comes
   bool damaged = false;  // it ended before the stream did, or at bytes that are none of its
 };

@@ -1,5 +1,7 @@
 // Ships by file name: saving and loading the stream form, and ships that join the table.
 #include <cstdio>
+#include <cstring>
+#include <memory>
 
 #include "core/log.h"
 #include "persistence/gzip_file.h"
@@ -61,15 +63,16 @@ static std::string StemOf(const std::string &path) {
 
 // Decompresses into a buffer that always has room for the longest piece and unpacks what is whole in it.
 static void UnpackGzip(GzipReader *g, ShipUnpacker *u) {
-  std::vector<u8> content(GzipBufferBytes + LongestPiece);
+  constexpr size_t size = GzipBufferBytes + LongestPiece;
+  const auto content = std::make_unique_for_overwrite<u8[]>(size);
   size_t have = 0;
   while (!g->ended && !u->stopped) {
-    have += ReadGzip(g, content.data() + have, content.size() - have);
-    const size_t used = UnpackPiece(u, content.data(), have);
+    have += ReadGzip(g, content.get() + have, size - have);
+    const size_t used = UnpackPiece(u, content.get(), have);
     have -= used;
-    std::memmove(content.data(), content.data() + used, have);
+    std::memmove(content.get(), content.get() + used, have);
   }
-  EndUnpack(u, content.data(), have);
+  EndUnpack(u, content.get(), have);
 }
 
 int LoadShipStream(Ship *ship, const char *path, bool finish) {
@@ -105,11 +108,7 @@ int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z) {
   const std::string path = file.rfind("saves/", 0) == 0 ? file : "saves/" + file;
   Ship *ship = AppendShip(table);
   if (ship == nullptr) return 0;
-  if (LoadShipStream(ship, path.c_str(), true) == 0) {
-    table->count.store(static_cast<u16>(table->count.load() - 1));
-    FreeShip(ship);
-    return 0;
-  }
+  if (LoadShipStream(ship, path.c_str(), true) == 0) return 0;  // an empty ship stays in the row
   ship->position[0] = PlaceOnAxis(x, ship->summary->sizeX);
   ship->position[1] = PlaceOnAxis(y, ship->summary->sizeY);
   ship->position[2] = PlaceOnAxis(z, ship->summary->sizeZ);

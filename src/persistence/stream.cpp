@@ -128,47 +128,41 @@ static ChunkCells *CellsOfGroup(ShipUnpacker *u, const GroupHeader &h) {
   return cells;
 }
 
+static unsigned LoadU16(const u8 *at) { return at[0] | static_cast<unsigned>(at[1]) << 8; }
+
+// The head of an entry's block: the five bits of both rotations lie together in the file as in the head.
+static u64 HeadOfEntry(ShipUnpacker *u, const u8 *at) {
+  const unsigned first = LoadU16(at);
+  unsigned material = first >> 5 & 0x3ff, component = LoadU16(at + 2) & 0x3fff;
+  if (material - 1 >= MaterialCount - 1u) {
+    u->unknownRow = true;
+    material = u->placeholderMaterial;
+  }
+  if (component - 1 >= ComponentCount - 1u) {
+    u->unknownRow = true;
+    component = u->placeholderComponent;
+  }
+  return StateWhole | u64{first & 31} << 2 | u64{material} << 16 | u64{component} << 32 | u64{PlacedTemperature} << 48;
+}
+
 // A cell that is free and a block that is on no list need nothing but the head and its bit.
-static void PlaceEntry(const Block &b, const CellAddress &a, ChunkCells *cells, Ship *ship) {
-  const u8 traits = ComponentTraits[b.component];
+static void PlaceEntry(u64 head, const CellAddress &a, ChunkCells *cells, Ship *ship) {
+  const u8 traits = ComponentTraits[HeadComponent(head)];
   if ((traits & (TraitGivesLight | TraitAnimated | TraitRemoves)) != 0 || CellOccupied(*cells, a.block) ||
       cells->tails != nullptr) {
-    PlaceBlockInCells(b, a, cells, ship);
+    PlaceBlockInCells(BlockFromHead(head), a, cells, ship);
     return;
   }
   cells->occupied[a.block >> 6] |= u64{1} << (a.block & 63);
-  cells->heads[a.block].store(HeadOf(b), std::memory_order_relaxed);
+  cells->heads[a.block].store(head, std::memory_order_relaxed);
 }
 
-static unsigned LoadU16(const u8 *at) { return at[0] | static_cast<unsigned>(at[1]) << 8; }
-
 static void UnpackEntries(ShipUnpacker *u, const GroupHeader &h, ChunkCells *cells, const u8 *at, size_t count) {
-  const unsigned materials = MaterialCount, components = ComponentCount;
   CellAddress a{0, h.chunk, h.super, h.mega};
   for (const u8 *end = at + count * EntryBytes; at != end; at += EntryBytes) {
-    const unsigned first = LoadU16(at), index = LoadU16(at + 4);
-    unsigned material = first >> 5 & 0x3ff, component = LoadU16(at + 2) & 0x3fff;
-    if (index > 999) {
-      u->badIndex = true;
-      continue;
-    }
-    if (material == 0 || material >= materials) {
-      u->unknownRow = true;
-      material = u->placeholderMaterial;
-    }
-    if (component == 0 || component >= components) {
-      u->unknownRow = true;
-      component = u->placeholderComponent;
-    }
-    Block b;
-    b.state = StateWhole;
-    b.rotation = first & 7;
-    b.rotation2 = first >> 3 & 3;
-    b.material = material & 0xffff;
-    b.component = component & 0xffff;
-    b.temp = PlacedTemperature;
-    a.block = static_cast<u16>(index);
-    PlaceEntry(b, a, cells, u->ship);
+    a.block = static_cast<u16>(LoadU16(at + 4));
+    if (a.block < CellsPerChunk) PlaceEntry(HeadOfEntry(u, at), a, cells, u->ship);
+    else u->badIndex = true;
   }
 }
 

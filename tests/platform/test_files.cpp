@@ -1,0 +1,109 @@
+// Files survive what goes wrong while they are replaced, and removing a tree stays inside it.
+#include "platform/files.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "support/installation.h"
+
+namespace fs = std::filesystem;
+
+static size_t EntriesIn(const fs::path &folder) {
+  return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+class Files : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "tarnvale-files-XXXXXX").string();
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    root = pattern;
+    fs::current_path(root);
+  }
+  void TearDown() override {
+    fs::current_path("/");
+    fs::remove_all(root);
+  }
+  fs::path root;
+};
+
+TEST_F(Files, AReplacedFileHasTheNewContentAndNothingIsLeftBeside) {
+  fs::create_directory("folder");
+  WriteText("folder/name.tmp", "left by a game that was killed, and longer than what comes");
+  EXPECT_TRUE(ReplaceFile("folder/name", "old", 3));
+  EXPECT_TRUE(ReplaceFile("folder/name", "newer", 5));
+  EXPECT_TRUE(ReplaceFile("bare", "", 0));
+  EXPECT_EQ(ReadText("folder/name"), "newer");
+  EXPECT_EQ(EntriesIn("folder"), 1u);
+  EXPECT_EQ(fs::file_size("bare"), 0u);
+}
+
+TEST_F(Files, AReplacementThatFailsLeavesTheOldFile) {
+  fs::create_directories("a_folder/full");
+  WriteText("file", "old");
+  EXPECT_FALSE(ReplaceFile("missing/file", "x", 1));
+  EXPECT_FALSE(ReplaceFile("a_folder", "x", 1));
+  const pid_t child = fork();
+  if (child == 0) {  // a disk with room for 100 bytes
+    const rlimit limit{100, 100};
+    signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const std::string large(1000, 'x');
+    _exit(ReplaceFile("file", large.data(), large.size()) ? 1 : 0);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadText("file"), "old");
+  EXPECT_EQ(EntriesIn("."), 2u);
+}
+
+TEST_F(Files, AWholeReadKeepsToItsLimitAndToPlainFiles) {
+  WriteText("ten", "0123456789");
+  fs::create_directory("folder");
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  const struct {
+    const char *path;
+    size_t limit;
+    bool good;
+  } cases[] = {{"ten", 10, true}, {"ten", 9, false}, {"ten", 1000, true}, {"none", 10, false},
+               {"folder", 10, false}, {"pipe", 10, false}, {"/proc/self/status", 1 << 20, true}, {"/proc/self/status", 10, false}};
+  for (const auto &c : cases) {
+    std::vector<u8> bytes{1, 2, 3};
+    EXPECT_EQ(ReadWholeFile(c.path, c.limit, &bytes), c.good) << c.path << " " << c.limit;
+    EXPECT_EQ(bytes.empty(), !c.good) << c.path;
+    if (c.good && c.path[0] == 't') {
+      EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "0123456789");
+    }
+  }
+}
+
+TEST_F(Files, RemovingATreeStaysInsideItAndKeepsHiddenEntries) {
+  EXPECT_TRUE(MakeDirectory("tree"));
+  EXPECT_FALSE(MakeDirectory("tree"));
+  fs::create_directories("tree/a/b/c");
+  fs::create_directory("outside");
+  WriteText("outside/kept", "k");
+  WriteText("tree/a/file", "f");
+  fs::create_directory_symlink("../outside", "tree/link");
+  fs::create_directory_symlink("outside", "linked");
+  EXPECT_TRUE(RemoveTree("linked/"));
+  EXPECT_FALSE(fs::exists(fs::symlink_status("linked")));
+  fs::create_directory("tree/hides");
+  WriteText("tree/hides/.keep", "");
+  EXPECT_FALSE(RemoveTree("tree"));
+  EXPECT_EQ(EntriesIn("tree"), 1u);
+  EXPECT_TRUE(fs::exists("tree/hides/.keep"));
+  fs::remove("tree/hides/.keep");
+  EXPECT_TRUE(RemoveTree("tree"));
+  EXPECT_FALSE(fs::exists("tree"));
+  EXPECT_FALSE(RemoveTree("tree"));
+  EXPECT_TRUE(RemoveTree("outside/kept"));
+  EXPECT_EQ(EntriesIn("."), 1u);
+}

@@ -1,0 +1,124 @@
+// The body that a player starts on: its bounds, its heart and light, and that it is one and the same everywhere.
+#include "worldgen/asteroid.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+
+#include "content/components.h"
+#include "persistence/stream.h"
+#include "support/installation.h"
+#include "world/access.h"
+
+using Body = std::map<std::array<int, 3>, u64>;  // offsets from the centre to heads
+
+static Body BodyOf(const Ship &ship) {
+  Body body;
+  ForEachChunk(ship, [&body](Chunk &chunk, ChunkCells &cells, CellAddress) {
+    ForEachBit(cells.occupied, [&](u16 i) {
+      body[{CellX(chunk, i) - 5000, CellY(chunk, i) - 5000, CellZ(chunk, i) - 5000}] = cells.heads[i].load() & ~HeadUnstableBit;
+    });
+  });
+  return body;
+}
+
+static Body Grown(u16 size, u32 seed) {
+  Ship *ship = NewTestShip();
+  GenerateAsteroidSeeded(size, 0, 0, 0, ship, seed);
+  const Body body = BodyOf(*ship);
+  FreeShip(ship);
+  delete ship;
+  return body;
+}
+
+class Asteroid : public testing::Test {
+ protected:
+  void SetUp() override { LoadTables(); }
+};
+
+// Whether a cell of the body lies as it should and knows the light of the heart and no other.
+static void CheckLitRock(const std::array<int, 3> &at, u64 head, const Ship &ship) {
+  const bool heart = at == std::array<int, 3>{0, 0, 0};
+  EXPECT_LE(std::max({std::abs(at[0]), std::abs(at[1]), std::abs(at[2])}), 2);
+  EXPECT_EQ(HeadMaterial(head), 5);
+  EXPECT_EQ(HeadState(head), StateWhole);
+  EXPECT_EQ(head >> 48, 800u);
+  const u16 id = Components[HeadComponent(head)].id;
+  if (heart) EXPECT_TRUE(id == 10 && HeadRotation(head) == 2 && HeadRotation2(head) == 1);
+  else EXPECT_TRUE(id >= 215 && id <= 219 && HeadRotation(head) >= 1 && HeadRotation(head) <= 6);
+  u64 found;
+  GraphicBlock *g;
+  ASSERT_TRUE(GetCellPointers(static_cast<u16>(5000 + at[0]), static_cast<u16>(5000 + at[1]), static_cast<u16>(5000 + at[2]),
+                              ship, &found, &g));
+  ASSERT_EQ(g->lightCount, 1);
+  EXPECT_TRUE(g->lightList[0].dx == -at[0] && g->lightList[0].dy == -at[1] && g->lightList[0].dz == -at[2]);
+  EXPECT_GT(g->lightList[0].red, 0);
+}
+
+TEST_F(Asteroid, TheFirstBodyIsSmallAndLitByItsHeart) {
+  for (u32 seed = 1; seed <= 50; ++seed) {
+    Ship *ship = NewTestShip();
+    GenerateAsteroidSeeded(1, 70, -80, 90, ship, seed);
+    EXPECT_TRUE(AsteroidGenerated);
+    const i64 place[3] = {ship->position[0], ship->position[1], ship->position[2]};
+    EXPECT_TRUE(place[0] == 70 - 50000000 && place[1] == -80 - 50000000 && place[2] == 90 - 50000000);
+    const Body body = BodyOf(*ship);
+    EXPECT_TRUE(body.size() >= 2 && body.size() <= 81 && body.contains({0, 0, 0})) << body.size();
+    std::array<int, 3> low{9, 9, 9}, high{-9, -9, -9};
+    for (const auto &[at, head] : body) {
+      CheckLitRock(at, head, *ship);
+      for (size_t axis = 0; axis < 3; ++axis) {
+        low[axis] = std::min(low[axis], at[axis]);
+        high[axis] = std::max(high[axis], at[axis]);
+      }
+    }
+    const ShipSummary &s = *ship->summary;
+    EXPECT_EQ(s.blockCount, static_cast<i32>(body.size()));
+    EXPECT_TRUE(s.minX == 5000 + low[0] && s.minY == 5000 + low[1] && s.minZ == 5000 + low[2]);
+    EXPECT_TRUE(s.maxX == 5000 + high[0] && s.maxY == 5000 + high[1] && s.maxZ == 5000 + high[2]);
+    FreeShip(ship);
+    delete ship;
+  }
+}
+
+TEST_F(Asteroid, ASeedStandsForABody) {
+  EXPECT_EQ(Grown(1, 5), Grown(1, 5));
+  EXPECT_EQ(Grown(3, 5), Grown(3, 5));
+  EXPECT_NE(Grown(1, 5), Grown(1, 6));
+}
+
+TEST_F(Asteroid, LargerBodiesKeepToTheirReach) {
+  size_t before = 0;
+  for (u16 size = 0; size <= 8; size = static_cast<u16>(size + 2)) {
+    const Body body = Grown(size, 3);
+    const int reach = 2 * size, deepest = static_cast<int>(reach / 3.0 + std::max(0.1 * reach, 1.0));
+    for (const auto &[at, head] : body)
+      EXPECT_LE(std::max({std::abs(at[0]), std::abs(at[1]), std::abs(at[2])}), reach + deepest) << size;
+    EXPECT_GT(body.size(), before) << size;
+    before = body.size();
+  }
+}
+
+TEST_F(Asteroid, ABodyIsSavedAndLoadedEqual) {
+  const std::string root = UseTemporaryInstallation();
+  Ship *ship = NewTestShip(), *loaded = NewTestShip();
+  GenerateAsteroidSeeded(1, 0, 0, 0, ship, 11);
+  ASSERT_EQ(SaveShipByName(ship), 1);
+  ASSERT_EQ(LoadShipByName(loaded, "Default"), 1);
+  const Body body = BodyOf(*loaded);
+  EXPECT_EQ(body, BodyOf(*ship));
+  for (const auto &[at, head] : body) CheckLitRock(at, head, *loaded);
+  EXPECT_EQ(loaded->summary->mass, ship->summary->mass);
+  std::filesystem::current_path("/");
+  std::filesystem::remove_all(root);
+}
+
+TEST_F(Asteroid, ABodyAddedToTheTableIsFinished) {
+  static ShipTable table;
+  ASSERT_TRUE(AddAsteroid(2, 1, 2, 3, &table));
+  ASSERT_EQ(table.count, 1);
+  const Ship &ship = *ShipAt(table, 0);
+  ASSERT_NE(ship.summary, nullptr);
+  EXPECT_EQ(ship.summary->blockCount, static_cast<i32>(BodyOf(ship).size()));
+}
