@@ -6,7 +6,7 @@
 #include "core/types.h"
 
 struct RandomState {
-  dsfmt_t state{};
+  alignas(16) dsfmt_t state{};  // the library works on it in 16-byte steps, which its header doesn't say
 };
 
 void SeedGenerator(RandomState *g);                // By the time of day in seconds.
