@@ -1,0 +1,128 @@
+#include "gameplay/input.h"
+
+#include <cmath>
+#include <filesystem>
+
+#include "gameplay/debug_keys.h"
+#include "gameplay/play.h"
+#include "gui/tutorial.h"
+#include "platform/threads.h"
+#include "render/debris.h"
+
+using Input = Play;
+
+static void PressWith(std::initializer_list<int> held, int key) {
+  for (const int k : held) SetKeyState(k, true);
+  OnKey(key, 1);
+  for (const int k : held) SetKeyState(k, false);
+}
+
+TEST_F(Input, TheMouseTurnsTheViewWithinItsLimits) {
+  const struct { float yaw, pitch; int dx, dy; bool invert, cinematic, control; float toYaw, toPitch; } cases[] = {
+      {0, 0, 10, 20, true, false, false, -0.5f, -1},       {0, 0, 10, 20, false, false, false, -0.5f, 1},
+      {0, 0, 500, 500, true, false, true, -6.5f, -5},      {0, 0, -500, -500, true, false, false, 6.5f, 5},
+      {0, 0, 500, 500, true, true, false, -0.65f, -0.45f}, {0, 0, -500, 500, true, true, true, 0.21666665f, 0},
+      {-178, -88, 500, 500, true, false, false, 175.5f, -90}, {178, 88, -500, -500, true, false, false, -175.5f, 90}};
+  for (const auto &c : cases) {
+    Player p = ReadPlayer();
+    p.yaw = c.yaw, p.pitch = c.pitch;
+    StoreView(p);
+    Options.InvertMouse = c.invert;
+    CinematicCamera = c.cinematic;
+    SetKeyState(KeyLeftControl, c.control);
+    OnMousePosition(512 + c.dx, 384 + c.dy);
+    p = ReadPlayer();
+    EXPECT_FLOAT_EQ(p.yaw, c.toYaw);
+    EXPECT_FLOAT_EQ(p.pitch, c.toPitch);
+    EXPECT_NEAR(p.sinYaw, std::sin(c.toYaw * 0.017453292f), 1e-6);
+    EXPECT_NEAR(p.cosPitch, std::cos(c.toPitch * 0.017453292f), 1e-6);
+  }
+}
+
+TEST_F(Input, TheWheelTurnsTheBlockInHand) {
+  const struct { unsigned rotation, rotation2; bool control, alt; int notches; unsigned toRotation, toRotation2; } cases[] = {
+      {1, 0, false, false, 1, 1, 1},  {1, 3, false, false, 1, 2, 0},  {6, 3, false, false, 1, 1, 0},
+      {1, 1, false, false, -1, 1, 0}, {1, 0, false, false, -1, 6, 3}, {4, 0, false, false, -1, 3, 3},
+      {2, 3, true, false, 1, 2, 0},   {2, 0, true, false, -1, 2, 3},  {6, 2, false, true, 1, 1, 2},
+      {1, 2, false, true, -1, 6, 2},  {2, 3, true, true, 1, 2, 0},    {1, 2, false, false, 3, 2, 1}};
+  for (const auto &c : cases) {
+    Player p = ReadPlayer();
+    p.heldBlock.rotation = c.rotation & 7u;
+    p.heldBlock.rotation2 = c.rotation2 & 3u;
+    StoreHand(p);
+    SetKeyState(KeyLeftControl, c.control);
+    SetKeyState(KeyLeftAlt, c.alt);
+    OnMouseWheel(c.notches);
+    EXPECT_EQ(ReadPlayer().heldBlock.rotation, c.toRotation) << c.rotation << ' ' << c.rotation2 << ' ' << c.notches;
+    EXPECT_EQ(ReadPlayer().heldBlock.rotation2, c.toRotation2) << c.rotation << ' ' << c.rotation2 << ' ' << c.notches;
+  }
+}
+
+TEST_F(Input, TheWheelMovesALockedPlaneAndHeatsTheHeatTool) {
+  const struct { i16 plane[3]; int notches; i16 after[3]; } cases[] = {
+      {{5010, 0, 0}, 1, {5011, 0, 0}}, {{0, 5000, 9}, 1, {0, 4999, 9}}, {{0, 0, 5000}, -2, {0, 0, 5002}},
+      {{1, 0, 0}, 3, {1, 0, 0}}};
+  Target t = ReadPlayer().target;
+  t.aimState = 3;
+  for (const auto &c : cases) {
+    for (int a = 0; a < 3; ++a) t.lockPlane[a] = c.plane[a];
+    StoreAim(t);
+    OnMouseWheel(c.notches);
+    for (int a = 0; a < 3; ++a) EXPECT_EQ(ReadPlayer().target.lockPlane[a], c.after[a]);
+  }
+  OnKey('5', 1);
+  OnMouseWheel(50);
+  EXPECT_EQ(ReadPlayer().toolTemperature, 16400);
+  OnMouseWheel(-50);
+  EXPECT_EQ(ReadPlayer().toolTemperature, 400);
+}
+
+TEST_F(Input, TheTutorialAdvancesOnTheKeyThatItWaitsFor) {
+  const Controls &c = Options.controls;
+  const struct { u8 wait; int key, action; } cases[] = {
+      {WaitSpace, c.stop, 0},    {WaitMoveKeys, c.moveUp, 0},    {WaitUse, c.use, 1},  {WaitEsc, KeyEsc, 1},
+      {WaitQ, c.blockSelect, 1}, {WaitEscOrQ, c.blockSelect, 1}, {WaitKey1, '1', 1},   {WaitKey5, '5', 1},
+      {WaitKey2or5, '2', 1},     {WaitKey2or5, '5', 1}};
+  for (const auto &k : cases) {
+    Options.Tutorial = true;
+    uiMode = 0;
+    tutorialStep = k.wait;
+    OnKey('3', k.action);
+    EXPECT_EQ(tutorialStep, k.wait);
+    OnKey(k.key, k.action);
+    EXPECT_NE(tutorialStep, k.wait) << int{k.wait};
+    EXPECT_EQ(uiMode, k.key == c.blockSelect) << "Esc is the tutorial's alone";
+  }
+}
+
+TEST_F(Input, EscOpensTheMenuAndSavesTheShipOfALonePlayer) {
+  const struct { bool alone; u8 mode; bool saved; } presses[] = {{false, 1, false}, {true, 0, false}, {true, 1, true}};
+  for (const auto &press : presses) {
+    Options.SinglePlayer = press.alone;
+    OnKey(KeyEsc, 1);
+    EXPECT_EQ(uiMode, press.mode);
+    EXPECT_EQ(std::filesystem::exists("saves/Default.sts"), press.saved);
+  }
+}
+
+TEST_F(Input, TheFunctionKeysTraceExplodeAndResetTheCaches) {
+  InitDebris();
+  OnKey(KeyF5, 1);
+  EXPECT_EQ(ReadText("errors.txt").find("Found one"), std::string::npos);
+  Place(Middle, Middle, Middle - 1);
+  OnKey(KeyF5, 1);
+  RefreshTarget();
+  PressWith({KeyLeftControl}, KeyF2);
+  EXPECT_FALSE(Taken(Middle, Middle, Middle - 1));
+  {
+    const ScopedLock lock(&WorldMutex);
+    EXPECT_GT(DebrisCount(), 1200u) << "four times 300 pieces, and the markers";
+  }
+  CacheResetAllowed = ClockNow() - 1;
+  PressWith({KeyLeftControl}, KeyF12);
+  OnKey(KeyF12, 1);
+  const std::string log = ReadText("errors.txt");
+  EXPECT_NE(log.find("*ERR: Found one \n"), std::string::npos);
+  EXPECT_NE(log.find("info: Emptying Lighting and Graphics Cache, then regnerating it ALL. \n"), std::string::npos);
+  EXPECT_EQ(log.find("info: Emptying Lighting and Graphics Cache \n"), std::string::npos) << "once in five seconds";
+}
