@@ -99,19 +99,23 @@ class Game:
     def picture(self):
         return screen.take_picture(self.display)
 
-    def wait_for_world(self):
-        """Returns the first steady picture with a lit middle."""
+    def wait_for_picture(self, share=0.0):
+        """The first steady picture of which the middle is lit by at least this share: stars are under 0.02, a rock is over 0.2."""
         self.wait_for_log("core threading system")
         counts = []
 
         def steady():
             self.alive()
             picture = self.picture()
-            counts.append(screen.lit(screen.middle(picture)))
-            last = counts[-3:]
-            return picture if len(last) == 3 and min(last) > 400 and max(last) <= 1.02 * min(last) else None
+            counts.append(screen.lit(picture))
+            last, core = counts[-3:], screen.middle(picture, 0.2)
+            lit = screen.lit(core) >= share * core.width * core.height
+            return picture if lit and len(last) == 3 and min(last) > 400 and max(last) <= 1.02 * min(last) else None
 
-        return wait_until(steady, "a lit and steady picture")
+        return wait_until(steady, f"a steady picture with a middle lit by {share}")
+
+    def wait_for_asteroid(self):
+        return self.wait_for_picture(0.2)
 
     # What is done to it.
 

@@ -120,7 +120,7 @@ class BrokenInstallation(unittest.TestCase):
         root = self.enterContext(rig.installation())
         ship = root / "saves/Default.sts"
         with rig.Game(root, self.display) as game:
-            game.wait_for_world()
+            game.wait_for_picture()
             whole = game.save()
             self.assertEqual(game.close(), 0)
         content, packed = gzip.decompress(ship.read_bytes()), ship.read_bytes()
