@@ -2,13 +2,15 @@
 //
 // The pointer while it is hidden: the game puts it back to the middle of the window after each frame and reads movement
 // as the distance from there. So the place is asked for once, when the events have been polled, and compared with the
-// place where the pointer was put; motion events, of which several may wait, are not looked at. While the pointer is
-// shown every motion event is passed on, so that a click finds the pointer where it was clicked.
+// place where the pointer was put. Motion events are not looked at: several may wait, each with its way from the middle,
+// and GLFW drops one that leads to the place of the one before. While the pointer is shown every motion event is passed
+// on, so that a click finds the pointer where it was clicked.
 #include "platform/window.h"
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 
@@ -16,6 +18,7 @@
 #include "platform/keys.h"
 
 constexpr int Scancodes = 512;
+constexpr int MaxWindowEdge = 8192;  // drivers crash on windows that are far larger than any screen
 constexpr int MouseButtons = GLFW_MOUSE_BUTTON_LAST + 1;
 
 struct HeldScancode {
@@ -45,7 +48,6 @@ static HeldScancode Held[Scancodes];
 static HeldScancode *Typing = nullptr;  // the press that characters belong to now
 static bool KeyRepeats = false;         // the last key event was a repeat: its characters are dropped
 static bool CursorShown = true;
-static bool MovedInPoll = false;        // a motion event came in this round of events
 static int PointerX = 0, PointerY = 0;  // where the pointer was last told to be, or put
 static int WheelPosition = 0;
 static double WheelRest = 0;            // the part of a notch that hasn't been counted yet
@@ -80,22 +82,12 @@ static void ReportPointer(double x, double y) {
   if (Callbacks.position != nullptr) Callbacks.position(newX, newY);
 }
 
-static void AskPointer() {
-  double x = 0, y = 0;
-  glfwGetCursorPos(Window, &x, &y);
-  ReportPointer(x, y);
-}
-
 static void OnGlfwPointer(GLFWwindow *, double x, double y) {
-  if (!CursorShown) return;
-  MovedInPoll = true;
-  ReportPointer(x, y);
+  if (CursorShown) ReportPointer(x, y);
 }
 
 static void OnGlfwButton(GLFWwindow *, int button, int action, int) {
   if (button < 0 || button >= MouseButtons) return;
-  // GLFW doesn't report a motion back to the place that it last reported, even when the pointer was put elsewhere since.
-  if (CursorShown && !MovedInPoll) AskPointer();
   const bool down = action != GLFW_RELEASE;
   ButtonsDown[button] = down;
   if (Callbacks.button != nullptr) Callbacks.button(button, down ? 1 : 0);
@@ -188,7 +180,8 @@ bool OpenWindow(const WindowRequest &request) {
   CloseWindow();
   SetHints(request);
   GLFWmonitor *monitor = request.fullScreen ? glfwGetPrimaryMonitor() : nullptr;
-  Window = glfwCreateWindow(request.width, request.height, "", monitor, nullptr);
+  const int width = std::clamp(request.width, 1, MaxWindowEdge), height = std::clamp(request.height, 1, MaxWindowEdge);
+  Window = glfwCreateWindow(width, height, "", monitor, nullptr);
   if (Window == nullptr) return false;
   glfwMakeContextCurrent(Window);
   ReadParameters(request);
@@ -228,10 +221,15 @@ void SetSwapInterval(int interval) {
   if (Window != nullptr) glfwSwapInterval(interval);
 }
 
+static void AskPointer() {
+  double x = 0, y = 0;
+  glfwGetCursorPos(Window, &x, &y);
+  ReportPointer(x, y);
+}
+
 void SwapBuffers() {
   if (Window == nullptr) return;
   glfwSwapBuffers(Window);
-  MovedInPoll = false;
   glfwPollEvents();
   if (glfwWindowShouldClose(Window) == GLFW_TRUE) return CloseWindow();
   if (!CursorShown && glfwGetWindowAttrib(Window, GLFW_FOCUSED) == GLFW_TRUE) AskPointer();

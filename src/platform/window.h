@@ -40,7 +40,7 @@ struct WindowParameters {
 
 bool InitPlatform();                                 // Once. False when the window system can't be reached.
 void DesktopSize(int *width, int *height);           // Size of the primary monitor's mode; unchanged without one.
-bool OpenWindow(const WindowRequest &request);       // Opens the one window and makes its context current.
+bool OpenWindow(const WindowRequest &request);       // The one window, its context current; sizes are held in 1 to 8192.
 void CloseWindow();                                  // Closes it when one is open.
 WindowParameters GetWindowParameters();              // Any thread for active and iconified; the rest is constant.
 void SetWindowTitle(const char *title);
