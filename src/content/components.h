@@ -21,6 +21,7 @@ struct Voxel {
 struct VoxelFacts {
   u8 alpha[VoxelsPerBlock];       // the alpha bytes alone: one voxel a byte, so that neighbour tests stay in cache
   std::vector<u16> drawn;         // the indices that voxelRuns keeps, ascending
+  std::vector<u32> drawnColours;  // and what stands there: red in the lowest byte, then green, blue, alpha
   u64 openInside[2][64];          // [glass]: some neighbour inside the grid shows this voxel
   u64 sunkInGlass[2][64];         // [glass]: all six neighbours are inside and see-through, and so is the voxel
 };

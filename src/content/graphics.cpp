@@ -134,11 +134,15 @@ static NeighbourCount CountNeighbours(const u8 *alpha, int i, int glass) {
 
 void BuildVoxelFacts(const Voxel *grid, const Voxel *runs, VoxelFacts *facts) {
   facts->drawn.clear();
+  facts->drawnColours.clear();
   std::memset(facts->openInside, 0, sizeof facts->openInside);
   std::memset(facts->sunkInGlass, 0, sizeof facts->sunkInGlass);
   for (int i = 0; i < VoxelsPerBlock; ++i) {
     facts->alpha[i] = grid[i].alpha;
-    if (runs[i].alpha != 0) facts->drawn.push_back(static_cast<u16>(i));
+    if (runs[i].alpha == 0) continue;
+    facts->drawn.push_back(static_cast<u16>(i));
+    facts->drawnColours.push_back(runs[i].red | static_cast<u32>(runs[i].green) << 8 |
+                                  static_cast<u32>(runs[i].blue) << 16 | static_cast<u32>(runs[i].alpha) << 24);
   }
   for (int glass = 0; glass < 2; ++glass)
     for (int i = 0; i < VoxelsPerBlock; ++i) {

@@ -7,10 +7,13 @@
 
 enum class ColourRule : u8 { Lit, SeeThrough, DamagedNeighbour };
 
-// Lights of one block as a build uses them, axis by axis so that several go through the processor at once.
+constexpr u8 MaterialColoured = 254;  // alpha of a voxel that takes the material's colour
+constexpr u8 SolidAlpha = 250;        // from here on a voxel's alpha is solid, but for MaterialColoured in glass
+
+// Lights of one block as a build uses them, axis by axis so that several voxels go through the processor at once.
 struct LightTable {
   int count = 0;
-  float x[MaxBlockLights] = {}, y[MaxBlockLights] = {}, z[MaxBlockLights] = {};
+  float x[MaxBlockLights] = {}, y[MaxBlockLights] = {}, z[MaxBlockLights] = {};  // block space
   float red[MaxBlockLights] = {}, green[MaxBlockLights] = {}, blue[MaxBlockLights] = {};
 };
 // What the rules need of the block and the player.
@@ -27,9 +30,29 @@ struct Light3 {
   float red = 0, green = 0, blue = 0;
 };
 
+// Where a voxel index lies in the placed block, the reverse of a VoxelFrame: on each axis four bits of the index, from
+// shift on, turned round by flip (0 or 15).
+struct PlaceFrame {
+  u32 shift[3] = {}, flip[3] = {};
+};
+
+// A run of voxels that go through one rule together. Arrays have room for count rounded up to four.
+struct ColourBatch {
+  int count = 0;
+  const u16 *indices = nullptr;   // in the component
+  const u32 *sources = nullptr;   // red in the lowest byte, green, blue, alpha: the component's own
+  CacheVoxel *places = nullptr;   // out: position in the placed block
+  u32 *colours = nullptr;         // out: red in the lowest byte, green, blue, alpha
+  u32 *cells = nullptr;           // out: which cell of 2 x 2 x 2 voxels, x * 64 + y * 8 + z
+};
+
 void FillLightTable(LightTable *table, const GraphicBlock &g, int x, int y, int z);
+PlaceFrame PlaceFrameOf(const VoxelFrame &frame);  // Of a rotation that has voxels.
+CacheVoxel PlaceOf(const PlaceFrame &frame, u32 v);
 Light3 LightAt(const ColourInputs &in, float px, float py, float pz);  // Each 0 to 1.
-// One colour, red in the lowest byte. v: the voxel's index in the component.
-u32 VoxelColour(const ColourInputs &in, ColourRule rule, const Voxel &voxel, u32 v, Light3 light);
-u32 GhostColour(const ColourInputs &in, const Voxel &voxel, u32 v, u8 ghostAlpha);
-void CubeColour(GraphicBlock *g, u64 head, const Ship &ship);  // Makes cacheState valid.
+// One colour, red in the lowest byte. source: as in ColourBatch; v: the voxel's index in the component.
+u32 VoxelColour(const ColourInputs &in, ColourRule rule, u32 source, u32 v, Light3 light);
+u32 GhostColour(const ColourInputs &in, u32 source, u32 v, u8 ghostAlpha);
+// Places and colours of a whole batch: what PlaceOf, LightAt and VoxelColour give, four voxels at a time.
+void ColourVoxels(const ColourInputs &in, ColourRule rule, const PlaceFrame &frame, const ColourBatch &batch);
+void CubeColour(GraphicBlock *g, u64 head, const Ship &ship);  // Makes cacheState valid. World mutex.

@@ -12,12 +12,15 @@
 #include "world/tree.h"
 
 constexpr u32 ArrayStep = 16384;  // floats by which the arrays grow
+constexpr u32 ArraySlack = 64;    // items behind each array's capacity: appends write four instances at once and may pass
+                                  // the end of their list, into what the next one overwrites
 
 struct VisibleBlock {
   float distance = 0;  // camera to the block's corner
   GraphicBlock *graphic = nullptr;
   u64 head = 0;        // the block's head, copied: it outlives a change of the cell
   u8 visibility = 0;
+  bool lateList = false;  // shown in full and has something for the see-through pass at the end
 };
 
 struct VoxelList {
@@ -38,7 +41,9 @@ extern VoxelList TheVoxelList;
 extern u32 ArrayCapacity;  // floats a parse-side array; starts at 16384, only grows. Parse only.
 
 bool AllocVoxelList(VoxelList *list);          // The four arrays, zeroed. Start-up. False without memory.
-void MakeRoom(VoxelList *list, u32 instances); // Room for so many more instances, for a list of voxels.
-void MakeRoomStep(VoxelList *list);            // Room for a single cube: one step when under 16384 slots are left.
-void RenewParseSide(VoxelList *list);          // ArrayCapacity for the pair that came back; count 0.
+// Room for writing behind count. All of them but the hand-over belong to Parse; false without memory (logged).
+bool MakeRoom(VoxelList *list, u32 instances); // For so many more instances, in as few steps as will do.
+bool MakeRoomStep(VoxelList *list);            // For a single cube or figure: one step when under 16384 floats are left.
+bool GrowArrays(VoxelList *list, u32 floats);  // So many floats more.
+bool RenewParseSide(VoxelList *list);          // ArrayCapacity for the pair that came back; count 0.
 void PublishVoxelList(VoxelList *list);        // Takes the link mutex.
