@@ -113,7 +113,7 @@ TEST(Tables, WhatLeadsOutOfTheTableBecomesZero) {
   const Loaded loaded = LoadComponentText(
       ComponentRow(160, "animation 0 - 1 a|b") + ComponentRow(7, "animation -1 - -1 a") + ComponentRow(8, "x -3 - 3 a") +
       ComponentRow(9, "x -200 - 300 a") + ComponentRow(10, "x 1 - -5 a") + ComponentRow(900, "x 1 - 0 a") +
-      ComponentRow(215, "x 0 - 0 a"));
+      ComponentRow(215, "x 0 - 1 a"));
   ASSERT_EQ(loaded.result, 8);
   const struct { i8 family, step; u8 delay, traits; } rows[] = {
       {0, 1, 17, TraitAnimated}, {-1, -1, 17, TraitAnimated}, {0, 3, 17, 0}, {0, 0, 255, TraitRemoves},
@@ -125,7 +125,7 @@ TEST(Tables, WhatLeadsOutOfTheTableBecomesZero) {
     EXPECT_EQ(ComponentTraits[i + 1], rows[i].traits) << i;
   }
   for (const char *line : {"components:3: column 10", "components:4: column 10", "components:4: column 12",
-                           "components:5: column 12"})
+                           "components:5: column 12", "components:7: column 12"})
     EXPECT_NE(loaded.log.find(line), std::string::npos) << line << "\n" << loaded.log;
   EXPECT_EQ(RemotePlayerComponent, 1);
   EXPECT_EQ(AsteroidRockBase, 3);  // five rows from there on are the last of the table

@@ -1,4 +1,4 @@
-// Small routines at their limits: strings, numbers, memory, compression, random draws.
+// Small routines at their limits: strings, numbers, compression, random draws.
 #include "core/utils.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <limits>
 #include <string>
-#include <vector>
 
 #include "core/compress.h"
 #include "core/random.h"
@@ -27,36 +26,6 @@ TEST(Utils, NumbersAtTheirEnds) {
   const struct { float f; int i; } cases[] = {{1.9f, 1}, {-1.9f, -1}, {3e9f, 2147483647}, {-3e9f, -2147483647 - 1},
       {infinite, 2147483647}, {-infinite, -2147483647 - 1}, {std::nanf(""), 0}};
   for (const auto &c : cases) EXPECT_EQ(FloatToInt(c.f), c.i) << c.f;
-  for (u32 i = 0; i < 100000; ++i) {
-    const float unit = HashToUnit(i * 42949u);
-    ASSERT_TRUE(unit >= 0 && unit <= 1) << i;
-  }
-}
-
-TEST(Utils, StringsAndMemoryGrow) {
-  char *joined = JoinStrings("Version ", "0.23.0 Demo ");
-  EXPECT_STREQ(joined, "Version 0.23.0 Demo ");
-  std::free(joined);
-  char *bytes = static_cast<char *>(std::malloc(4));
-  for (int i = 0; i < 4; ++i) bytes[i] = 'x';
-  bytes = static_cast<char *>(GrowClear(bytes, 8, 4));
-  EXPECT_EQ(std::string(bytes, 8), std::string("xxxx\0\0\0\0", 8));
-  bytes = static_cast<char *>(GrowClear(bytes, 2, 8));
-  EXPECT_EQ(std::string(bytes, 2), "xx");
-  std::free(bytes);
-}
-
-TEST(Utils, NamesKeepTheirLengthAndAlternate) {
-  for (const int length : {-3, 0, 1, 7, 100000}) {
-    testing::internal::CaptureStdout();
-    char *name = GenerateName(length, 0);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string("Name: ") + name + " \n");
-    const std::string word = name;
-    std::free(name);
-    EXPECT_EQ(word.size(), static_cast<size_t>(length < 0 ? 0 : length > 255 ? 255 : length));
-    for (size_t i = 1; i < word.size(); ++i)
-      EXPECT_EQ(std::string("aeiou").find(word[i]) != std::string::npos, i % 2 == 1) << word;
-  }
 }
 
 TEST(Random, TheSameSeedDrawsTheSameNumbers) {

@@ -3,9 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include <filesystem>
+#include <random>
 
 #include "content/components.h"
 #include "content/materials.h"

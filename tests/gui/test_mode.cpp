@@ -1,10 +1,7 @@
-// Who owns the input, and the tutorial's state, without a window.
+// Who owns the input, without a window.
 #include "gui/mode.h"
 
 #include <gtest/gtest.h>
-
-#include "content/options.h"
-#include "gui/tutorial.h"
 
 TEST(Mode, OpensAndClosesTheMenuUnlessItIsLocked) {
   const struct { bool closable; u8 mode; int result; u8 after; } steps[] = {
@@ -20,22 +17,4 @@ TEST(Mode, OpensAndClosesTheMenuUnlessItIsLocked) {
     EXPECT_EQ(PlayerFlags.menuOpen, s.after == 1);
   }
   MenuClosable = true;
-}
-
-TEST(Tutorial, AdvancesOnlyWhileItRunsAndWaitsForThis) {
-  const struct { bool runs; u8 step, seen; bool advances; } cases[] = {
-      {true, WaitEsc, WaitEsc, true}, {true, WaitEsc, WaitQ, false}, {true, WaitNothing, WaitNothing, false},
-      {false, WaitEsc, WaitEsc, false}};
-  for (const auto &c : cases) {
-    Options.Tutorial = c.runs;
-    tutorialStep = c.step;
-    EXPECT_EQ(TutorialAdvances(c.seen), c.advances);
-    EXPECT_EQ(tutorialStep, c.advances ? 0 : c.step);
-  }
-  StartTutorial();
-  EXPECT_TRUE(Options.Tutorial);
-  testing::internal::CaptureStdout();
-  EndTutorial();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "info: Ending Tutorial \n");
-  EXPECT_FALSE(Options.Tutorial);
 }

@@ -69,6 +69,12 @@ std::string ReadText(const std::string &path) {
   return text.str();
 }
 
+int Count(const std::string &text, const std::string &word) {
+  int count = 0;
+  for (size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) ++count;
+  return count;
+}
+
 void WriteText(const std::string &path, const std::string &text) {
   if (fs::path(path).has_parent_path()) fs::create_directories(fs::path(path).parent_path());
   std::ofstream(path, std::ios::binary) << text;

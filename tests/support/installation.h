@@ -12,4 +12,5 @@ Ship *NewTestShip();                    // An empty ship with its table, owned b
 Block CubeOf(u16 material = 5, u16 component = 2, unsigned rotation = 1, unsigned rotation2 = 0);
 int PlaceHere(Ship *ship, int x, int y, int z, Block b);  // PlaceBlock on ints.
 std::string ReadText(const std::string &path);            // A whole file; empty when it isn't there.
+int Count(const std::string &text, const std::string &word);  // How often the word stands in the text.
 void WriteText(const std::string &path, const std::string &text);  // A whole file; its folders are made at need.
