@@ -20,6 +20,7 @@
 #include "net/session.h"
 #include "persistence/stream.h"
 #include "platform/threads.h"
+#include "platform/window.h"
 #include "render/parse.h"
 #include "worldgen/asteroid.h"
 
@@ -118,6 +119,7 @@ int StartGame(int argc, char **argv) {
   QuitRequested = false;
   dampenMode = 0;
   LoadOptions();
+  SetCloseCallback(RequestQuit);
   if (InitGraphics() == 0) return LogError("Unable to initialize graphics system");
   InstallInputCallbacks();
   if (!InitSound()) LogWarn("Unable to initialize sound system");
