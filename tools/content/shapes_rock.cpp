@@ -74,7 +74,7 @@ static void ChipEdges(Grid &grid, Dice *dice, int chips) {
       const float edge = Roll(dice) < 0.5f ? -0.8f : 15.8f;
       centre[a] = a == along ? RollBetween(dice, 1.0f, 14.0f) : edge;
     }
-    Ball(grid, centre[0], centre[1], centre[2], RollBetween(dice, 2.2f, 3.7f), Nothing);
+    Ball(grid, centre[0], centre[1], centre[2], RollBetween(dice, 1.9f, 2.8f), Nothing);
   }
 }
 
