@@ -86,6 +86,14 @@ TEST_F(ShipFiles, ASavedShipIsAPlainGzipFileAndLoadsEqual) {
   Drop(other);
 }
 
+TEST_F(ShipFiles, AShipOfManyBuffersLoadsEqual) {
+  const Cells cells = MixedCells(400000, 3);  // 2.4 MB of content, a piece of 1 MiB at a time
+  Ship *large = NewShip(cells);
+  ASSERT_EQ(SaveShipStream(large, "saves/large.sts"), 1);
+  Drop(large);
+  EXPECT_TRUE(Loaded("saves/large.sts") == cells);
+}
+
 TEST_F(ShipFiles, ASaveThatCannotBeDoneLeavesTheOldFile) {
   ASSERT_EQ(SaveShipStream(ship, "saves/a.sts"), 1);
   const std::string old = ReadText("saves/a.sts");
@@ -122,7 +130,7 @@ TEST_F(ShipFiles, FilesThatAreMissingOrSomethingElseAreRefused) {
 }
 
 TEST_F(ShipFiles, AHurtFileGivesWhatCameBeforeTheHurt) {
-  const Cells cells = MixedCells(60, 2);
+  const Cells cells = MixedCells(25, 2);
   Ship *small = NewShip(cells);
   ASSERT_EQ(SaveShipStream(small, "saves/a.sts"), 1);
   Drop(small);

@@ -18,7 +18,10 @@ class Stream : public testing::Test {
     UseTemporaryInstallation();
     ship = NewTestShip();
   }
-  void TearDown() override { FreeShip(ship); }
+  void TearDown() override {
+    FreeShip(ship);
+    delete ship;
+  }
   std::vector<u8> Packed() {
     ScopedLock world(&WorldMutex);
     std::vector<u8> bytes;

@@ -23,12 +23,16 @@ static Body BodyOf(const Ship &ship) {
   return body;
 }
 
+static void Drop(Ship *ship) {
+  FreeShip(ship);
+  delete ship;
+}
+
 static Body Grown(u16 size, u32 seed) {
   Ship *ship = NewTestShip();
   GenerateAsteroidSeeded(size, 0, 0, 0, ship, seed);
   const Body body = BodyOf(*ship);
-  FreeShip(ship);
-  delete ship;
+  Drop(ship);
   return body;
 }
 
@@ -77,8 +81,7 @@ TEST_F(Asteroid, TheFirstBodyIsSmallAndLitByItsHeart) {
     EXPECT_EQ(s.blockCount, static_cast<i32>(body.size()));
     EXPECT_TRUE(s.minX == 5000 + low[0] && s.minY == 5000 + low[1] && s.minZ == 5000 + low[2]);
     EXPECT_TRUE(s.maxX == 5000 + high[0] && s.maxY == 5000 + high[1] && s.maxZ == 5000 + high[2]);
-    FreeShip(ship);
-    delete ship;
+    Drop(ship);
   }
 }
 
@@ -110,6 +113,8 @@ TEST_F(Asteroid, ABodyIsSavedAndLoadedEqual) {
   EXPECT_EQ(body, BodyOf(*ship));
   for (const auto &[at, head] : body) CheckLitRock(at, head, *loaded);
   EXPECT_EQ(loaded->summary->mass, ship->summary->mass);
+  Drop(ship);
+  Drop(loaded);
   std::filesystem::current_path("/");
   std::filesystem::remove_all(root);
 }
