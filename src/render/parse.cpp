@@ -126,12 +126,7 @@ static void FetchLater(const VoxelList &list, u32 i) {
   for (int line = 0; line < 4; ++line) __builtin_prefetch(cache + 64 * line);
 }
 
-// What each of the three stages may spend in all, from the budget of this run. Floats, each cut to an integer.
-struct Limits {
-  i64 stage[3];
-};
-
-static Limits LimitsOf(const VoxelList &list) {
+DetailLimits LimitsOf(const VoxelList &list) {
   const float instances = static_cast<float>(Options.MaxVoxels) - 0.5f * static_cast<float>(list.visibleCount) -
                           static_cast<float>(list.otherInstances);
   const i64 budget = instances > 0 ? static_cast<i64>(instances) : 0;
@@ -144,7 +139,7 @@ u32 EmitCurrentShip(VoxelList *list, const Ship &ship, const Player &player) {
   if (list->visibleCount == 0) return 0;
   SortVisible(list);
   static constexpr i64 (*emit[3])(VisibleBlock *, const Walk &) = {EmitVoxels, EmitEights, EmitLowest};
-  const Limits limits = LimitsOf(*list);
+  const DetailLimits limits = LimitsOf(*list);
   Walk walk{list, ship, player, Options.HighQualityTransparency ? SortedVoxelCost : 1, Options.CachePerFrame};
   i64 spent = 0;
   u32 i = 0, fullDetail = 0;

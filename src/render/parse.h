@@ -17,4 +17,9 @@ void InitPreview();
 int Parse(VoxelList *list, const Player &player);  // One run; world mutex held. Always 1.
 // The stages of a run, for tests and benchmarks.
 void CollectVisibleBlocks(VoxelList *list, const Ship &ship, const FrustumPlanes &f, const float (&camera)[3]);
+// What each of the three stages of detail may spend in all, in instances. Floats, each cut to an integer.
+struct DetailLimits {
+  i64 stage[3];  // full voxels, cells of 2, cells of 4
+};
+DetailLimits LimitsOf(const VoxelList &list);
 u32 EmitCurrentShip(VoxelList *list, const Ship &ship, const Player &player);  // Blocks handled at full detail.

@@ -1,0 +1,278 @@
+// Runs of Parse: what is in view, what the budget makes of it, and the hand-over.
+#include "render/parse.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/utils.h"
+#include "render/blocks.h"
+#include "render/matrix.h"
+#include "render/view.h"
+
+struct ParseTest : Render {
+  FrustumPlanes planes{};
+  u16 solid = 0, glassy = 0, glass = 0;
+  void SetUp() override {
+    Render::SetUp();
+    InitPreview();
+    solid = SolidComponent();
+    glassy = RandomComponent({0, 200, 255});
+    while (Materials[glass].alpha != 72) ++glass;
+    player.target.markerHidden = true;
+    TheShipTable.ships[0] = ship;
+    TheShipTable.count = 1;
+    Options.MaxVoxels = 1000000;
+  }
+  void TearDown() override {
+    TheShipTable.count = 0;
+    TheShipTable.ships[0] = nullptr;
+    Render::TearDown();
+  }
+  void Look(float x, float y, float z, float pitch, float yaw) {
+    float projection[16], rotation[16], view[16];
+    Perspective(projection, 75, 1.3f, 0.1f, 500);
+    CameraRotationMatrix(rotation, pitch, yaw);
+    MultiplyMatrices(projection, rotation, view);
+    StoreViewMatrix(view);
+    planes = BuildFrustumPlanes(view);
+    player.relativeLoc[0] = x, player.relativeLoc[1] = y, player.relativeLoc[2] = z;
+  }
+  void SetVisibility(int x, int y, int z, u8 visibility) {
+    const CellAddress a = AddressOf(static_cast<unsigned>(x), static_cast<unsigned>(y), static_cast<unsigned>(z));
+    ChunkCells *cells = FindCells(a, *ship);
+    cells->visibility[a.block] = visibility;
+    const u64 bit = u64{1} << (a.block & 63);
+    cells->hidden[a.block >> 6] = visibility == NotVisible ? cells->hidden[a.block >> 6] | bit : cells->hidden[a.block >> 6] & ~bit;
+  }
+  // A row of blocks along x, built or not, all in view of an eye in front of them.
+  void Row(int count, u16 component, u16 material, u8 visibility, bool built) {
+    for (int i = 0; i < count; ++i) {
+      const Block b = CubeOf(material, component);
+      GraphicBlock *g = Put(100 + 2 * i, 100, 100, b);
+      SetVisibility(100 + 2 * i, 100, 100, visibility);
+      if (built) Build(g, b);
+    }
+    Look(98.5f, 100.5f, 100.5f, 0, -90);
+  }
+  float PlaneValue(int p, float x, float y, float z) const { return planes.a[p] * x + planes.b[p] * y + planes.c[p] * z + planes.d[p]; }
+  bool SlowBox(const float (&low)[3], float edge, bool *inside) const {
+    bool in = true;
+    *inside = true;
+    for (int p = 0; p < 6; ++p) {
+      bool any = false;
+      for (int corner = 0; corner < 8; ++corner) {
+        float at[3];
+        for (int i = 0; i < 3; ++i) at[i] = low[i] + (corner >> i & 1 ? edge : 0) - player.relativeLoc[i];
+        const bool front = PlaneValue(p, at[0], at[1], at[2]) > 0;
+        any |= front;
+        *inside &= front;
+      }
+      in &= any;
+    }
+    return in;
+  }
+  bool SlowInView(int x, int y, int z) const {
+    bool inside;
+    for (const int edge : {1000, 100, 10}) {
+      const float low[3] = {static_cast<float>(x / edge * edge), static_cast<float>(y / edge * edge), static_cast<float>(z / edge * edge)};
+      if (!SlowBox(low, static_cast<float>(edge), &inside)) return false;
+    }
+    const float *c = player.relativeLoc;
+    for (int p = 0; p < 6; ++p)
+      if (!(PlaneValue(p, static_cast<float>(x) + (1 - c[0]), static_cast<float>(y) + (1 - c[1]), static_cast<float>(z) - c[2]) > -2)) return false;
+    return true;
+  }
+};
+
+TEST_F(ParseTest, VisibleBlocksAreThoseOfASlowFilter) {
+  std::vector<std::array<int, 3>> cells;
+  for (int i = 0; i < 3000; ++i) {
+    cells.push_back({960 + Draw(80), 960 + Draw(80), 960 + Draw(80)});
+    if (BlockExists(static_cast<u16>(cells[cells.size() - 1][0]), static_cast<u16>(cells[cells.size() - 1][1]), static_cast<u16>(cells[cells.size() - 1][2]), *ship)) {
+      cells.pop_back();
+      continue;
+    }
+    Put(cells.back()[0], cells.back()[1], cells.back()[2], CubeOf());
+    SetVisibility(cells.back()[0], cells.back()[1], cells.back()[2], static_cast<u8>(Draw(4)));
+  }
+  for (int round = 0; round < 20; ++round) {
+    Look(990 + 0.37f * static_cast<float>(Draw(60)), 1000.2f, 985 + 0.7f * static_cast<float>(Draw(40)), static_cast<float>(Draw(160) - 80), static_cast<float>(Draw(360)));
+    std::vector<const GraphicBlock *> expected, found;
+    for (const auto &c : cells) {
+      const CellAddress a = AddressOf(static_cast<unsigned>(c[0]), static_cast<unsigned>(c[1]), static_cast<unsigned>(c[2]));
+      if (FindCells(a, *ship)->visibility[a.block] != NotVisible && SlowInView(c[0], c[1], c[2])) expected.push_back(RecordAt(c[0], c[1], c[2]));
+    }
+    CollectVisibleBlocks(&list, *ship, planes, player.relativeLoc);
+    for (u32 i = 0; i < list.visibleCount; ++i) {
+      const VisibleBlock &b = list.visibleBlocks[i];
+      found.push_back(b.graphic);
+      const float dx = player.relativeLoc[0] - b.graphic->x, dy = player.relativeLoc[1] - b.graphic->y, dz = player.relativeLoc[2] - b.graphic->z;
+      ASSERT_EQ(b.distance, FastSqrt(dx * dx + dy * dy + dz * dz));
+      ASSERT_EQ(b.head, HeadAt(b.graphic->x, b.graphic->y, b.graphic->z, *ship));
+    }
+    std::sort(expected.begin(), expected.end());
+    std::sort(found.begin(), found.end());
+    ASSERT_EQ(found, expected) << round;
+    ASSERT_GT(found.size(), 20u);
+    EmitCurrentShip(&list, *ship, player);
+    for (u32 i = 1; i < list.visibleCount; ++i) ASSERT_LE(list.visibleBlocks[i - 1].distance, list.visibleBlocks[i].distance);
+  }
+  for (int round = 0; round < 2000; ++round) {
+    const float edge = static_cast<float>(1 + Draw(30)), low[3] = {980 + static_cast<float>(Draw(60)), 970 + static_cast<float>(Draw(60)), 970 + static_cast<float>(Draw(60))};
+    const float high[3] = {low[0] + edge, low[1] + edge, low[2] + edge};
+    bool inside;
+    const bool in = SlowBox(low, edge, &inside);
+    ASSERT_EQ(BoxInViewCounted(planes, low, high, player.relativeLoc), in ? 1 + inside : 0);
+  }
+}
+
+TEST_F(ParseTest, BudgetsAreCutToIntegersAndNeverNegative) {
+  const struct {
+    u32 voxels, visible, others;
+    bool detail;
+    i64 limits[3];
+  } cases[] = {{1000000, 2000, 0, true, {599400, 899100, 999000}}, {1000000, 2000, 0, false, {999000, 0, 999000}},
+               {100000, 250000, 0, true, {0, 0, 0}},               {100, 1, 50, true, {29, 44, 49}}};
+  for (const auto &c : cases) {
+    Options.MaxVoxels = c.voxels;
+    Options.LevelOfDetail = c.detail;
+    list.visibleCount = c.visible;
+    list.otherInstances = c.others;
+    const DetailLimits limits = LimitsOf(list);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(limits.stage[i], c.limits[i]);
+  }
+  list.visibleCount = 0;
+}
+
+TEST_F(ParseTest, EachStageSpendsByItsOwnTable) {
+  for (const u8 visibility : {VisibilityUndecided, Visible, MaybeVisible})
+    for (const bool detail : {true, false}) {
+      Row(40, glassy, 5, visibility, true);
+      Options.LevelOfDetail = detail;
+      Options.MaxVoxels = 20000;
+      list.count = list.otherInstances = 0;
+      CollectVisibleBlocks(&list, *ship, planes, player.relativeLoc);
+      ASSERT_EQ(list.visibleCount, 40u);
+      const DetailLimits limits = LimitsOf(list);
+      const BlockCache &c = *RecordAt(100, 100, 100)->cache;  // alike in all, whatever the light
+      const bool maybe = visibility == MaybeVisible;
+      const i64 costs[3] = {c.opaqueCount + 5 * c.transparentCount, maybe ? c.quadCount : c.eightCount, maybe ? 1 : c.quadCount};
+      const i64 shown[3] = {c.opaqueCount, costs[1], costs[2]};
+      i64 spent = 0, instances = 0;
+      u32 left = 40, full = 0;
+      for (int stage = 0; stage < 3; ++stage)
+        for (; left > 0 && spent < limits.stage[stage]; --left, full += stage == 0) spent += costs[stage], instances += shown[stage];
+      EXPECT_EQ(EmitCurrentShip(&list, *ship, player), full);
+      EXPECT_EQ(list.count / 4, instances + left);
+    }
+}
+
+TEST_F(ParseTest, OnlyTheNearestBlocksAreBuiltInARun) {
+  Row(10, solid, 5, Visible, false);
+  Options.CachePerFrame = 3;
+  for (const u32 built : {3u, 6u, 9u, 10u}) {
+    Parse(&list, player);
+    EXPECT_EQ(list.publishedCount / 4, built * 1352 + 10 - built);
+    EXPECT_EQ(RecordAt(100 + 2 * static_cast<int>(built) - 2, 100, 100)->cache->opaqueCount, 1352);
+  }
+  RecordAt(100, 100, 100)->cacheDirty = true;
+  Parse(&list, player);
+  EXPECT_FALSE(RecordAt(100, 100, 100)->cacheDirty);
+  Options.CachePerFrame = 0;
+  FreeCacheRecord(RecordAt(100, 100, 100));
+  Parse(&list, player);  // the nearest block is a single cube
+  EXPECT_EQ(list.publishedLocations[3], 15.875f);
+  EXPECT_EQ(list.publishedLocations[0], 100.46875f);
+}
+
+TEST_F(ParseTest, SeeThroughVoxelsComeLastAndOnlyAtFullDetail) {
+  Row(3, glassy, glass, Visible, true);
+  for (const bool sorted : {true, false}) {
+    Options.HighQualityTransparency = sorted;
+    Parse(&list, player);
+    const BlockCache &c = *RecordAt(100, 100, 100)->cache;
+    ASSERT_EQ(list.publishedCount / 4, 3u * (c.opaqueCount + c.transparentCount));
+    for (u32 i = 0; i < list.publishedCount / 4; ++i)
+      ASSERT_EQ(list.publishedColours[4 * i + 3] == 255, i < 3u * c.opaqueCount) << i;
+  }
+  Options.MaxVoxels = 1;
+  Parse(&list, player);
+  EXPECT_EQ(list.publishedCount / 4, 3u);
+}
+
+TEST_F(ParseTest, PreviewStandsInFrontUnlessTheEyeIsInIt) {
+  Row(1, solid, 5, Visible, true);
+  player.target.markerHidden = false;
+  player.target.hitCell = {100, 100, 100};
+  player.target.placeCell = {99, 100, 100};
+  player.target.marker = CubeOf(5, solid);
+  player.heldBlock = CubeOf(5, solid);
+  const struct {
+    u8 tool;
+    Cell3 place;
+    float eye;
+    u32 more;
+    u8 alpha;
+  } cases[] = {{0, {99, 100, 100}, 98.5f, 1352 - 196, 120}, {2, {99, 100, 100}, 98.5f, 1352 - 196, 120}, {1, {99, 100, 100}, 98.5f, 1352, 200},
+               {0, {0, 0, 0}, 98.5f, 0, 255},               {0, {99, 100, 100}, 100.5f, 0, 255}};
+  for (const auto &c : cases) {
+    player.activeTool = c.tool;
+    player.target.placeCell = c.place;
+    player.relativeLoc[0] = c.eye;
+    Parse(&list, player);
+    ASSERT_EQ(list.publishedCount / 4, 1352 + c.more) << int{c.tool};
+    EXPECT_EQ(list.publishedColours[list.publishedCount - 1], c.alpha);
+  }
+}
+
+TEST_F(ParseTest, OtherShipsAreCubesThatTheNextBudgetPaysFor) {
+  Row(1, solid, 5, Visible, true);
+  Ship *other = AppendShip(&TheShipTable);
+  other->position[0] = ship->position[0] + 15000;
+  for (const u8 visibility : {Visible, MaybeVisible, NotVisible, VisibilityUndecided}) {
+    const int x = 100 + 2 * visibility;
+    PlaceBlockFast(CubeOf(glass, solid), static_cast<u16>(x), 100, 100, other);
+    std::swap(ship, other);
+    SetVisibility(x, 100, 100, visibility);
+    std::swap(ship, other);
+  }
+  for (const bool grown : {false, true}) {
+    AsteroidGenerated = grown;
+    Parse(&list, player);
+    ASSERT_EQ(list.publishedCount / 4, 1353u);
+    EXPECT_EQ(list.otherInstances, 1u);
+    const float expected[4] = {102 + 1.5f + 0.46875f, 100.46875f, 100.46875f, 15.875f};
+    EXPECT_EQ(memcmp(list.publishedLocations + 4 * 1352, expected, sizeof expected), 0);
+    EXPECT_EQ(list.publishedColours[4 * 1352 + 1] == Materials[glass].green, grown);
+    EXPECT_EQ(list.publishedColours[4 * 1352 + 3], 72);
+  }
+  FreeShip(other);
+}
+
+TEST_F(ParseTest, PublishingSwapsThePairsAndDropsWhatNobodyTook) {
+  float *const a = list.locations, *const b = list.publishedLocations;
+  list.count = 8;
+  PublishVoxelList(&list);
+  EXPECT_EQ(list.publishedLocations, a);
+  list.linked = 1;
+  list.count = 4;
+  PublishVoxelList(&list);
+  EXPECT_EQ(list.publishedLocations, b);
+  EXPECT_EQ(list.locations, a);
+  EXPECT_EQ(list.publishedCount, 4u);
+  EXPECT_EQ(list.linked, 0);
+  const u32 capacity = ArrayCapacity;
+  list.count = capacity - 16;
+  EXPECT_TRUE(MakeRoom(&list, 4));
+  EXPECT_EQ(ArrayCapacity, capacity);
+  EXPECT_TRUE(MakeRoom(&list, 4097));
+  EXPECT_EQ(ArrayCapacity, capacity + 2 * ArrayStep - ArrayStep);
+  EXPECT_TRUE(MakeRoomStep(&list));
+  EXPECT_EQ(ArrayCapacity, capacity + ArrayStep);
+  list.count = ArrayCapacity - ArrayStep + 4;
+  EXPECT_TRUE(MakeRoomStep(&list));
+  EXPECT_EQ(ArrayCapacity, capacity + 2 * ArrayStep);
+  EXPECT_TRUE(RenewParseSide(&list));
+  Parse(&list, player);  // an empty ship publishes an empty list
+  EXPECT_EQ(list.publishedCount, 0u);
+}
