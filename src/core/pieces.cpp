@@ -1,6 +1,7 @@
 // The timed pieces.
 #include "core/pieces.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -147,7 +148,8 @@ void OpsPiece(double *timer) {
   if (DebrisCount() != 0) AgeDebris();
   {
     ScopedLock heat(&HeatMutex);
-    HeatHook(*CurrentShip());
+    const Ship *ship = CurrentShip();
+    if (ship != nullptr) HeatHook(*ship);
   }
   UnlockMutex(&WorldMutex);
   LogIfSlow("OPS:", start);
@@ -159,6 +161,8 @@ void NetworkPiece(double *timer) {
   *timer = ClockNow() + NetworkDelay;
 }
 
+static i32 ToVelocity(float f) { return static_cast<i32>(std::clamp(f, -2e9f, 2e9f)); }
+
 // Adds what the jets have collected, unless the speed limit refuses it.
 static void ApplyAccel(Player *p) {
   float sum = 0;
@@ -166,10 +170,10 @@ static void ApplyAccel(Player *p) {
   const u32 limit = Options.MaxSpeed;
   if (limit != 0 && sum >= static_cast<float>(limit)) return;
   for (int axis = 0; axis < 3; ++axis) {
-    p->velocity[axis] = static_cast<i32>(static_cast<float>(p->velocity[axis]) + accel[axis]);
+    p->velocity[axis] = ToVelocity(static_cast<float>(p->velocity[axis]) + accel[axis]);
     accel[axis] = 0;
   }
-  p->speed = static_cast<i32>(sum);
+  p->speed = ToVelocity(sum);
 }
 
 static void Dampen(Player *p, const Ship &ship) {
@@ -182,10 +186,10 @@ static void Dampen(Player *p, const Ship &ship) {
 // Between packets the others fly on by themselves. The list belongs to the world mutex; a busy one skips this run.
 static void AdvanceRemotePlayers() {
   if (!Online || !TryLockMutex(&WorldMutex)) return;
-  const Ship &ship = *CurrentShip();
+  const Ship *ship = CurrentShip();
   for (RemotePlayer &other : RemotePlayers) {
     for (int axis = 0; axis < 3; ++axis) other.solarLoc[axis] -= other.velocity[axis];
-    RelativeTo(ship, other.solarLoc, other.relativeLoc);
+    if (ship != nullptr) RelativeTo(*ship, other.solarLoc, other.relativeLoc);
   }
   UnlockMutex(&WorldMutex);
 }
@@ -196,7 +200,8 @@ void MovementPiece(double *timer) {
   Player p = ReadPlayer();
   if (uiMode != 1) HeldInputStep(&p);
   ApplyAccel(&p);
-  Dampen(&p, *CurrentShip());
+  const Ship *ship = CurrentShip();
+  if (ship != nullptr) Dampen(&p, *ship);
   StoreMotion(p);
   UnlockMutex(&MoveMutex);
   AdvanceRemotePlayers();
@@ -221,7 +226,8 @@ void MoveBackendPiece(double *timer) {
     if (row != current) continue;
     Player p = ReadPlayer();
     float d[3];
-    for (int axis = 0; axis < 3; ++axis) d[axis] = static_cast<float>(p.velocity[axis] - ship->velocity[axis]) * 0.0001f;
+    for (int axis = 0; axis < 3; ++axis)
+      d[axis] = static_cast<float>(static_cast<i64>(p.velocity[axis]) - ship->velocity[axis]) * 0.0001f;
     MovePlayer(&p, *ship, d[0], d[1], d[2]);
     StoreMotion(p);
     SendPlayerLocation(p.solarLoc, p.velocity);
@@ -237,7 +243,8 @@ void SavePiece(double *timer) {
     return;
   }
   const double start = ClockNow();
-  SaveShipByName(CurrentShip());
+  Ship *ship = CurrentShip();
+  if (ship != nullptr) SaveShipByName(ship);
   LogIfSlow("Save:", start);
   *timer = ClockNow() + SaveDelay;
 }

@@ -22,7 +22,12 @@
 #include "platform/threads.h"
 #include "platform/window.h"
 #include "render/parse.h"
+#include "world/access.h"
 #include "worldgen/asteroid.h"
+
+constexpr int StartDistance = 6;   // blocks from the player to the first body's middle
+constexpr u16 MiddleCell = 5000;   // round which bodies grow, on each axis
+constexpr int NearShip = 30;       // blocks within which a loaded ship counts as being there
 
 static i8 CoreCount = 0;  // selects the thread system; main thread
 
@@ -80,13 +85,36 @@ static void RehearseFrame() {
   if (ToggleMenu() == 1) ToggleMenu();
 }
 
+static void StandAtCell(Ship *ship, const i64 (&solarLoc)[3], const int (&cell)[3]) {
+  for (int axis = 0; axis < 3; ++axis) ship->position[axis] = solarLoc[axis] - cell[axis] * UnitsPerBlock;
+}
+
+// A ship file doesn't say where its ship stands. A loaded one is put where a grown one was, its middle cell six blocks ahead,
+// so that a player who left a body finds it again; a ship that lies elsewhere in its cube is put before the player whole.
+static void PlaceFirstShip(Ship *ship, const i64 (&solarLoc)[3]) {
+  const ShipSummary &s = *ship->summary;
+  int cell[3] = {MiddleCell, MiddleCell, MiddleCell + StartDistance};
+  const int low[3] = {s.minX, s.minY, s.minZ}, high[3] = {s.maxX, s.maxY, s.maxZ};
+  bool near = !BlockExists(MiddleCell, MiddleCell, MiddleCell + StartDistance, *ship);
+  for (int axis = 0; axis < 3; ++axis) near = near && low[axis] - cell[axis] < NearShip && cell[axis] - high[axis] < NearShip;
+  if (!near && s.blockCount != 0) {
+    cell[0] = (low[0] + high[0]) / 2;
+    cell[1] = (low[1] + high[1]) / 2;
+    cell[2] = high[2] + StartDistance;
+  }
+  StandAtCell(ship, solarLoc, cell);
+}
+
 static void LoadFirstShip(Ship *ship) {
   if (!Options.SinglePlayer) return;
   const Player p = ReadPlayer();
   const std::string stem = ship->fileStem;
-  if (LoadShipByName(ship, stem.c_str()) != 0) return;
+  if (LoadShipByName(ship, stem.c_str()) != 0) {
+    PlaceFirstShip(ship, p.solarLoc);
+    return;
+  }
   LogInfo("Generating asteroid for player");
-  GenerateAsteroid(1, p.solarLoc[0], p.solarLoc[1], p.solarLoc[2] - 60000, ship);
+  GenerateAsteroid(1, p.solarLoc[0], p.solarLoc[1], p.solarLoc[2] - StartDistance * UnitsPerBlock, ship);
 }
 
 static void PlacePlayer(const Ship &ship) {

@@ -90,10 +90,16 @@ bool UpdateTarget(Target *t, const Player &player, const Ship &ship) {
   return true;
 }
 
+// The two tools that can lock a plane follow the view in state 2, the others in state 1.
+static void ChooseFollowing(Target *t, u8 tool) {
+  if (t->aimState == 1 || t->aimState == 2) t->aimState = tool == 1 || tool == 2 ? 2 : 1;
+}
+
 bool RefreshTarget() {
   const Ship *ship = CurrentShip();
   if (ship == nullptr) return false;
   Player p = ReadPlayer();
+  ChooseFollowing(&p.target, p.activeTool);
   const bool processed = UpdateTarget(&p.target, p, *ship);
   StoreAim(p.target);
   return processed;
