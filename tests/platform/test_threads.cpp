@@ -24,15 +24,6 @@ TEST(Threads, AScopedLockExcludesAndATryLockGivesUp) {
   EXPECT_TRUE(HoldsMutex(&WorldMutex));
 }
 
-static int StartedThreads = 0;
-
-TEST(Threads, AStartedThreadRunsItsBody) {
-  std::thread t = StartThread([] { ++StartedThreads; }, "counter");
-  ASSERT_TRUE(t.joinable());
-  t.join();
-  EXPECT_EQ(StartedThreads, 1);
-}
-
 #ifndef NDEBUG
 TEST(ThreadsDeathTest, DebugBuildsAssertTheOrder) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
