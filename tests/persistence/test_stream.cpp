@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "content/components.h"
 #include "content/materials.h"
 #include "core/log.h"
@@ -15,12 +17,14 @@ class Stream : public testing::Test {
  protected:
   void SetUp() override {
     LoadTables();
-    UseTemporaryInstallation();
+    root = UseTemporaryInstallation();
     ship = NewTestShip();
   }
   void TearDown() override {
     FreeShip(ship);
     delete ship;
+    std::filesystem::current_path("/");
+    std::filesystem::remove_all(root);
   }
   std::vector<u8> Packed() {
     ScopedLock world(&WorldMutex);
@@ -41,7 +45,7 @@ class Stream : public testing::Test {
   }
   Ship *ship = nullptr;
   bool packed = false;
-  std::string unpackedName;
+  std::string unpackedName, root;
 };
 
 TEST_F(Stream, ShipsKeepEveryBlockAndTheirName) {
