@@ -80,7 +80,7 @@ class FirstRun(unittest.TestCase):
         self.assertEqual(game.close(), 0)
 
         again = self.play()
-        again.wait_for_picture()
+        again.wait_for_asteroid()
         self.assertNotIn("Generating asteroid", again.log())
         self.assertEqual(again.save(), built)
         self.assertEqual(again.close(), 0)
