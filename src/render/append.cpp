@@ -18,23 +18,11 @@
 constexpr float Sixteenths = 524288.0f;
 constexpr u16 SixteenthsHigh = 0x4900;
 
-// One of the four lists of a cache.
-struct ListPart {
-  const CacheVoxel *voxels;
-  const u32 *colours;
-  unsigned count;
-};
-
 // How a list is drawn: the scale of its cubes, and what takes a corner to a cube's centre.
 struct ListForm {
   float offset, scale;
 };
 constexpr ListForm VoxelForm{0.0f, 1.0f}, EightForm{0.03125f, 2.0f}, QuadForm{0.09375f, 4.0f}, CubeForm{0.46875f, 15.875f};
-
-static ListPart PartOf(const BlockCache *cache, unsigned first, unsigned count) {
-  return {CacheVoxels(cache) + first, CacheColours(cache) + first, count};
-}
-static ListPart TransparentPart(const BlockCache *cache) { return PartOf(cache, cache->opaqueCount, cache->transparentCount); }
 
 static Float4 BaseOf(const GraphicBlock &g, ListForm form) {
   const float shift = form.offset - Sixteenths;
@@ -48,7 +36,8 @@ static Float4 LocationOf(Float4 base, Short8 lowBytes, bool upper) {
   return std::bit_cast<Float4>(bits) + base;
 }
 
-static int AppendPart(const GraphicBlock &g, const ListPart &part, ListForm form, VoxelList *list) {
+static int AppendList(const GraphicBlock &g, CacheLevel level, ListForm form, VoxelList *list) {
+  const CacheList part = ListOf(g.cache, level);
   if (!MakeRoom(list, part.count)) return 0;
   const Float4 base = BaseOf(g, form);
   float *locations = list->locations + list->count;
@@ -68,36 +57,32 @@ static int AppendPart(const GraphicBlock &g, const ListPart &part, ListForm form
 }
 
 // A cache that was read from a file has voxels only: its coarser lists are missing, not empty.
-static bool HasCoarser(const BlockCache &c) { return c.eightCount > 0 || c.opaqueCount < 2; }
+static bool HasCoarser(const BlockCache &c) { return c.counts[EightList] > 0 || c.counts[OpaqueList] < 2; }
 
 int AppendOpaque(GraphicBlock *graphic, VoxelList *list) {
   const GraphicBlock *frame = CurrentFrame(graphic);
-  return frame == nullptr ? 0 : AppendPart(*frame, PartOf(frame->cache, 0, frame->cache->opaqueCount), VoxelForm, list);
+  return frame == nullptr ? 0 : AppendList(*frame, OpaqueList, VoxelForm, list);
 }
 
 int AppendTransparent(GraphicBlock *graphic, VoxelList *list) {
   const GraphicBlock *frame = CurrentFrame(graphic);
-  return frame == nullptr ? 0 : AppendPart(*frame, TransparentPart(frame->cache), VoxelForm, list);
+  return frame == nullptr ? 0 : AppendList(*frame, TransparentList, VoxelForm, list);
 }
 
 int AppendEight(GraphicBlock *graphic, VoxelList *list) {
   const GraphicBlock *frame = CurrentFrame(graphic);
-  if (frame == nullptr || !HasCoarser(*frame->cache)) return 0;
-  const BlockCache *c = frame->cache;
-  return AppendPart(*frame, PartOf(c, unsigned{c->opaqueCount} + c->transparentCount, c->eightCount), EightForm, list);
+  return frame == nullptr || !HasCoarser(*frame->cache) ? 0 : AppendList(*frame, EightList, EightForm, list);
 }
 
 int AppendQuad(GraphicBlock *graphic, VoxelList *list) {
   const GraphicBlock *frame = CurrentFrame(graphic);
-  if (frame == nullptr || !HasCoarser(*frame->cache)) return 0;
-  const BlockCache *c = frame->cache;
-  return AppendPart(*frame, PartOf(c, CacheTotal(*c) - c->quadCount, c->quadCount), QuadForm, list);
+  return frame == nullptr || !HasCoarser(*frame->cache) ? 0 : AppendList(*frame, QuadList, QuadForm, list);
 }
 
 // Positions of a see-through list from the nearest voxel on, in order[i] & 0xffffffff. Under the world mutex, like all here.
 static std::vector<u64> VoxelOrder, VoxelOrderSpare;
 
-static void OrderByDistance(const GraphicBlock &g, const ListPart &part, const float (&camera)[3]) {
+static void OrderByDistance(const GraphicBlock &g, const CacheList &part, const float (&camera)[3]) {
   const float x = camera[0] - g.x, y = camera[1] - g.y, z = camera[2] - g.z;
   VoxelOrder.resize(part.count);
   for (u32 e = 0; e < part.count; ++e) {
@@ -129,7 +114,7 @@ static u32 Sparkle(const CacheVoxel &v, u32 colour, u32 seed) {
 static int AppendOrdered(GraphicBlock *graphic, VoxelList *list, const float (&camera)[3], bool sparkle, u32 seed) {
   const GraphicBlock *frame = CurrentFrame(graphic);
   if (frame == nullptr) return 0;
-  const ListPart part = TransparentPart(frame->cache);
+  const CacheList part = ListOf(frame->cache, TransparentList);
   if (!MakeRoom(list, part.count)) return 0;
   OrderByDistance(*frame, part, camera);
   for (const u64 key : VoxelOrder) {

@@ -187,18 +187,18 @@ static void BuildCoarser(const BuildInputs &in, u16 x, u16 y, u16 z, GraphicBloc
   SumOpaque();
   SumTransparent();
   const unsigned first = Work.opaque.count + Work.transparent.count;
-  Work.counts.eightCount = static_cast<u16>(ListEights(first));
-  const unsigned firstQuad = first + Work.counts.eightCount;
-  Work.counts.quadCount = static_cast<u16>(ListQuads(firstQuad));
-  if (Work.counts.quadCount > 0)
-    StoreCubeColour(Work.colours + firstQuad, Work.counts.quadCount, in.colour.comScruff, x, y, z, g);
+  Work.counts.counts[EightList] = static_cast<u16>(ListEights(first));
+  const unsigned firstQuad = first + Work.counts.counts[EightList];
+  Work.counts.counts[QuadList] = static_cast<u16>(ListQuads(firstQuad));
+  if (Work.counts.counts[QuadList] > 0)
+    StoreCubeColour(Work.colours + firstQuad, Work.counts.counts[QuadList], in.colour.comScruff, x, y, z, g);
 }
 
 static void BuildLists(const BuildInputs &in, const Ship &ship, u16 x, u16 y, u16 z, GraphicBlock *g) {
   FindExposure(in.head, ship, x, y, z, &Work.exposure);
   GatherExposed(in);
-  Work.counts.opaqueCount = static_cast<u16>(Work.opaque.count);
-  Work.counts.transparentCount = static_cast<u16>(Work.transparent.count);
+  Work.counts.counts[OpaqueList] = static_cast<u16>(Work.opaque.count);
+  Work.counts.counts[TransparentList] = static_cast<u16>(Work.transparent.count);
   if (in.ghostAlpha > 0) return ColourGhost(in);
   ColourRun(in, ColourRule::Lit, Work.opaque, 0);
   if (Work.exposure.anyGone) ColourBesideGone(in);
@@ -213,9 +213,14 @@ static void StoreLists(GraphicBlock *g) {
   g->cache = static_cast<BlockCache *>(std::malloc(sizeof(BlockCache) + total * (sizeof(CacheVoxel) + sizeof(u32)) + ReadPastEnd));
   if (g->cache == nullptr) return;
   *g->cache = Work.counts;
-  u8 *const entries = reinterpret_cast<u8 *>(g->cache + 1);
-  std::memcpy(entries, Work.places, total * sizeof(CacheVoxel));
-  std::memcpy(entries + total * sizeof(CacheVoxel), Work.colours, total * sizeof(u32));
+  u8 *out = reinterpret_cast<u8 *>(g->cache + 1);
+  unsigned first = 0;
+  for (const u16 count : Work.counts.counts) {
+    std::memcpy(out, Work.places + first, count * sizeof(CacheVoxel));
+    std::memcpy(out + count * sizeof(CacheVoxel), Work.colours + first, count * sizeof(u32));
+    out += count * (sizeof(CacheVoxel) + sizeof(u32));
+    first += count;
+  }
 }
 
 int BuildBlockCache(u64 head, const Ship &ship, u16 x, u16 y, u16 z, const Player &player, GraphicBlock *graphic,

@@ -19,7 +19,8 @@
 constexpr u8 PlacingGhost = 120, MarkerGhost = 200;  // alpha of the block about to be placed, and of the aim marker
 constexpr int PlaceTool = 0, PlaneTool = 2;          // tools that show the held block
 constexpr i64 SortedVoxelCost = 5;                   // what a see-through voxel costs when it has to be sorted
-constexpr u32 FetchAhead = 16;                       // entries between asking for a record's memory and using it
+constexpr u32 FetchAhead = 8;                        // entries between asking for memory and using it
+constexpr int CacheLines = 5;                        // of a cache are asked for; a longer list then runs in order
 
 static GraphicBlock PreviewGraphic;  // Parse only; set up once by InitPreview
 static LightEntry PreviewLight{0, 0, 0, 255, 255, 255, 0};
@@ -97,25 +98,26 @@ static i64 EmitCube(const VisibleBlock &b, const Walk &walk) {
 static i64 EmitVoxels(VisibleBlock *b, const Walk &walk) {
   if (AppendOpaque(b->graphic, walk.list) == 0) return EmitCube(*b, walk);
   const BlockCache &c = *b->graphic->cache;
-  b->lateList = c.transparentCount > 0 || b->graphic->lodNext != nullptr;
-  return c.opaqueCount + walk.voxelCost * c.transparentCount;
+  b->lateList = c.counts[TransparentList] > 0 || b->graphic->lodNext != nullptr;
+  return c.counts[OpaqueList] + walk.voxelCost * c.counts[TransparentList];
 }
 
 static i64 EmitQuads(const VisibleBlock &b, const Walk &walk) {
-  return AppendQuad(b.graphic, walk.list) != 0 ? b.graphic->cache->quadCount : EmitCube(b, walk);
+  return AppendQuad(b.graphic, walk.list) != 0 ? b.graphic->cache->counts[QuadList] : EmitCube(b, walk);
 }
 
 static i64 EmitEights(VisibleBlock *b, const Walk &walk) {
   if (b->visibility == MaybeVisible) return EmitQuads(*b, walk);
-  return AppendEight(b->graphic, walk.list) != 0 ? b->graphic->cache->eightCount : EmitCube(*b, walk);
+  return AppendEight(b->graphic, walk.list) != 0 ? b->graphic->cache->counts[EightList] : EmitCube(*b, walk);
 }
 
 static i64 EmitLowest(VisibleBlock *b, const Walk &walk) {
   return b->visibility == MaybeVisible ? EmitCube(*b, walk) : EmitQuads(*b, walk);
 }
 
-// Records and caches lie all over memory: each is asked for some entries before its turn.
-static void FetchLater(const VoxelList &list, u32 i) {
+// Records and caches lie all over memory: each is asked for some entries before its turn. Always inline, as compilers may
+// drop a call that does nothing but ask.
+[[gnu::always_inline]] static inline void FetchLater(const VoxelList &list, u32 i) {
   if (i + 2 * FetchAhead < list.visibleCount) {
     const GraphicBlock *g = list.visibleBlocks[i + 2 * FetchAhead].graphic;
     __builtin_prefetch(g, 1);
@@ -123,7 +125,7 @@ static void FetchLater(const VoxelList &list, u32 i) {
   }
   if (i + FetchAhead >= list.visibleCount) return;
   const char *cache = reinterpret_cast<const char *>(list.visibleBlocks[i + FetchAhead].graphic->cache);
-  for (int line = 0; line < 4; ++line) __builtin_prefetch(cache + 64 * line);
+  for (int line = 0; line < CacheLines; ++line) __builtin_prefetch(cache + 64 * line);
 }
 
 DetailLimits LimitsOf(const VoxelList &list) {

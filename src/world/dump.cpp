@@ -37,7 +37,7 @@ static void PrintLights(const GraphicBlock &g) {
 static void PrintRecord(const GraphicBlock &g) {
   if (g.damageBits.load() != nullptr) LogInfo("Block has Damage Array");
   std::printf("#  ID \n");
-  if (g.cache != nullptr) std::printf("Cache: %i %i \n", g.cache->opaqueCount, static_cast<int>(g.cacheId));
+  if (g.cache != nullptr) std::printf("Cache: %i %i \n", g.cache->counts[OpaqueList], static_cast<int>(g.cacheId));
   PrintLights(g);
 }
 

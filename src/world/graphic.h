@@ -20,19 +20,29 @@ struct CacheVoxel {
   u8 zero;     // so that a location is base + entry / 16 in all four lanes at once
 };
 
-// The four ready-made lists of a block in one allocation: this head, then all CacheVoxel entries in the order opaque,
-// transparent, eight, quad, then as many colours (red, green, blue, alpha) in the same order. 8 bytes an entry, and one
-// block's lists lie side by side in memory, since Parse copies thousands of them in an order that no cache can guess.
+// The four ready-made lists of a block in one allocation: this head, then the lists in the order of CacheLevel, each its
+// voxels and then as many colours (red, green, blue, alpha). 8 bytes an entry, and what one append copies lies in one piece:
+// Parse copies thousands of lists in an order that no cache can guess.
+enum CacheLevel : u8 { OpaqueList, TransparentList, EightList, QuadList, CacheLevels };
+
 struct BlockCache {
-  u16 opaqueCount = 0, transparentCount = 0, eightCount = 0, quadCount = 0;
+  u16 counts[CacheLevels] = {};
+};
+
+struct CacheList {
+  const CacheVoxel *voxels;
+  const u32 *colours;
+  unsigned count;
 };
 
 inline unsigned CacheTotal(const BlockCache &c) {
-  return static_cast<unsigned>(c.opaqueCount) + c.transparentCount + c.eightCount + c.quadCount;
+  return static_cast<unsigned>(c.counts[OpaqueList]) + c.counts[TransparentList] + c.counts[EightList] + c.counts[QuadList];
 }
-inline const CacheVoxel *CacheVoxels(const BlockCache *c) { return reinterpret_cast<const CacheVoxel *>(c + 1); }
-inline const u32 *CacheColours(const BlockCache *c) {
-  return reinterpret_cast<const u32 *>(CacheVoxels(c) + CacheTotal(*c));
+inline CacheList ListOf(const BlockCache *c, CacheLevel level) {
+  unsigned before = 0;
+  for (unsigned l = 0; l < level; ++l) before += c->counts[l];
+  const CacheVoxel *voxels = reinterpret_cast<const CacheVoxel *>(c + 1) + 2 * before;
+  return {voxels, reinterpret_cast<const u32 *>(voxels + c->counts[level]), c->counts[level]};
 }
 
 // The record of one cell. Guarded by the world mutex; damageBits may be read by anyone.

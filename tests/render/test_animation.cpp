@@ -24,7 +24,7 @@ TEST_F(Animation, RingClosesAndEachFrameLastsSeventeenAppends) {
     EXPECT_EQ(frames[2]->frameLength, 0x80 | 17);
     for (const GraphicBlock *frame : frames) {
       EXPECT_EQ(frame->lightList, g->lightList);
-      EXPECT_EQ(frame->cache->opaqueCount, 1352);
+      EXPECT_EQ(frame->cache->counts[OpaqueList], 1352);
     }
     for (int append = 0; append < 17 * 7; ++append) ASSERT_EQ(CurrentFrame(g), frames[append / 17 % 3]) << append;
   }

@@ -157,10 +157,10 @@ struct SlowModel {
   }
 };
 
-static std::vector<Entry> ListOf(const BlockCache *c, unsigned first, unsigned count) {
+static std::vector<Entry> EntriesOf(const BlockCache *c, int level) {
+  const CacheList part = ListOf(c, static_cast<CacheLevel>(level));
   std::vector<Entry> entries;
-  for (unsigned e = first; e < first + count; ++e)
-    entries.push_back({CacheVoxels(c)[e].x, CacheVoxels(c)[e].y, CacheVoxels(c)[e].z, CacheColours(c)[e]});
+  for (unsigned e = 0; e < part.count; ++e) entries.push_back({part.voxels[e].x, part.voxels[e].y, part.voxels[e].z, part.colours[e]});
   return entries;
 }
 
@@ -217,13 +217,7 @@ TEST_F(Cache, ListsAreThoseOfTheSlowModel) {
     model.graphic = g, model.ship = ship, model.player = &player;
     ASSERT_EQ(Build(g, model.own.block), 1);
     const SlowCache slow = model.Build();
-    const BlockCache *c = g->cache;
-    const unsigned counts[4] = {c->opaqueCount, c->transparentCount, c->eightCount, c->quadCount};
-    unsigned first = 0;
-    for (int l = 0; l < 4; ++l) {
-      ASSERT_EQ(ListOf(c, first, counts[l]), slow.lists[l]) << "round " << round << " list " << l;
-      first += counts[l];
-    }
+    for (int l = 0; l < CacheLevels; ++l) ASSERT_EQ(EntriesOf(g->cache, l), slow.lists[l]) << "round " << round << " list " << l;
     for (int i = 0; i < 3; ++i) ASSERT_EQ(g->cacheState[i], slow.cube[i]) << "round " << round;
     FreeShip(ship);
     ASSERT_TRUE(AllocShipTable(ship));
@@ -251,8 +245,8 @@ TEST_F(Cache, BlocksWithoutVoxelsKeepTheRightEmptyForm) {
   const Block misty = CubeOf(materials[0], components[5]);
   GraphicBlock *g = Put(5, 5, 5, misty);
   Build(g, misty);
-  EXPECT_EQ(g->cache->transparentCount, 1352);  // see-through masses have no inside
-  EXPECT_EQ(g->cache->eightCount, 0);           // and are too faint for the coarser lists
+  EXPECT_EQ(g->cache->counts[TransparentList], 1352);  // see-through masses have no inside
+  EXPECT_EQ(g->cache->counts[EightList], 0);           // and are too faint for the coarser lists
 }
 
 TEST_F(Cache, AppendsPlaceEveryEntryOfEveryList) {
@@ -267,14 +261,15 @@ TEST_F(Cache, AppendsPlaceEveryEntryOfEveryList) {
   Build(g, b);
   for (const auto &form : forms) EXPECT_EQ(form.append(g, &list), 1);
   ASSERT_EQ(list.count, 4 * CacheTotal(*g->cache));
-  const unsigned ends[4] = {g->cache->opaqueCount, ends[0] + g->cache->transparentCount, ends[1] + g->cache->eightCount, ~0u};
-  for (unsigned e = 0, l = 0; e < CacheTotal(*g->cache); ++e) {
-    while (e >= ends[l]) ++l;
-    const CacheVoxel &v = CacheVoxels(g->cache)[e];
-    const float expected[4] = {9999 + v.x / 16.0f + forms[l].offset, 4321 + v.y / 16.0f + forms[l].offset, 7 + v.z / 16.0f + forms[l].offset, forms[l].scale};
-    ASSERT_EQ(memcmp(list.locations + 4 * e, expected, sizeof expected), 0) << e;
-    ASSERT_EQ(ColourAt(e), CacheColours(g->cache)[e]);
-  }
+  unsigned at = 0;
+  for (int l = 0; l < CacheLevels; ++l)
+    for (const Entry &e : EntriesOf(g->cache, l)) {
+      const float shift = forms[l].offset, expected[4] = {9999 + static_cast<float>(e.x) / 16 + shift, 4321 + static_cast<float>(e.y) / 16 + shift,
+                                                          7 + static_cast<float>(e.z) / 16 + shift, forms[l].scale};
+      ASSERT_EQ(memcmp(list.locations + 4 * at, expected, sizeof expected), 0) << at;
+      ASSERT_EQ(ColourAt(at), e.colour);
+      ++at;
+    }
 }
 
 TEST_F(Cache, SeeThroughVoxelsComeNearestFirstAndAFewGlint) {
@@ -282,14 +277,15 @@ TEST_F(Cache, SeeThroughVoxelsComeNearestFirstAndAFewGlint) {
   GraphicBlock *g = Put(30, 31, 32, b);
   GiveLights(g, 3);
   Build(g, b);
-  const unsigned count = g->cache->transparentCount, first = g->cache->opaqueCount;
+  const CacheList part = ListOf(g->cache, TransparentList);
+  const unsigned count = part.count;
   ASSERT_GT(count, 300u);
   const float camera[3] = {33.3f, 30.1f, 29.9f};
   const u32 seed = 0x9e3779b9;
   std::vector<unsigned> order(count);
   std::vector<float> keys(count);
   for (unsigned e = 0; e < count; ++e) {
-    const CacheVoxel &v = CacheVoxels(g->cache)[first + e];
+    const CacheVoxel &v = part.voxels[e];
     order[e] = e;
     keys[e] = std::fabs(camera[0] - 30 - v.x / 16.0f) + std::fabs(camera[1] - 31 - v.y / 16.0f) + std::fabs(camera[2] - 32 - v.z / 16.0f);
   }
@@ -299,8 +295,8 @@ TEST_F(Cache, SeeThroughVoxelsComeNearestFirstAndAFewGlint) {
   ASSERT_EQ(list.count, 8 * count);
   unsigned glints = 0;
   for (unsigned i = 0; i < count; ++i) {
-    const CacheVoxel &v = CacheVoxels(g->cache)[first + order[i]];
-    const u32 plain = CacheColours(g->cache)[first + order[i]];
+    const CacheVoxel &v = part.voxels[order[i]];
+    const u32 plain = part.colours[order[i]];
     ASSERT_EQ(ColourAt(i), plain) << i;
     ASSERT_EQ(list.locations[4 * i + 2], 32 + v.z / 16.0f);
     const float h = HashToUnit(static_cast<u32>(v.x + v.y * v.z) + (plain & 255) * seed);

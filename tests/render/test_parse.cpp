@@ -156,8 +156,8 @@ TEST_F(ParseTest, EachStageSpendsByItsOwnTable) {
       const DetailLimits limits = LimitsOf(list);
       const BlockCache &c = *RecordAt(100, 100, 100)->cache;  // alike in all, whatever the light
       const bool maybe = visibility == MaybeVisible;
-      const i64 costs[3] = {c.opaqueCount + 5 * c.transparentCount, maybe ? c.quadCount : c.eightCount, maybe ? 1 : c.quadCount};
-      const i64 shown[3] = {c.opaqueCount, costs[1], costs[2]};
+      const i64 costs[3] = {c.counts[OpaqueList] + 5 * c.counts[TransparentList], maybe ? c.counts[QuadList] : c.counts[EightList], maybe ? 1 : c.counts[QuadList]};
+      const i64 shown[3] = {c.counts[OpaqueList], costs[1], costs[2]};
       i64 spent = 0, instances = 0;
       u32 left = 40, full = 0;
       for (int stage = 0; stage < 3; ++stage)
@@ -173,7 +173,7 @@ TEST_F(ParseTest, OnlyTheNearestBlocksAreBuiltInARun) {
   for (const u32 built : {3u, 6u, 9u, 10u}) {
     Parse(&list, player);
     EXPECT_EQ(list.publishedCount / 4, built * 1352 + 10 - built);
-    EXPECT_EQ(RecordAt(100 + 2 * static_cast<int>(built) - 2, 100, 100)->cache->opaqueCount, 1352);
+    EXPECT_EQ(RecordAt(100 + 2 * static_cast<int>(built) - 2, 100, 100)->cache->counts[OpaqueList], 1352);
   }
   RecordAt(100, 100, 100)->cacheDirty = true;
   Parse(&list, player);
@@ -191,9 +191,9 @@ TEST_F(ParseTest, SeeThroughVoxelsComeLastAndOnlyAtFullDetail) {
     Options.HighQualityTransparency = sorted;
     Parse(&list, player);
     const BlockCache &c = *RecordAt(100, 100, 100)->cache;
-    ASSERT_EQ(list.publishedCount / 4, 3u * (c.opaqueCount + c.transparentCount));
+    ASSERT_EQ(list.publishedCount / 4, 3u * (c.counts[OpaqueList] + c.counts[TransparentList]));
     for (u32 i = 0; i < list.publishedCount / 4; ++i)
-      ASSERT_EQ(list.publishedColours[4 * i + 3] == 255, i < 3u * c.opaqueCount) << i;
+      ASSERT_EQ(list.publishedColours[4 * i + 3] == 255, i < 3u * c.counts[OpaqueList]) << i;
   }
   Options.MaxVoxels = 1;
   Parse(&list, player);
