@@ -110,7 +110,7 @@ static void EndThrustSound() {
 
 // Thrust's end starts the dampener.
 static void StartDampening(const Player &p) {
-  if (Options.InertialDampening == 0.0f || p.suitPower < 2 || p.speed <= 0) return;
+  if (!(Options.InertialDampening > 0.0f) || p.suitPower < 2 || p.speed <= 0) return;
   dampenMode = 1;
   if (p.speed < WorkSpeed) PlayerFlags.tooFast = false;
 }
@@ -179,7 +179,7 @@ static void ApplyAccel(Player *p) {
 static void Dampen(Player *p, const Ship &ship) {
   const i8 mode = dampenMode;
   if (PlayerFlags.gripping || p->suitPower < 2 || (mode != 1 && mode != 2)) return;
-  const float rate = mode == 1 ? Options.InertialDampening * BrakeRate : BrakeRate;
+  const float rate = mode == 1 ? std::max(Options.InertialDampening.load(), 0.0f) * BrakeRate : BrakeRate;
   if (DampenStep(p, rate, ship.velocity[0], ship.velocity[1], ship.velocity[2])) dampenMode = 0;
 }
 
@@ -188,7 +188,7 @@ static void AdvanceRemotePlayers() {
   if (!Online || !TryLockMutex(&WorldMutex)) return;
   const Ship *ship = CurrentShip();
   for (RemotePlayer &other : RemotePlayers) {
-    for (int axis = 0; axis < 3; ++axis) other.solarLoc[axis] -= other.velocity[axis];
+    for (int axis = 0; axis < 3; ++axis) other.solarLoc[axis] = WorldDifference(other.solarLoc[axis], other.velocity[axis]);
     if (ship != nullptr) RelativeTo(*ship, other.solarLoc, other.relativeLoc);
   }
   UnlockMutex(&WorldMutex);

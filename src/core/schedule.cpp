@@ -96,7 +96,7 @@ int RunQuadCoreSystem() {
   Timed pieces[] = {{GpuLinkPiece, start, true}, {RenderPiece, start + 0.01, true}};
   Loop(pieces);
   LogWarn("Exiting Main Thread");
-  for (std::thread &t : threads) t.join();
+  for (std::thread &t : threads) JoinThread(&t);
   return 1;
 }
 
@@ -125,6 +125,6 @@ int RunDualCoreSystem() {
     Nap(std::min(Earliest(std::begin(motion), std::end(motion)), Earliest(std::begin(others), std::end(others))));
   }
   LogWarn("Exiting Main Thread");
-  other.join();
+  JoinThread(&other);
   return 1;
 }

@@ -43,10 +43,10 @@ static void RemoveAndExplode(Ship *ship) {
 }
 
 static void ExplodeOrTime(Ship *ship) {
-  if (KeyIsDown(KeyLeftControl))
-    RemoveAndExplode(ship);
-  else
+  if (!KeyIsDown(KeyLeftControl))
     LogSlowPieces = !LogSlowPieces;
+  else if (ship != nullptr)
+    RemoveAndExplode(ship);
 }
 
 static void ToggleCinematic(Ship *) {
@@ -133,7 +133,7 @@ struct FunctionKey {
 };
 
 constexpr FunctionKey FunctionKeys[] = {
-    {ToggleTutorial, false}, {ExplodeOrTime, true}, {ToggleCinematic, false}, {QuitWithAlt, false},
+    {ToggleTutorial, false}, {ExplodeOrTime, false}, {ToggleCinematic, false}, {QuitWithAlt, false},
     {TraceView, true},       {nullptr, false},      {LessScruff, true},       {MoreScruff, true},
     {DumpTarget, true},      {ToggleCollisions, false}, {nullptr, false},     {ResetCaches, true},
 };

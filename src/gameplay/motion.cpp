@@ -196,7 +196,7 @@ bool DampenStep(Player *p, float rate, i32 vx, i32 vy, i32 vz) {
     drift[a] = static_cast<double>(p->velocity[a]) - target[a];
     n += std::fabs(drift[a]);
   }
-  const bool arrived = !(n > static_cast<double>(rate));
+  const bool arrived = n == 0 || !(n > static_cast<double>(rate));
   for (int a = 0; a < 3; ++a) {
     const bool small = std::fabs(p->velocity[a]) < static_cast<double>(rate);
     if (arrived || small)

@@ -1,6 +1,8 @@
 // The one player record and its hand-over between threads.
 #include "gameplay/player.h"
 
+#include <algorithm>
+
 #include "platform/threads.h"
 
 PlayerFlagValues PlayerFlags;
@@ -63,6 +65,16 @@ void StoreAim(const Target &t) {
   ThePlayer.target = t;
 }
 
+// Movement re-aims after a held tool while the main thread locks and frees planes: an aim worked out from an older lock is
+// dropped, the next frame takes it anew.
+bool StoreAimIfUnlocked(const Target &t, const Target &read) {
+  ScopedLock lock(&PlayerLock);
+  Target &now = ThePlayer.target;
+  const bool same = now.aimState == read.aimState && std::equal(now.lockPlane, now.lockPlane + 3, read.lockPlane);
+  if (same) now = t;
+  return same;
+}
+
 void ResetPlayer() {
   Player fresh;
   fresh.heldBlock.state = StateWhole;
@@ -97,5 +109,5 @@ Vec3f ViewDirection(const Player &p) { return {-p.sinYaw * p.cosPitch, p.sinPitc
 
 void RelativeTo(const Ship &ship, const i64 (&solarLoc)[3], float (&relativeLoc)[3]) {
   for (int axis = 0; axis < 3; ++axis)
-    relativeLoc[axis] = static_cast<float>(solarLoc[axis] - ship.position[axis].load(std::memory_order_relaxed)) * 0.0001f;
+    relativeLoc[axis] = static_cast<float>(WorldDifference(solarLoc[axis], ship.position[axis].load(std::memory_order_relaxed))) * 0.0001f;
 }

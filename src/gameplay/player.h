@@ -12,7 +12,6 @@
 #pragma once
 
 #include <atomic>
-#include <string>
 
 #include "gameplay/ray.h"
 #include "world/block.h"
@@ -43,7 +42,7 @@ struct Player {
   i32 speed = 0;              // sum of the absolute components
   u16 toolTemperature = 2000; // quarter degrees
   float relativeLoc[3] = {};  // place in the current ship, in blocks
-  std::string name;
+  const char *name = "";  // not owned
   float pitch = 0, yaw = 0, roll = 0;  // degrees
   float sinPitch = 0, sinYaw = 0, sinRoll = 0, cosPitch = 1, cosYaw = 1, cosRoll = 1;
 };
@@ -64,6 +63,7 @@ void StoreMotion(const Player &p);      // Each writes its group back. Any threa
 void StoreView(const Player &p);
 void StoreHand(const Player &p);
 void StoreAim(const Target &t);
+bool StoreAimIfUnlocked(const Target &t, const Target &read);  // Only while the plane's lock is still as it was read.
 void ResetPlayer();                     // The values at the start of a game; solarLoc, name and suitPunctured stay.
 void ResetTarget(Target *t, u16 x, u16 y, u16 z);
 

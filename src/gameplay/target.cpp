@@ -18,6 +18,7 @@ static Cell3 CellOf(const float (&p)[3]) {
 
 // The block that the eye stands in, when the eye looks at one of its voxels. What the probe met last.
 static int ProbeOwnBlock(Target *t, Vec3f eye, Vec3f v, const Ship &ship) {
+  if (!InCube(eye)) return RaySpent;
   const Cell3 own = CellOf({eye.x, eye.y, eye.z});
   if (!BlockExists(own.x, own.y, own.z, ship)) return RaySpent;
   Ray ray = NewRayAway(eye, {eye.x - v.x, eye.y - v.y, eye.z - v.z});
@@ -82,7 +83,6 @@ bool UpdateTarget(Target *t, const Player &player, const Ship &ship) {
   if (t->aimState == 1 || t->aimState == 2) {
     t->marker.component = MarkerFace;
     const Vec3f eye = EyeOf(player), v = ViewDirection(player);
-    if (!InCube(eye)) return NothingInReach(t);
     if (ProbeOwnBlock(t, eye, v, ship) == RaySpent && !AimAlongView(t, eye, v, ship)) return false;
   }
   t->markerHidden = t->tooFast || t->cinematic || t->menuOpen || t->aimState == 0 || !Options.ShowReticle;
@@ -99,8 +99,9 @@ bool RefreshTarget() {
   const Ship *ship = CurrentShip();
   if (ship == nullptr) return false;
   Player p = ReadPlayer();
+  const Target read = p.target;
   ChooseFollowing(&p.target, p.activeTool);
   const bool processed = UpdateTarget(&p.target, p, *ship);
-  StoreAim(p.target);
+  StoreAimIfUnlocked(p.target, read);
   return processed;
 }

@@ -62,7 +62,6 @@ static void PressUnbuild(Player *p) {
 
 // The pause starts before the cut: the thread of Movement looks at the held button while this one waits for the world.
 static void PressCut(Player *p) {
-  if (p->target.targetBlocked) return;
   nextToolTime = ClockNow() + CutterPause;
   PressRemove(p);
 }

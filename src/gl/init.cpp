@@ -20,7 +20,7 @@
 #include "render/view.h"
 
 constexpr int MinWidth = 640, MinHeight = 480;
-constexpr float NearPlane = 0.1f, FarPlane = 10000.0f;
+constexpr double NearPlane = 0.1, FarPlane = 10000.0;
 
 struct LabelledHint {
   GLenum hint;
@@ -172,7 +172,7 @@ void ResizeViewport(int width, int height) {
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
   }
-  Perspective(ProjectionMatrix, fov, aspect, NearPlane, FarPlane);
+  Perspective(ProjectionMatrix, fov, aspect, static_cast<float>(NearPlane), static_cast<float>(FarPlane));
   Ortho2D(Projection2D, w, h);
 }
 

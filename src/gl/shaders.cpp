@@ -176,6 +176,10 @@ char *LoadShaderFile(const char *path, int *length) {
     }
     text[used++] = static_cast<char>(c);
   }
+  if (file != nullptr && ferror(file) != 0) {  // a folder, say
+    free(text);
+    text = nullptr;
+  }
   if (file != nullptr) fclose(file);
   if (text == nullptr) return LogError("Cannot open shader file"), nullptr;
   text[used] = 0;

@@ -79,6 +79,8 @@ static void StartOver(i8 *method, i8 *modifier) {
 }
 
 bool WindowLadder(i8 *method, i8 *modifier) {
+  if (*method < FirstMethod) *method = FirstMethod;
+  if (*modifier < 0) *modifier = 0;
   for (;; ++*method) {
     if (*method > LastMethod) StartOver(method, modifier);
     if (*modifier > LastModifier) break;

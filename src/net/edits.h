@@ -3,6 +3,6 @@
 
 #include "world/tree.h"
 
-int PlaceBlockNetworked(const Block &b, u16 x, u16 y, u16 z, Ship *ship);        // As PlaceBlock.
-bool RemoveBlockNetworked(u16 x, u16 y, u16 z, Ship *ship);                      // As RemoveBlock.
-int SetBlockComponentNetworked(u16 component, u16 x, u16 y, u16 z, Ship *ship);  // As ChangeBlockComponent.
+int PlaceBlockNetworked(const Block &b, u16 x, u16 y, u16 z, Ship *ship);        // As PlaceBlock: takes the world mutex.
+bool RemoveBlockNetworked(u16 x, u16 y, u16 z, Ship *ship);                      // As RemoveBlock: takes the world mutex.
+int SetBlockComponentNetworked(u16 component, u16 x, u16 y, u16 z, Ship *ship);  // World mutex held.

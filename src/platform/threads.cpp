@@ -99,3 +99,7 @@ std::thread StartThread(void (*body)(), const char *name) {
     return {};
   }
 }
+
+void JoinThread(std::thread *t) {
+  if (t->joinable()) t->join();
+}

@@ -36,4 +36,5 @@ extern Mutex HeatMutex;   // work-list counters and tempUnstable bits
 extern Mutex MoveMutex;   // the player's place and speed, the current ship while it changes
 extern Mutex LinkMutex;   // the published half of the voxel list
 
+void JoinThread(std::thread *t);  // Waits for its end; nothing for one that never started.
 std::thread StartThread(void (*body)(), const char *name);  // name: at most 15 letters, shown by the system's tools.

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <cstdlib>
 
 #include "core/log.h"
 #include "platform/keys.h"
@@ -89,8 +90,10 @@ static void OnGlfwPointer(GLFWwindow *, double x, double y) {
 static void OnGlfwButton(GLFWwindow *, int button, int action, int) {
   if (button < 0 || button >= MouseButtons) return;
   const bool down = action != GLFW_RELEASE;
-  ButtonsDown[button] = down;
+  // A press acts before it counts as held, or another thread would repeat it before it has said when to.
+  if (!down) ButtonsDown[button] = false;
   if (Callbacks.button != nullptr) Callbacks.button(button, down ? 1 : 0);
+  if (down) ButtonsDown[button] = true;
 }
 
 static void OnGlfwScroll(GLFWwindow *, double, double notches) {
@@ -165,6 +168,7 @@ bool InitPlatform() {
   if (PlatformUp) return true;
   glfwSetErrorCallback(OnGlfwError);
   PlatformUp = glfwInit() == GLFW_TRUE;
+  if (PlatformUp) std::atexit(glfwTerminate);  // gives a full screen, and its screen saver, back on every way out
   return PlatformUp;
 }
 

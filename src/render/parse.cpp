@@ -20,7 +20,7 @@ constexpr u8 PlacingGhost = 120, MarkerGhost = 200;  // alpha of the block about
 constexpr int PlaceTool = 0, PlaneTool = 2;          // tools that show the held block
 constexpr i64 SortedVoxelCost = 5;                   // what a see-through voxel costs when it has to be sorted
 constexpr u32 FetchAhead = 8;                        // entries between asking for memory and using it
-constexpr int CacheLines = 5;                        // of a cache are asked for; a longer list then runs in order
+constexpr int CacheLines = 4;                        // of a cache are asked for; a longer list then runs in order
 
 static GraphicBlock PreviewGraphic;  // Parse only; set up once by InitPreview
 static LightEntry PreviewLight{0, 0, 0, 255, 255, 255, 0};
@@ -165,7 +165,7 @@ u32 EmitCurrentShip(VoxelList *list, const Ship &ship, const Player &player) {
 static void EmitOtherShip(VoxelList *list, const Ship &ship, const Ship &current, const FrustumPlanes &f, const float (&eye)[3]) {
   float offset[3], camera[3];
   for (int axis = 0; axis < 3; ++axis) {
-    offset[axis] = static_cast<float>(current.position[axis] - ship.position[axis]) * 0.0001f;
+    offset[axis] = static_cast<float>(WorldDifference(current.position[axis], ship.position[axis])) * 0.0001f;
     camera[axis] = offset[axis] + eye[axis];
   }
   ForEachChunkInView(ship, f, camera, [&](Chunk &chunk, ChunkCells &cells, const float (&low)[3], int) {

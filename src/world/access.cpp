@@ -14,6 +14,16 @@
 #include "world/light.h"
 #include "world/lists.h"
 
+constexpr size_t DamageBytes = 512;
+
+// Damage bits that a cell no longer has. Rays read them without a lock, so they wait here for the end of the program.
+static std::vector<u8 *> RetiredDamage;  // world mutex
+
+static void RetireDamageBits(GraphicBlock *g) {
+  u8 *bits = g->damageBits.exchange(nullptr);
+  if (bits != nullptr) RetiredDamage.push_back(bits);
+}
+
 static bool InRange(u16 x, u16 y, u16 z) { return x < CellsPerAxis && y < CellsPerAxis && z < CellsPerAxis; }
 
 static int ReportOutOfRange(u16 x, u16 y, u16 z) {
@@ -148,12 +158,15 @@ void PlaceBlockInCells(const Block &b, const CellAddress &a, ChunkCells *cells, 
 }
 
 void PlaceBlockRaw(const Block &b, const CellAddress &a, Ship *ship) {
+  if (b.state == StateEmpty) return;
   ChunkCells *cells = EnsureChunk(a.mega, a.super, a.chunk, ship);
   if (cells != nullptr) PlaceBlockInCells(b, a, cells, ship);
+  else LogError("Unable to allocate block");
 }
 
 int PlaceBlockFast(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
   if (!InRange(x, y, z)) return LogError("Block place attempt outside bounds");
+  if (b.state == StateEmpty) return 0;
   const CellAddress a = AddressOf(x, y, z);
   ChunkCells *cells = EnsureChunk(a.mega, a.super, a.chunk, ship);
   if (cells == nullptr) return LogError("Unable to allocate block");
@@ -190,20 +203,19 @@ static int PlaceBlockHeld(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
     MarkTempUnstable(a, ship);
   }
   ++ship->lightCounter;
-  if (GraphicBlock *g = GraphicOf(*cells, a.block)) {
-    g->lightCount = 0;
-    g->lightId = ship->lightCounter;
-  }
+  if (GraphicBlock *g = GraphicOf(*cells, a.block)) g->lightCount = 0;
   const Component &component = Components[static_cast<size_t>(b.component)];
   if (GivesLight(static_cast<u16>(b.component)))
     CastLight(x, y, z, component.lightRed, component.lightGreen, component.lightBlue, *ship);
   TakeInLights(x, y, z, *ship);
+  if (GraphicBlock *g = GraphicOf(*cells, a.block)) g->lightId = ship->lightCounter;
   RefreshAround(x, y, z, *ship);
   return 1;
 }
 
 int PlaceBlock(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
   if (!InRange(x, y, z)) return LogError("Block place attempt outside bounds");
+  if (b.state == StateEmpty) return 0;
   ScopedLock world(&WorldMutex);
   return PlaceBlockHeld(b, x, y, z, ship);
 }
@@ -223,8 +235,10 @@ int ChangeBlockComponent(u16 component, u16 x, u16 y, u16 z, Ship *ship) {
 }
 
 // With shadows, light passes where a block is gone: every source that reached it is cast again.
-static void RecastThrough(u16 x, u16 y, u16 z, const GraphicBlock &g, const Ship &ship) {
-  const std::vector<LightEntry> lights(g.lightList, g.lightList + g.lightCount);
+static void RecastThrough(u16 x, u16 y, u16 z, const CellAddress &a, const ChunkCells &cells, const Ship &ship) {
+  const GraphicBlock *g = GraphicOf(cells, a.block);
+  if (g == nullptr || g->lightCount == 0) return;
+  const std::vector<LightEntry> lights(g->lightList, g->lightList + g->lightCount);
   for (const LightEntry &e : lights) {
     const u16 sx = static_cast<u16>(x + e.dx), sy = static_cast<u16>(y + e.dy), sz = static_cast<u16>(z + e.dz);
     TakeLightAway(sx, sy, sz, ship);
@@ -232,21 +246,12 @@ static void RecastThrough(u16 x, u16 y, u16 z, const GraphicBlock &g, const Ship
   }
 }
 
-static void LetLightThrough(u16 x, u16 y, u16 z, const CellAddress &a, ChunkCells *cells, const Ship &ship) {
-  const GraphicBlock *g = GraphicOf(*cells, a.block);
-  if (g == nullptr || g->lightCount == 0) return;
-  const u64 head = HeadOfCell(*cells, a.block);
-  StoreHead(cells, a.block, head & ~u64{3});
-  RecastThrough(x, y, z, *g, ship);
-  StoreHead(cells, a.block, head);  // back for a moment, so that it is taken off its lists as what it was
-}
-
 bool RemoveBlockHeld(u16 x, u16 y, u16 z, Ship *ship) {
   const CellAddress a = AddressOf(x, y, z);
   ChunkCells *cells = FindCells(a, *ship);
   if (cells == nullptr || !CellOccupied(*cells, a.block)) return false;
-  if (GivesLight(HeadComponent(HeadOfCell(*cells, a.block)))) TakeLightAway(x, y, z, *ship);
-  else if (Options.ExperimentalLight) LetLightThrough(x, y, z, a, cells, *ship);
+  const bool lamp = GivesLight(HeadComponent(HeadOfCell(*cells, a.block)));
+  if (lamp) TakeLightAway(x, y, z, *ship);
   UnlistBlock(a, ship);
   Block gone = BlockFromHead(HeadOfCell(*cells, a.block));
   gone.state = 0;
@@ -254,9 +259,9 @@ bool RemoveBlockHeld(u16 x, u16 y, u16 z, Ship *ship) {
   gone.material = 0;
   gone.component = 0;
   StoreHead(cells, a.block, HeadOf(gone));
+  if (!lamp && Options.ExperimentalLight) RecastThrough(x, y, z, a, *cells, *ship);
   if (GraphicBlock *g = GraphicOf(*cells, a.block)) {
-    u8 *damage = g->damageBits.exchange(nullptr);
-    std::free(damage);
+    RetireDamageBits(g);
     std::free(g->lightList);
     g->lightList = nullptr;
     g->lightCount = 0;
@@ -306,7 +311,8 @@ bool AllocDamageBits(const CellAddress &a, const Ship &ship) {
   ChunkCells *cells = chunk == nullptr ? nullptr : chunk->cells.load(std::memory_order_acquire);
   GraphicBlock *graphics = cells == nullptr ? nullptr : EnsureGraphics(cells, *chunk);
   if (graphics == nullptr) return false;
-  u8 *bits = static_cast<u8 *>(std::calloc(1, 512));
-  std::free(graphics[a.block].damageBits.exchange(bits));
+  RetireDamageBits(graphics + a.block);
+  u8 *bits = static_cast<u8 *>(std::calloc(1, DamageBytes));
+  graphics[a.block].damageBits.store(bits, std::memory_order_release);
   return bits != nullptr;
 }

@@ -20,7 +20,7 @@ bool VoxelSolid(float fx, float fy, float fz, const Ship &ship);  // Position in
 bool HeadVoxelSolid(u64 head, const u8 *damageBits, int vx, int vy, int vz);
 int VoxelClass(u64 head, const u8 *damageBits, int vx, int vy, int vz);  // 0 opaque, 1 seen through, 2 opaque but gone.
 
-// Writing. Raw and fast need the world mutex, or a world that no other thread sees yet.
+// Writing. A block with state 0 is none: nothing is written, and the result is 0. Raw and fast need the world mutex, or a world that no other thread sees yet.
 void PlaceBlockRaw(const Block &b, const CellAddress &a, Ship *ship);
 int PlaceBlockFast(const Block &b, u16 x, u16 y, u16 z, Ship *ship);           // 1 or 0.
 int PlaceBlock(const Block &b, u16 x, u16 y, u16 z, Ship *ship);               // 1 or 0. Takes the world mutex.

@@ -10,6 +10,8 @@
 constexpr int CellsPerAxis = 10000;
 constexpr int CellsPerChunk = 1000;
 constexpr i64 UnitsPerBlock = 10000;  // world coordinates to the block
+// a - b of two world coordinates. They come from files and servers, so it wraps at the ends of the range.
+inline i64 WorldDifference(i64 a, i64 b) { return static_cast<i64>(static_cast<u64>(a) - static_cast<u64>(b)); }
 constexpr u16 PlacedTemperature = 800;  // quarter degrees of a block that has just been placed
 
 // States of a cell.

@@ -67,8 +67,8 @@ void DumpBlock(u16 x, u16 y, u16 z, const Ship &ship) {
   const SuperChunk *supers = megas == nullptr ? nullptr : megas[a.mega].children.load();
   Chunk *chunks = supers == nullptr ? nullptr : supers[a.super].children.load();
   ChunkCells *cells = chunks == nullptr ? nullptr : chunks[a.chunk].cells.load();
-  if (megas == nullptr) LogError("No MegaChunk");
-  else if (supers == nullptr) LogError("No SuperChunk");
+  if (supers == nullptr) LogError("No MegaChunk");
+  else if (chunks == nullptr) LogError("No SuperChunk");
   else if (cells == nullptr) LogError("No Chunk");
   else if (!CellOccupied(*cells, a.block)) LogError("Damage wrong");
   else if (EnsureGraphics(cells, chunks[a.chunk]) == nullptr) LogError("Graphic block unallocated");

@@ -32,6 +32,7 @@ void ListAdd(ListKind kind, const CellAddress &a, Ship *ship) {
 
 void ListRemove(ListKind kind, const CellAddress &a, Ship *ship) {
   const Counters counters = CountersOf(kind, a, ship);
+  if (CheckCount(*counters.level[0]) == 0) return;
   for (u16 *counter : counters.level) {
     if (CheckCount(*counter) >= 2) {
       Change(counter, -1);

@@ -61,6 +61,9 @@ static void FreeCells(ChunkCells *cells) {
 }
 
 void FreeShip(Ship *ship) {
+  ship->displayName.clear();
+  ship->fileStem.clear();
+  ship->summary.reset();
   MegaChunk *megas = ship->megaChunks.exchange(nullptr);
   if (megas == nullptr) return;
   for (int m = 0; m < 1000; ++m) {
@@ -78,9 +81,6 @@ void FreeShip(Ship *ship) {
     delete[] supers;
   }
   delete[] megas;
-  ship->displayName.clear();
-  ship->fileStem.clear();
-  ship->summary.reset();
 }
 
 void ClearShipCaches(Ship *ship) {
