@@ -44,6 +44,7 @@ struct BuildInputs {
   u64 head = 0;
   const VoxelFacts *facts = nullptr;
   bool glass = false;      // the material is see-through
+  bool solid = false;      // every voxel goes to the opaque list
   PlaceFrame frame;
   ColourInputs colour;
   u8 ghostAlpha = 0;       // above 0: a ghost
@@ -67,6 +68,7 @@ static BuildInputs InputsOf(u64 head, const Ship &ship, u16 x, u16 y, u16 z, con
   in.colour.comScruff = SoundScruff(ship.ComScruffiness);
   in.colour.matScruff = SoundScruff(ship.MatScruffiness);
   in.ghostAlpha = g.cacheDirty ? 0 : g.ghostAlpha;
+  in.solid = !in.glass && in.ghostAlpha == 0 && Components[HeadComponent(head)].drawnTranslucent == 0;
   return in;
 }
 
@@ -79,13 +81,16 @@ static bool SeeThrough(u32 source, bool glass) {
 // branch has to be guessed.
 static void GatherExposed(const BuildInputs &in) {
   const Exposure &e = Work.exposure;
-  const bool ghost = in.ghostAlpha > 0;
+  const bool ghost = in.ghostAlpha > 0, anyGone = e.anyGone, glass = in.glass;
+  const u16 *const drawn = in.facts->drawn.data();
+  const u32 *const colours = in.facts->drawnColours.data();
+  const size_t count = in.facts->drawn.size();
   unsigned opaque = 0, transparent = 0;
-  for (size_t i = 0; i < in.facts->drawn.size(); ++i) {
-    const u16 v = in.facts->drawn[i];
-    const u32 source = in.facts->drawnColours[i];
+  for (size_t i = 0; i < count; ++i) {
+    const u16 v = drawn[i];
+    const u32 source = colours[i];
     const unsigned shown = static_cast<unsigned>(BitOf(e.shown, v));
-    const unsigned solid = !ghost && (!SeeThrough(source, in.glass) || (e.anyGone && BitOf(e.gone, v) != 0));
+    const unsigned solid = !ghost && (!SeeThrough(source, glass) || (anyGone && BitOf(e.gone, v) != 0));
     Work.opaque.indices[opaque] = Work.transparent.indices[transparent] = v;
     Work.opaque.sources[opaque] = Work.transparent.sources[transparent] = source;
     opaque += shown & solid;
@@ -95,8 +100,24 @@ static void GatherExposed(const BuildInputs &in) {
   Work.transparent.count = transparent;
 }
 
-static void ColourRun(const BuildInputs &in, ColourRule rule, const VoxelRun &run, unsigned first) {
-  ColourVoxels(in.colour, rule, in.frame,
+// The same for the many blocks where nothing is see-through.
+static void GatherSolid(const BuildInputs &in) {
+  const Exposure &e = Work.exposure;
+  const u16 *const drawn = in.facts->drawn.data();
+  const u32 *const colours = in.facts->drawnColours.data();
+  const size_t count = in.facts->drawn.size();
+  unsigned opaque = 0;
+  for (size_t i = 0; i < count; ++i) {
+    Work.opaque.indices[opaque] = drawn[i];
+    Work.opaque.sources[opaque] = colours[i];
+    opaque += static_cast<unsigned>(BitOf(e.shown, drawn[i]));
+  }
+  Work.opaque.count = opaque;
+  Work.transparent.count = 0;
+}
+
+static void ColourRun(const BuildInputs &in, bool seeThrough, const VoxelRun &run, unsigned first) {
+  ColourVoxels(in.colour, seeThrough, in.frame,
                {static_cast<int>(run.count), run.indices, run.sources, Work.places + first, Work.colours + first, Work.cells + first});
 }
 
@@ -196,13 +217,14 @@ static void BuildCoarser(const BuildInputs &in, u16 x, u16 y, u16 z, GraphicBloc
 
 static void BuildLists(const BuildInputs &in, const Ship &ship, u16 x, u16 y, u16 z, GraphicBlock *g) {
   FindExposure(in.head, ship, x, y, z, &Work.exposure);
-  GatherExposed(in);
+  if (in.solid) GatherSolid(in);
+  else GatherExposed(in);
   Work.counts.counts[OpaqueList] = static_cast<u16>(Work.opaque.count);
   Work.counts.counts[TransparentList] = static_cast<u16>(Work.transparent.count);
   if (in.ghostAlpha > 0) return ColourGhost(in);
-  ColourRun(in, ColourRule::Lit, Work.opaque, 0);
+  ColourRun(in, false, Work.opaque, 0);
   if (Work.exposure.anyGone) ColourBesideGone(in);
-  ColourRun(in, ColourRule::SeeThrough, Work.transparent, Work.opaque.count);
+  ColourRun(in, true, Work.transparent, Work.opaque.count);
   BuildCoarser(in, x, y, z, g);
 }
 

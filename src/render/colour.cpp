@@ -108,82 +108,128 @@ u32 GhostColour(const ColourInputs &in, u32 source, u32 v, u8 ghostAlpha) {
               std::min<u32>(ghostAlpha, m.alpha));
 }
 
-// Four voxels on their way through the rules.
-struct FourVoxels {
-  Float4 at[3];     // block space
-  Float4 light[3];  // 0 to 1
+// Lights as a batch uses them: in sixteenths of a block from the block's corner, which are whole numbers small enough that
+// no square or sum is rounded, each value in four lanes. The distance that FastSqrt gives is then sixteen times the other to
+// the bit, as 16 is a power of 4.
+struct BatchLights {
+  int count;
+  Float4 x[MaxBlockLights], y[MaxBlockLights], z[MaxBlockLights];
+  Float4 red[MaxBlockLights], green[MaxBlockLights], blue[MaxBlockLights];
 };
 
+// What stays the same over a batch, on the stack of its loop: nothing that the loop writes can change it.
+struct BatchConstants {
+  PlaceFrame frame;
+  Uint4 seed;
+  Float4 comScruff, matScruff;
+  Float4 red, green, blue;            // the material's
+  Float4 alpha, clear;                // its alpha, and what is missing from 255
+  BatchLights lights;
+};
+
+static BatchConstants ConstantsOf(const ColourInputs &in, const PlaceFrame &frame) {
+  const Material &m = *in.material;
+  BatchConstants k;
+  k.frame = frame;
+  k.seed = Splat(in.seed);
+  k.comScruff = Splat(in.comScruff);
+  k.matScruff = Splat(in.matScruff);
+  k.red = Splat(static_cast<float>(m.red));
+  k.green = Splat(static_cast<float>(m.green));
+  k.blue = Splat(static_cast<float>(m.blue));
+  k.alpha = Splat(static_cast<float>(m.alpha));
+  k.clear = Splat(static_cast<float>(255 - m.alpha));
+  const LightTable &t = in.lights;
+  k.lights.count = t.count;
+  for (int i = 0; i < t.count; ++i) {
+    k.lights.x[i] = Splat((t.x[i] - in.blockX) * 16.0f);
+    k.lights.y[i] = Splat((t.y[i] - in.blockY) * 16.0f);
+    k.lights.z[i] = Splat((t.z[i] - in.blockZ) * 16.0f);
+    k.lights.red[i] = Splat(t.red[i]);
+    k.lights.green[i] = Splat(t.green[i]);
+    k.lights.blue[i] = Splat(t.blue[i]);
+  }
+  return k;
+}
+
+struct Light3x4 {
+  Float4 red, green, blue;
+};
+
+// d: sixteenths of a block.
 static Float4 Falloff4(Float4 d) {
-  return Choose(d <= Splat(1.0f), Splat(1.0f), AtLeastZero(Splat(1.0f) - d * Splat(ReachShare)));
+  const Float4 one = Splat(1.0f);
+  return Choose(d <= Splat(16.0f), one, Larger(one - d * Splat(ReachShare / 16.0f), Float4{}));
 }
 
 static Float4 Away(float from, Float4 at) {  // the distance on one axis
   return std::bit_cast<Float4>(std::bit_cast<Int4>(Splat(from) - at) & 0x7fffffff);
 }
 
-static void LightFour(const ColourInputs &in, FourVoxels *four) {
-  Float4 red = {}, green = {}, blue = {};
-  const Float4 px = four->at[0], py = four->at[1], pz = four->at[2];
-  if (in.flashlight) {
-    const Float4 f = Falloff4(Away(in.camera[0], px) + Away(in.camera[1], py) + Away(in.camera[2], pz));
-    red = Splat(FlashRed) * f;
-    green = Splat(FlashGreen) * f;
-    blue = Splat(FlashBlue) * f;
-  }
-  const LightTable &t = in.lights;
-  for (int i = 0; i < t.count; ++i) {
-    const Float4 dx = Splat(t.x[i]) - px, dy = Splat(t.y[i]) - py, dz = Splat(t.z[i]) - pz;
-    const Float4 f = Falloff4(FastSqrt4(dx * dx + dy * dy + dz * dz));
-    red += Splat(t.red[i]) * f;
-    green += Splat(t.green[i]) * f;
-    blue += Splat(t.blue[i]) * f;
-  }
-  const Float4 full = Splat(255.0f), one = Splat(1.0f), share = Splat(ToUnit);
-  four->light[0] = Choose(red > full, one, red * share);
-  four->light[1] = Choose(green > full, one, green * share);
-  four->light[2] = Choose(blue > full, one, blue * share);
+static Light3x4 FlashlightFour(const ColourInputs &in, Float4 x, Float4 y, Float4 z) {
+  const Float4 share = Splat(ReachShare);
+  const Float4 d = Away(in.camera[0], Splat(in.blockX) + x * share) + Away(in.camera[1], Splat(in.blockY) + y * share) +
+                   Away(in.camera[2], Splat(in.blockZ) + z * share);
+  const Float4 f = Falloff4(d * Splat(16.0f));
+  return {Splat(FlashRed) * f, Splat(FlashGreen) * f, Splat(FlashBlue) * f};
 }
 
-static Uint4 ColourFour(const ColourInputs &in, ColourRule rule, Uint4 source, Uint4 v, const FourVoxels &four) {
-  const RuleBase base = RuleBases[static_cast<int>(rule)];
-  const Material &m = *in.material;
+// 255 is exactly 1.0 here, so that the smaller one is the limit of LimitLight.
+static Float4 LimitLight4(Float4 sum) { return Smaller(sum * Splat(ToUnit), Splat(1.0f)); }
+
+// x, y, z: sixteenths in the block.
+[[gnu::always_inline]] static inline Light3x4 LightFour(const ColourInputs &in, const BatchLights &lights, Float4 x, Float4 y, Float4 z) {
+  Light3x4 sum{};
+  if (in.flashlight) sum = FlashlightFour(in, x, y, z);
+  for (int i = 0; i < lights.count; ++i) {
+    const Float4 dx = lights.x[i] - x, dy = lights.y[i] - y, dz = lights.z[i] - z;
+    const Float4 f = Falloff4(FastSqrt4(dx * dx + dy * dy + dz * dz));
+    sum.red += lights.red[i] * f;
+    sum.green += lights.green[i] * f;
+    sum.blue += lights.blue[i] * f;
+  }
+  return {LimitLight4(sum.red), LimitLight4(sum.green), LimitLight4(sum.blue)};
+}
+
+template <ColourRule rule>
+static Uint4 ColourFour(const BatchConstants &k, Uint4 source, Uint4 v, const Light3x4 &light) {
+  constexpr RuleBase base = RuleBases[static_cast<int>(rule)];
   const Uint4 alpha = source >> 24;
-  const Int4 ofMaterial = alpha == Splat(u32{MaterialColoured});
-  const Float4 n = HashToUnit4(v * in.seed);
-  const Float4 noise = AtLeastZero(Choose(ofMaterial, Splat(base.material), Splat(base.own)) -
-                                   n * Choose(ofMaterial, Splat(in.matScruff), Splat(in.comScruff)));
+  const Int4 ofMaterial = std::bit_cast<Int4>(alpha) == i32{MaterialColoured};
+  const Float4 n = HashToUnit4(v * k.seed);
+  const Float4 start = base.material == base.own ? Splat(base.own) : Choose(ofMaterial, Splat(base.material), Splat(base.own));
+  const Float4 noise = Larger(start - n * Choose(ofMaterial, k.matScruff, k.comScruff), Float4{});
   const Float4 red = ToFloat(source & 255u), portion = red / Splat(255.0f);
   const Float4 shade = Choose(ofMaterial, Choose(red == Splat(0.0f), Splat(DarkestShade), portion), Splat(1.0f));
-  const Float4 plain[3] = {red, ToFloat(source >> 8 & 255u), ToFloat(source >> 16 & 255u)};
-  const u8 painted[3] = {m.red, m.green, m.blue};
-  Uint4 out = {};
-  for (u32 c = 0; c < 3; ++c) {
-    const Float4 colour = Choose(ofMaterial, Splat(static_cast<float>(painted[c])), plain[c]);
-    out |= CutToInt(colour * four.light[c] * noise * shade) << (8 * c);
-  }
-  if (rule != ColourRule::SeeThrough) return out | 0xff000000u;
-  const Float4 through = Splat(static_cast<float>(m.alpha)) + Splat(static_cast<float>(255 - m.alpha)) * (Splat(1.0f) - portion);
-  const Uint4 mask = std::bit_cast<Uint4>(ofMaterial);
-  return out | ((mask & CutToInt(through)) | (~mask & alpha)) << 24;
+  const Uint4 r = CutToInt(Choose(ofMaterial, k.red, red) * light.red * noise * shade);
+  const Uint4 g = CutToInt(Choose(ofMaterial, k.green, ToFloat(source >> 8 & 255u)) * light.green * noise * shade);
+  const Uint4 b = CutToInt(Choose(ofMaterial, k.blue, ToFloat(source >> 16 & 255u)) * light.blue * noise * shade);
+  const Uint4 colour = r | g << 8 | b << 16;
+  if (rule != ColourRule::SeeThrough) return colour | 0xff000000u;
+  const Uint4 through = CutToInt(k.alpha + k.clear * (Splat(1.0f) - portion)), mask = std::bit_cast<Uint4>(ofMaterial);
+  return colour | ((mask & through) | (~mask & alpha)) << 24;
 }
 
-void ColourVoxels(const ColourInputs &in, ColourRule rule, const PlaceFrame &frame, const ColourBatch &batch) {
+template <ColourRule rule>
+static void ColourAll(const ColourInputs &in, const PlaceFrame &frame, const ColourBatch &batch) {
+  const BatchConstants k = ConstantsOf(in, frame);
   for (int e = 0; e < batch.count; e += 4) {
     const u16 *i = batch.indices + e;
     const Uint4 v = {i[0], i[1], i[2], i[3]};
-    const Uint4 x = (v >> frame.shift[0] & 15u) ^ frame.flip[0];
-    const Uint4 y = (v >> frame.shift[1] & 15u) ^ frame.flip[1];
-    const Uint4 z = (v >> frame.shift[2] & 15u) ^ frame.flip[2];
-    FourVoxels four;
-    four.at[0] = Splat(in.blockX) + ToFloat(x) * Splat(ReachShare);
-    four.at[1] = Splat(in.blockY) + ToFloat(y) * Splat(ReachShare);
-    four.at[2] = Splat(in.blockZ) + ToFloat(z) * Splat(ReachShare);
-    LightFour(in, &four);
-    Store(batch.colours + e, ColourFour(in, rule, Load<Uint4>(batch.sources + e), v, four));
+    const Uint4 x = (v >> k.frame.shift[0] & 15u) ^ k.frame.flip[0];
+    const Uint4 y = (v >> k.frame.shift[1] & 15u) ^ k.frame.flip[1];
+    const Uint4 z = (v >> k.frame.shift[2] & 15u) ^ k.frame.flip[2];
+    const Light3x4 light = LightFour(in, k.lights, ToFloat(x), ToFloat(y), ToFloat(z));
+    Store(batch.colours + e, ColourFour<rule>(k, Load<Uint4>(batch.sources + e), v, light));
     Store(batch.places + e, x | y << 8 | z << 16);
     Store(batch.cells + e, (x >> 1) << 6 | (y >> 1) << 3 | z >> 1);
   }
+}
+
+void ColourVoxels(const ColourInputs &in, bool seeThrough, const PlaceFrame &frame, const ColourBatch &batch) {
+  if (batch.count == 0) return;
+  if (seeThrough) ColourAll<ColourRule::SeeThrough>(in, frame, batch);
+  else ColourAll<ColourRule::Lit>(in, frame, batch);
 }
 
 void CubeColour(GraphicBlock *g, u64 head, const Ship &ship) {

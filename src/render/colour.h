@@ -53,6 +53,6 @@ Light3 LightAt(const ColourInputs &in, float px, float py, float pz);  // Each 0
 // One colour, red in the lowest byte. source: as in ColourBatch; v: the voxel's index in the component.
 u32 VoxelColour(const ColourInputs &in, ColourRule rule, u32 source, u32 v, Light3 light);
 u32 GhostColour(const ColourInputs &in, u32 source, u32 v, u8 ghostAlpha);
-// Places and colours of a whole batch: what PlaceOf, LightAt and VoxelColour give, four voxels at a time.
-void ColourVoxels(const ColourInputs &in, ColourRule rule, const PlaceFrame &frame, const ColourBatch &batch);
+// Places and colours of a whole batch: what PlaceOf, LightAt and VoxelColour give, four voxels at a time, lit or see-through.
+void ColourVoxels(const ColourInputs &in, bool seeThrough, const PlaceFrame &frame, const ColourBatch &batch);
 void CubeColour(GraphicBlock *g, u64 head, const Ship &ship);  // Makes cacheState valid. World mutex.

@@ -31,8 +31,8 @@ inline void Store(void *to, Lanes lanes) {
 inline Float4 Choose(Int4 mask, Float4 a, Float4 b) {
   return std::bit_cast<Float4>((mask & std::bit_cast<Int4>(a)) | (~mask & std::bit_cast<Int4>(b)));
 }
-inline Float4 Keep(Int4 mask, Float4 a) { return std::bit_cast<Float4>(mask & std::bit_cast<Int4>(a)); }
-inline Float4 AtLeastZero(Float4 a) { return Keep(a > Splat(0.0f), a); }
+inline Float4 Larger(Float4 a, Float4 b) { return a > b ? a : b; }
+inline Float4 Smaller(Float4 a, Float4 b) { return a < b ? a : b; }
 
 // Lanes under 2^31 on both sides: these conversions never see the sign bit.
 inline Float4 ToFloat(Uint4 a) { return __builtin_convertvector(std::bit_cast<Int4>(a), Float4); }
