@@ -80,7 +80,8 @@ struct Render : testing::Test {
     g->lightList = static_cast<LightEntry *>(calloc(static_cast<size_t>(count) + 1, sizeof(LightEntry)));
     g->lightCount = static_cast<u8>(count);
     for (int i = 0; i < count; ++i) {
-      const auto offset = [&] { return static_cast<i8>(Draw(33) - 16); };
+      const int reach = Draw(3) == 0 ? 1 : 16;
+      const auto offset = [&] { return static_cast<i8>(Draw(2 * reach + 1) - reach); };
       const auto part = [&] { return static_cast<u8>(Draw(256)); };
       g->lightList[i] = {offset(), offset(), offset(), part(), part(), part(), 0};
     }

@@ -11,13 +11,14 @@
 
 struct ParseTest : Render {
   FrustumPlanes planes{};
-  u16 solid = 0, glassy = 0, glass = 0;
+  u16 solid = 0, glassy = 0, glass = 1, sparkling = 1;
   void SetUp() override {
     Render::SetUp();
     InitPreview();
     solid = SolidComponent();
     glassy = RandomComponent({0, 200, 255});
-    while (Materials[glass].alpha != 72) ++glass;
+    while (Materials[glass].alpha >= 100) ++glass;
+    while (Materials[sparkling].alpha < 100 || Materials[sparkling].alpha == 255) ++sparkling;
     player.target.markerHidden = true;
     TheShipTable.ships[0] = ship;
     TheShipTable.count = 1;
@@ -126,6 +127,23 @@ TEST_F(ParseTest, VisibleBlocksAreThoseOfASlowFilter) {
   }
 }
 
+TEST_F(ParseTest, PlanesComeFromTheRowsOfTheMatrix) {
+  float m[16];
+  for (int i = 0; i < 16; ++i) m[i] = static_cast<float>(i * i);
+  const FrustumPlanes f = BuildFrustumPlanes(m);
+  const struct {
+    int row, sign;
+    float widen;
+  } rows[6] = {{0, -1, 7}, {0, 1, 7}, {1, 1, 10}, {1, -1, 9}, {2, -1, 0}, {2, 1, 0}};
+  for (int p = 0; p < 6; ++p) {
+    const auto expected = [&](int c) { return m[4 * c + 3] + static_cast<float>(rows[p].sign) * m[4 * c + rows[p].row]; };
+    EXPECT_EQ(f.a[p], expected(0));
+    EXPECT_EQ(f.b[p], expected(1));
+    EXPECT_EQ(f.c[p], expected(2));
+    EXPECT_EQ(f.d[p], expected(3) + rows[p].widen);
+  }
+}
+
 TEST_F(ParseTest, BudgetsAreCutToIntegersAndNeverNegative) {
   const struct {
     u32 voxels, visible, others;
@@ -200,6 +218,26 @@ TEST_F(ParseTest, SeeThroughVoxelsComeLastAndOnlyAtFullDetail) {
   EXPECT_EQ(list.publishedCount / 4, 3u);
 }
 
+TEST_F(ParseTest, GlassGlintsWithASeedThatFollowsTheEye) {
+  for (const u16 material : {glass, sparkling}) {
+    Row(4, glassy, material, Visible, false);
+    for (int i = 0; i < 4; ++i) {
+      GiveLights(RecordAt(100 + 2 * i, 100, 100), 12);
+      Build(RecordAt(100 + 2 * i, 100, 100), CubeOf(material, glassy));
+    }
+    Parse(&list, player);
+    VoxelList expected;
+    ASSERT_TRUE(AllocVoxelList(&expected));
+    u32 seed = 0;
+    for (int i = 0; i < 4; ++i, seed += 100 * 125 * 100 + 98) {
+      if (material == glass) AppendTransparentSorted(RecordAt(100 + 2 * i, 100, 100), &expected, player.relativeLoc);
+      else AppendTransparentSparkle(RecordAt(100 + 2 * i, 100, 100), &expected, player.relativeLoc, seed);
+    }
+    EXPECT_EQ(memcmp(expected.colours, list.publishedColours + list.publishedCount - expected.count, expected.count), 0);
+    for (void *p : {static_cast<void *>(expected.locations), static_cast<void *>(expected.colours), static_cast<void *>(expected.publishedLocations), static_cast<void *>(expected.publishedColours)}) free(p);
+  }
+}
+
 TEST_F(ParseTest, PreviewStandsInFrontUnlessTheEyeIsInIt) {
   Row(1, solid, 5, Visible, true);
   player.target.markerHidden = false;
@@ -244,7 +282,7 @@ TEST_F(ParseTest, OtherShipsAreCubesThatTheNextBudgetPaysFor) {
     const float expected[4] = {102 + 1.5f + 0.46875f, 100.46875f, 100.46875f, 15.875f};
     EXPECT_EQ(memcmp(list.publishedLocations + 4 * 1352, expected, sizeof expected), 0);
     EXPECT_EQ(list.publishedColours[4 * 1352 + 1] == Materials[glass].green, grown);
-    EXPECT_EQ(list.publishedColours[4 * 1352 + 3], 72);
+    EXPECT_EQ(list.publishedColours[4 * 1352 + 3], Materials[glass].alpha);
   }
   FreeShip(other);
 }
