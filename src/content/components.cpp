@@ -3,12 +3,14 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <new>
 
 #include "content/table_reader.h"
 #include "core/log.h"
+#include "core/utils.h"
 
 static constexpr const char *ComponentsPath = "config/text/components";
-static constexpr int MaxComponents = 16383;  // rows of the file: ship files keep a row in 14 bits
+static constexpr int MaxComponents = 16382;  // rows of the file: ship files keep a row in 14 bits, and the last is the end row
 static constexpr size_t LongestTag = 31;
 static constexpr u16 RowMask = 1023;         // of RemotePlayerComponent and AsteroidRockBase
 static constexpr int RockShapes = 5;         // rows from AsteroidRockBase on that rock is made of
@@ -38,33 +40,40 @@ u16 ComponentCount = 1;
 u16 RemotePlayerComponent = 0, AsteroidRockBase = 1;
 u16 LiquidComponent = 0, GasComponent = 0, SolidifiedComponent = 0;
 
-static void AllocateGrids(Component *c) {
-  c->voxels = std::make_unique<Voxel[]>(VoxelsPerBlock);
-  c->voxelRuns = std::make_unique<Voxel[]>(VoxelsPerBlock);
-  c->facts = std::make_unique<VoxelFacts>();
+static bool NoGridMemory() { return LogError("Couldn't allocate enough memory for graphics data") != 0; }
+
+static bool AllocateGrids(Component *c) {
+  c->voxels.reset(new (std::nothrow) Voxel[VoxelsPerBlock]);
+  c->voxelRuns.reset(new (std::nothrow) Voxel[VoxelsPerBlock]);
+  c->facts.reset(new (std::nothrow) VoxelFacts());
+  return (c->voxels != nullptr && c->voxelRuns != nullptr && c->facts != nullptr) || NoGridMemory();
 }
 
-static void DeriveGrids(Component *c) {
-  BuildVoxelRuns(c->voxels.get(), c->voxelRuns.get(), &c->drawnOpaque, &c->drawnTranslucent);
+static bool DeriveGrids(Component *c) {
+  const int drawn = BuildVoxelRuns(c->voxels.get(), c->voxelRuns.get(), &c->drawnOpaque, &c->drawnTranslucent);
+  if (!TryReserve(&c->facts->drawn, static_cast<size_t>(drawn)) ||
+      !TryReserve(&c->facts->drawnColours, static_cast<size_t>(drawn)))
+    return NoGridMemory();
   BuildVoxelFacts(c->voxels.get(), c->voxelRuns.get(), c->facts.get());
+  return true;
 }
 
 // Row 0 and the end row have grids too, without a voxel, so that no row needs a test.
-static Component EmptyComponent() {
+static bool AddEmptyRow(ComponentTable *table) {
   Component c;
-  AllocateGrids(&c);
-  DeriveGrids(&c);
-  return c;
+  if (!AllocateGrids(&c) || !DeriveGrids(&c)) return false;
+  table->rows.push_back(std::move(c));
+  table->leads.push_back({});
+  return true;
 }
 
 static bool LoadGrids(Component *c, std::string_view stem) {
-  AllocateGrids(c);
+  if (!AllocateGrids(c)) return false;
   const std::string name(stem);
   const int percent = Load3mpGraphic(c->voxels.get(), name.c_str(), &c->opaqueVoxels, &c->translucentVoxels);
   if (percent == 0) return LogError("Couldn't load graphics file") != 0;
   c->fillPercent = static_cast<u8>(percent);
-  DeriveGrids(c);
-  return true;
+  return DeriveGrids(c);
 }
 
 // Values keep the low bits that their field has room for; the two that lead to other rows are set by CheckLeads.
@@ -85,9 +94,9 @@ static Component ComponentFrom(const TableField *f) {
 static bool ReadComponent(TableReader *reader, ComponentTable *table) {
   TableField fields[13];
   if (!NextTableRow(reader, ComponentColumns, fields)) return false;
-  if (table->rows.size() > MaxComponents) return FailTableLine(reader, "there is room for 16383 components only");
+  if (table->rows.size() > MaxComponents) return FailTableLine(reader, "there is room for 16382 components only");
+  if (!IsTableId(fields[0].number)) return FailTableLine(reader, "column 1, the id, must be from 1 to 65535");
   Component c = ComponentFrom(fields);
-  if (c.id == 0) return FailTableLine(reader, "column 1, the id, must be from 1 to 65535");
   std::string_view tags[2];
   if (!SplitTags(fields[12].word, LongestTag, false, tags, 2))
     return FailTableLine(reader, "column 13 has a word of more than 31 characters");
@@ -128,8 +137,7 @@ static u16 LastRowOf(u16 id) {
   return found;
 }
 
-// Keeps the rows that rules ask for by name, and tells of those that the table lacks. The shapes of rock are held inside
-// the table as long as it has that many rows.
+// Keeps the rows that rules ask for by name, and tells of those that the table lacks.
 static void KeepSpecialRows() {
   for (const u16 id : {u16{6}, u16{10}, RockId}) {
     char text[80];
@@ -137,9 +145,9 @@ static void KeepSpecialRows() {
     if (FindComponent(id) == 0) LogError(text);
   }
   RemotePlayerComponent = LastRowOf(RemotePlayerId);
-  const int rock = std::max<int>(LastRowOf(RockId), 1), lastBase = ComponentCount - RockShapes;
-  if (rock > lastBase && lastBase > 0) LogError("config/text/components needs five rows of rock from id 215 on");
-  AsteroidRockBase = static_cast<u16>(std::clamp(rock, 1, std::max(lastBase, 1)));
+  AsteroidRockBase = std::max<u16>(LastRowOf(RockId), 1);
+  if (FindComponent(RockId) != 0 && AsteroidRockBase + RockShapes > ComponentCount)
+    LogError("config/text/components needs five rows of rock from id 215 on");
 }
 
 // The table in use stays as it was until a whole new one is read.
@@ -148,14 +156,15 @@ int LoadComponents() {
   if (!OpenTable(&reader, ComponentsPath, "Error in Components file on line"))
     return LogError("Unable to open Components file");
   ComponentTable table;
-  table.rows.push_back(EmptyComponent());
-  table.leads.push_back({});
+  if (!TryReserve(&table.rows, MaxComponents + 2) || !TryReserve(&table.leads, MaxComponents + 2))
+    return LogError("Unable to allocate component graphic space.");
+  if (!AddEmptyRow(&table)) return 0;
   while (ReadComponent(&reader, &table)) {
   }
   if (reader.failed) return 0;
   CheckLeads(&table);
-  ComponentCount = static_cast<u16>(table.rows.size());
-  table.rows.push_back(EmptyComponent());
+  if (!AddEmptyRow(&table)) return 0;
+  ComponentCount = static_cast<u16>(table.rows.size() - 1);
   Components = std::move(table.rows);
   DeriveComponentTraits();
   KeepSpecialRows();

@@ -59,7 +59,7 @@ extern std::vector<Component> Components;  // row 0 empty, rows from 1, then the
 extern std::vector<u8> ComponentTraits;     // a ComponentTrait mask for each row of Components
 extern u16 ComponentCount;                 // the index of the end row
 extern u16 RemotePlayerComponent;          // row of id 160, under 1024
-extern u16 AsteroidRockBase;               // row of id 215, under 1024
+extern u16 AsteroidRockBase;               // row of id 215, under 1024; 1 without one
 extern u16 LiquidComponent, GasComponent, SolidifiedComponent;  // rows of ids 800, 850, 900
 
 int LoadComponents();                      // Returns the index of the end row, or 0 on failure (logged).

@@ -44,8 +44,8 @@ static bool ReadMaterial(TableReader *reader, std::vector<Material> *table) {
   TableField fields[17];
   if (!NextTableRow(reader, MaterialColumns, fields)) return false;
   if (table->size() > MaxMaterials) return FailTableLine(reader, "there is room for 254 materials only");
+  if (!IsTableId(fields[0].number)) return FailTableLine(reader, "column 1, the id, must be from 1 to 65535");
   Material m = MaterialFrom(fields);
-  if (m.id == 0) return FailTableLine(reader, "column 1, the id, must be from 1 to 65535");
   std::string_view tags[4];
   if (!SplitTags(fields[16].word, LongestTag, true, tags, 4))
     return FailTableLine(reader, "column 17 has a word of more than 31 characters");

@@ -4,6 +4,7 @@
 // and SwitchToControls lead to another section and End ends the file, each with a 1 behind it as its value.
 #include "content/options.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 
@@ -12,7 +13,7 @@
 #include "platform/files.h"
 
 static constexpr const char *OptionsPath = "config/text/options";
-static constexpr size_t OptionsFileLimit = 64 << 10;  // bytes; a file beyond it is no options file
+static constexpr size_t OptionsFileLimit = 64 << 10;  // bytes; no more is read
 
 OptionValues Options;
 std::atomic<bool> LogSlowPieces{false};
@@ -26,11 +27,12 @@ static const OptionValues defaults;
 struct IntOption {
   const char *key;
   u32 (*get)(const OptionValues &);
-  void (*set)(u32);  // cuts to the option's width
+  void (*set)(u32);  // cuts to the option's width, then holds in its range
 };
 struct FloatOption {
   const char *key;
   std::atomic<float> OptionValues::*value;
+  float least, most;  // a value of the file is held between them
 };
 struct TextOption {
   const char *key;
@@ -51,15 +53,15 @@ static u32 GetOption(const OptionValues &from) {
   return static_cast<u32>((from.*Value).load());
 }
 
-template <auto Value, u32 Mask>
+template <auto Value, u32 Mask, u32 Least, u32 Most>
 static void SetOption(u32 value) {
   using Kept = typename std::remove_reference_t<decltype(Options.*Value)>::value_type;
-  (Options.*Value).store(static_cast<Kept>(value & Mask));
+  (Options.*Value).store(static_cast<Kept>(std::clamp(value & Mask, Least, Most)));
 }
 
-template <auto Value, u32 Mask = WidthMask(Value)>
+template <auto Value, u32 Mask = WidthMask(Value), u32 Least = 0, u32 Most = Mask>
 static constexpr IntOption Int(const char *key) {
-  return {key, GetOption<Value>, SetOption<Value, Mask>};
+  return {key, GetOption<Value>, SetOption<Value, Mask, Least, Most>};
 }
 
 using O = OptionValues;
@@ -70,7 +72,7 @@ static constexpr IntOption intOptions[] = {
     Int<&O::ScreenWidth>("ScreenWidth"),
     Int<&O::ScreenHeight>("ScreenHeight"),
     Int<&O::InvertMouse>("InvertMouse"),
-    Int<&O::FOV>("FOV"),
+    Int<&O::FOV, 255, 1, 179>("FOV"),
     Int<&O::FrustumCull>("FrustumCull"),
     Int<&O::Tutorial>("Tutorial"),
     Int<&O::ShowReticle>("ShowReticle"),
@@ -103,13 +105,13 @@ static constexpr IntOption intOptions[] = {
 };
 
 static constexpr FloatOption floatOptions[] = {
-    {"MouseSensitivity", &O::MouseSensitivity},
-    {"GuiScaleX", &O::GuiScaleX},
-    {"GuiScaleY", &O::GuiScaleY},
-    {"SoundVolume", &O::SoundVolume},
-    {"MusicVolume", &O::MusicVolume},
-    {"InertialDampening", &O::InertialDampening},
-    {"ExplosionScale", &O::ExplosionScale},
+    {"MouseSensitivity", &O::MouseSensitivity, 0, 10},
+    {"GuiScaleX", &O::GuiScaleX, 0, 10},
+    {"GuiScaleY", &O::GuiScaleY, 0, 10},
+    {"SoundVolume", &O::SoundVolume, 0, 1},
+    {"MusicVolume", &O::MusicVolume, 0, 1},
+    {"InertialDampening", &O::InertialDampening, 0, 4},
+    {"ExplosionScale", &O::ExplosionScale, 0, 1000},
 };
 
 static constexpr TextOption textOptions[] = {
@@ -181,7 +183,9 @@ static bool FindOption(const Option (&options)[N], std::string_view key, Store s
 static bool StoreEntry(Section section, const Entry &e) {
   switch (section) {
     case FloatSection:
-      return FindOption(floatOptions, e.key, [&e](const FloatOption &o) { if (e.hasValue) Options.*o.value = e.real; });
+      return FindOption(floatOptions, e.key, [&e](const FloatOption &o) {
+        if (e.hasValue) Options.*o.value = std::clamp(e.real, o.least, o.most);
+      });
     case TextSection:
       return FindOption(textOptions, e.key, [&e](const TextOption &o) { if (e.hasValue) Options.*o.value = e.word; });
     case ControlSection:
@@ -201,8 +205,12 @@ bool LoadOptions() {
 
 bool ReadOptionsFile() {
   std::vector<u8> bytes;
-  TextCursor cursor;
-  if (!LoadText(OptionsPath, OptionsFileLimit, &bytes, &cursor)) return false;
+  if (!ReadFileFront(OptionsPath, OptionsFileLimit + 1, &bytes)) return false;
+  if (bytes.size() > OptionsFileLimit) {
+    LogWarn("config/text/options is over 64 KiB. Only its beginning is read.");
+    bytes.pop_back();
+  }
+  TextCursor cursor{{reinterpret_cast<const char *>(bytes.data()), bytes.size()}, 0};
   Section section = IntSection;
   Entry entry;
   for (int count = 1; ScanWord(&cursor, &entry.key); ++count) {

@@ -28,6 +28,7 @@ bool OpenTable(TableReader *reader, const char *path, const char *lineMessage); 
 // The next row's fields, as many as there are widths; a width is a word's greatest length, or NumberColumn. What stands
 // behind them in the line is skipped. False at the end of the file, and with failed set after a fault.
 bool NextTableRow(TableReader *reader, const std::vector<size_t> &widths, TableField *fields);
+inline bool IsTableId(i64 number) { return number >= 1 && number <= 65535; }  // All of it, before it is cut.
 bool FailTableLine(TableReader *reader, const char *what);  // Logs a fault of this line and sets failed; always false.
 void LogTableLine(const char *path, int line, const char *what);  // The error "path:line: what".
 // Splits words joined by "|" into at most count parts. The last part ends at the next bar if cut is set, or takes the

@@ -43,28 +43,35 @@ bool ScanInt(TextCursor *cursor, i64 *value) {
   return true;
 }
 
+// Whether a number has an exponent below zero.
+static bool IsSmall(std::string_view digits) {
+  const size_t e = digits.find_first_of("eE");
+  return e != std::string_view::npos && digits.substr(e, 2).back() == '-';
+}
+
 bool ScanFloat(TextCursor *cursor, float *value) {
   if (AtEnd(cursor)) return false;
   const std::string_view digits = NumberText(cursor);
-  float read = 0;
+  double read = 0;
   const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), read);
-  if (fault != std::errc() || !std::isfinite(read)) return false;
-  *value = read;
+  if (fault == std::errc::invalid_argument) return false;
   MoveTo(cursor, end);
+  // Only an exponent takes so few digits out of a double's range, and its sign tells at which end.
+  if (fault == std::errc::result_out_of_range)
+    read = IsSmall({digits.data(), end}) ? 0 : std::numeric_limits<double>::infinity();
+  if (!(std::abs(read) <= std::numeric_limits<float>::max())) return false;
+  *value = static_cast<float>(read);
   return true;
 }
 
 bool ScanLine(TextCursor *cursor, size_t longest, std::string_view *line) {
   if (cursor->at >= cursor->text.size()) return false;
-  const std::string_view rest = cursor->text.substr(cursor->at, longest + 1);
+  const std::string_view rest = cursor->text.substr(cursor->at, longest + 2);  // with room for CR LF
   const size_t end = rest.find('\n');
-  if (end == std::string_view::npos) {
-    *line = rest.substr(0, longest);
-    cursor->at += line->size();
-    return true;
-  }
-  *line = rest.substr(0, end > 0 && rest[end - 1] == '\r' ? end - 1 : end);
-  cursor->at += end + 1;
+  const size_t length = end != 0 && end != std::string_view::npos && rest[end - 1] == '\r' ? end - 1 : end;
+  const bool whole = length <= longest;
+  *line = rest.substr(0, whole ? length : longest);
+  cursor->at += whole ? end + 1 : line->size();
   return true;
 }
 

@@ -17,7 +17,7 @@ struct TextCursor {
 bool AtEnd(TextCursor *cursor);                               // Skips white space; whether nothing else is left.
 bool ScanWord(TextCursor *cursor, std::string_view *word);    // The next word. False only at the end of the text.
 bool ScanInt(TextCursor *cursor, i64 *value);                 // Takes as much as is a number; too large: the end of i64.
-bool ScanFloat(TextCursor *cursor, float *value);             // Likewise; only finite values.
+bool ScanFloat(TextCursor *cursor, float *value);  // Too small: 0. Too large: none, but the cursor has moved past it.
 // The rest of the line without its end, or its first longest characters: the next call then goes on in it. False at the
 // end of the text.
 bool ScanLine(TextCursor *cursor, size_t longest, std::string_view *line);

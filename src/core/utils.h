@@ -2,6 +2,8 @@
 #pragma once
 
 #include <bit>
+#include <exception>
+#include <vector>
 
 #include "core/types.h"
 
@@ -12,6 +14,17 @@ int Utf8Length(const char *s);                     // Code points among the firs
 int FloatToInt(float f);                           // Truncation; out of range values stop at the ends of int.
 void *GrowClear(void *p, size_t newSize, size_t oldSize);  // realloc; clears the bytes behind oldSize. Null on failure.
 char *GenerateName(int length, int spread);        // A malloc'ed pronounceable word of length +- spread letters.
+
+// Makes room for count elements in all. False, with the vector as it was, when there is no memory for them.
+template <typename T>
+bool TryReserve(std::vector<T> *v, size_t count) {
+  try {
+    v->reserve(count);
+  } catch (const std::exception &) {
+    return false;
+  }
+  return true;
+}
 
 // A fixed value in 0 to 1 for an input: stands in for a random number where a look has to stay the same.
 // The mixing steps are Thomas Wang's 32-bit integer hash.

@@ -2,15 +2,32 @@
 #include "persistence/gzip_file.h"
 
 #include <algorithm>
+#include <cstring>
 
+#include "core/utils.h"
 #include "platform/files.h"
 
 constexpr int GzipWindow = 15 + 16;  // the largest window, in gzip's wrapping
 constexpr int DefaultMemory = 8;
 
+// Reads on behind what is left of the input.
 static void FillInput(GzipReader *g) {
-  g->z.next_in = g->input.get();
-  g->z.avail_in = static_cast<uInt>(std::fread(g->input.get(), 1, GzipBufferBytes, g->file));
+  u8 *input = g->input.get();
+  if (g->z.avail_in > 0) std::memmove(input, g->z.next_in, g->z.avail_in);
+  g->z.next_in = input;
+  g->z.avail_in += static_cast<uInt>(std::fread(input + g->z.avail_in, 1, GzipBufferBytes - g->z.avail_in, g->file));
+}
+
+static bool AtMagic(GzipReader *g) {
+  if (g->z.avail_in < 2) FillInput(g);
+  return g->z.avail_in >= 2 && g->z.next_in[0] == 0x1f && g->z.next_in[1] == 0x8b;
+}
+
+// A gzip file may be several, one behind the other.
+static void BeginNextMember(GzipReader *g) {
+  if (AtMagic(g) && inflateReset(&g->z) == Z_OK) return;
+  g->ended = true;
+  g->damaged = g->z.avail_in > 0;
 }
 
 bool OpenGzip(GzipReader *g, const char *path, bool *opened) {
@@ -18,9 +35,7 @@ bool OpenGzip(GzipReader *g, const char *path, bool *opened) {
   *opened = g->file != nullptr;
   if (!*opened) return false;
   g->input = std::make_unique_for_overwrite<u8[]>(GzipBufferBytes);  // a small file touches little of it
-  FillInput(g);
-  if (g->z.avail_in >= 2 && g->input[0] == 0x1f && g->input[1] == 0x8b && inflateInit2(&g->z, GzipWindow) == Z_OK)
-    return true;
+  if (AtMagic(g) && inflateInit2(&g->z, GzipWindow) == Z_OK) return true;
   std::fclose(g->file);
   return false;
 }
@@ -32,8 +47,8 @@ size_t ReadGzip(GzipReader *g, u8 *out, size_t room) {
     if (g->z.avail_in == 0) FillInput(g);
     const bool starved = g->z.avail_in == 0;
     const int code = inflate(&g->z, Z_NO_FLUSH);
-    g->ended = starved || code != Z_OK;
-    g->damaged = g->ended && (code != Z_STREAM_END || g->z.avail_in > 0);
+    if (code == Z_STREAM_END) BeginNextMember(g);
+    else if (starved || code != Z_OK) g->ended = g->damaged = true;
   }
   return room - g->z.avail_out;
 }
@@ -58,8 +73,9 @@ static bool WriteDeflated(z_stream *z, int flush, std::vector<u8> *buffer, FileR
 static bool WriteCompressed(const std::vector<u8> &bytes, FileReplacement *file) {
   z_stream z{};
   if (deflateInit2(&z, Z_DEFAULT_COMPRESSION, Z_DEFLATED, GzipWindow, DefaultMemory, Z_DEFAULT_STRATEGY) != Z_OK) return false;
-  std::vector<u8> buffer(GzipBufferBytes);
-  bool good = true;
+  std::vector<u8> buffer;
+  bool good = TryReserve(&buffer, GzipBufferBytes);
+  if (good) buffer.resize(GzipBufferBytes);
   for (size_t done = 0, piece; good && done < bytes.size(); done += piece) {
     piece = std::min(bytes.size() - done, GzipBufferBytes);
     z.next_in = const_cast<Bytef *>(bytes.data() + done);

@@ -61,8 +61,15 @@ static std::string StemOf(const std::string &path) {
   return path.size() < 10 ? std::string() : path.substr(6, path.size() - 10);
 }
 
-// Decompresses into a buffer that always has room for the longest piece and unpacks what is whole in it.
-static void UnpackGzip(GzipReader *g, ShipUnpacker *u) {
+// What could not be read of a file would be lost with the next save, were it not for this.
+static void KeepDamagedFile(const char *path) {
+  const std::string name = KeepBeside(path, ".damaged");
+  if (!name.empty()) LogWarn(("The file as it was is kept as " + name).c_str());
+}
+
+// Decompresses into a buffer that always has room for the longest piece and unpacks what is whole in it. Whether that was
+// all of it.
+static bool UnpackGzip(GzipReader *g, ShipUnpacker *u) {
   constexpr size_t size = GzipBufferBytes + LongestPiece;
   const auto content = std::make_unique_for_overwrite<u8[]>(size);
   size_t have = 0;
@@ -72,7 +79,7 @@ static void UnpackGzip(GzipReader *g, ShipUnpacker *u) {
     have -= used;
     std::memmove(content.get(), content.get() + used, have);
   }
-  EndUnpack(u, content.get(), have);
+  return EndUnpack(u, content.get(), have);
 }
 
 int LoadShipStream(Ship *ship, const char *path, bool finish) {
@@ -80,13 +87,15 @@ int LoadShipStream(Ship *ship, const char *path, bool finish) {
   bool opened;
   if (!OpenGzip(&g, path, &opened)) {
     if (opened) LogError((std::string(path) + " is not a ship file").c_str());
+    KeepDamagedFile(path);
     return 0;
   }
   ship->fileStem = StemOf(path);
   ShipUnpacker u = BeginUnpack(ship, path);
-  UnpackGzip(&g, &u);
+  const bool whole = UnpackGzip(&g, &u);
   if (g.damaged) LogWarn((std::string("Ship file ") + path + " is damaged. All that could be read was loaded.").c_str());
   CloseGzip(&g);
+  if (!whole || g.damaged) KeepDamagedFile(path);
   if (finish) FinishShip(ship);
   return 1;
 }
@@ -106,11 +115,14 @@ static i64 PlaceOnAxis(i64 at, u16 size) {
 int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z) {
   const std::string file = name;
   const std::string path = file.rfind("saves/", 0) == 0 ? file : "saves/" + file;
-  Ship *ship = AppendShip(table);
+  Ship *ship = PrepareShip(table);
   if (ship == nullptr) return 0;
-  if (LoadShipStream(ship, path.c_str(), true) == 0) return 0;  // an empty ship stays in the row
-  ship->position[0] = PlaceOnAxis(x, ship->summary->sizeX);
-  ship->position[1] = PlaceOnAxis(y, ship->summary->sizeY);
-  ship->position[2] = PlaceOnAxis(z, ship->summary->sizeZ);
-  return 1;
+  const int loaded = LoadShipStream(ship, path.c_str(), true);
+  if (loaded != 0) {
+    ship->position[0] = PlaceOnAxis(x, ship->summary->sizeX);
+    ship->position[1] = PlaceOnAxis(y, ship->summary->sizeY);
+    ship->position[2] = PlaceOnAxis(z, ship->summary->sizeZ);
+  }
+  PublishShip(table);  // an empty one too
+  return loaded;
 }

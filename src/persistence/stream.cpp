@@ -7,6 +7,7 @@
 #include "content/components.h"
 #include "content/materials.h"
 #include "core/log.h"
+#include "core/utils.h"
 #include "persistence/cursor.h"
 #include "persistence/unpack.h"
 #include "platform/threads.h"
@@ -61,7 +62,7 @@ bool PackShip(const Ship &ship, std::vector<u8> *out) {
     return false;
   }
   const size_t headerBytes = name.size() + 3;
-  out->reserve(headerBytes + GroupBytes(ship));
+  if (!TryReserve(out, headerBytes + GroupBytes(ship))) return LogError("Not enough memory to save the ship") != 0;
   PutU8(out, StreamVersion);
   PutU8(out, static_cast<u8>(name.size()));
   PutBytes(out, name.data(), name.size());
@@ -203,7 +204,7 @@ static void WarnIf(bool fault, const ShipUnpacker &u, const char *text) {
   if (fault) LogWarn((std::string("Ship file ") + u.path + text).c_str());
 }
 
-void EndUnpack(ShipUnpacker *u, const u8 *bytes, size_t count) {
+bool EndUnpack(ShipUnpacker *u, const u8 *bytes, size_t count) {
   const size_t used = Unpack(u, bytes, count, true);
   u->cut = u->cut || !u->headerRead || (used < count && !u->stopped);
   WarnIf(u->longName, *u, " has a name over 64 letters. The rest of it was left out.");
@@ -212,6 +213,7 @@ void EndUnpack(ShipUnpacker *u, const u8 *bytes, size_t count) {
   WarnIf(u->unknownRow, *u, " has blocks that the tables don't know. Placeholders were put in their places.");
   WarnIf(u->tooLarge, *u, " is too large. The rest of it was left out.");
   WarnIf(u->cut, *u, " is cut short. All that is whole was loaded.");
+  return !u->longName && !u->badIndex && !u->unknownRow && !u->badCount && !u->cut && !u->stopped;
 }
 
 void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path) {

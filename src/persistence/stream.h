@@ -12,7 +12,7 @@
 
 constexpr int MaxShipName = 64;
 
-// The uncompressed bytes. World mutex held. False when displayName is too long (logged).
+// The uncompressed bytes. World mutex held. False when displayName is too long or memory lacks (logged).
 bool PackShip(const Ship &ship, std::vector<u8> *out);
 // Reads what is whole of packed bytes into an empty ship, with a warning for each kind of fault. World mutex, or a ship
 // that no other thread sees. Sets displayName.
@@ -22,7 +22,8 @@ void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path);
 int SaveShipStream(Ship *ship, const char *path);
 int SaveShipByName(Ship *ship);                          // To saves/<fileStem>.sts.
 int SaveShipRawStream(Ship *ship, const char *name);     // The uncompressed bytes, to saves/<name>.sls.
-// path: saves/<stem>.sts or cache/<stem>.sss. 1, or 0 when the file can't be opened. finish: with origins, light,
+// path: saves/<stem>.sts or cache/<stem>.sss. 1, or 0 when the file can't be opened or is no gzip file. A file that is
+// damaged in any way is kept beside it, as <path>.damaged, before a save can replace it. finish: with origins, light,
 // visibility and summary. World mutex, or a ship that no other thread sees.
 int LoadShipStream(Ship *ship, const char *path, bool finish);
 int LoadShipByName(Ship *ship, const char *name);        // From saves/<name>.sts; prints the path.

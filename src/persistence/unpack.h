@@ -20,5 +20,5 @@ ShipUnpacker BeginUnpack(Ship *ship, const char *path);
 // than LongestPiece, must be given again in front of what follows.
 size_t UnpackPiece(ShipUnpacker *u, const u8 *bytes, size_t count);
 constexpr size_t LongestPiece = 8 + 6 * CellsPerChunk;
-// Takes the whole entries of what is left at the end of the content, and reports the faults.
-void EndUnpack(ShipUnpacker *u, const u8 *bytes, size_t count);
+// Takes the whole entries of what is left at the end of the content, and reports the faults. True when there were none.
+bool EndUnpack(ShipUnpacker *u, const u8 *bytes, size_t count);

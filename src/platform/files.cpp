@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 
 bool BeginReplacement(FileReplacement *r, const char *path) {
   *r = {};
@@ -74,28 +75,53 @@ bool ReplaceFile(const char *path, const void *bytes, size_t count) {
   return CommitReplacement(&r);
 }
 
-static bool ReadAll(int descriptor, size_t limit, std::vector<u8> *out) {
+// Reads a plain file to its end or to most bytes, whichever comes first.
+static bool ReadUpTo(int descriptor, size_t most, std::vector<u8> *out) {
   struct stat info;
   if (fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) return false;
-  out->resize(std::min(static_cast<size_t>(info.st_size), limit) + 1);
+  out->resize(std::min(static_cast<size_t>(info.st_size) + 1, most));
   for (size_t have = 0;;) {
-    if (have == out->size()) out->resize(std::min(have * 2, limit) + 1);
+    if (have == out->size()) out->resize(std::min(have * 2, most));
     const ssize_t got = read(descriptor, out->data() + have, out->size() - have);
     if (got < 0 && errno == EINTR) continue;
-    if (got > 0) have += static_cast<size_t>(got);
-    if (got < 0 || have > limit) return false;
-    if (got > 0) continue;
+    if (got < 0) return false;
+    have += static_cast<size_t>(got);
+    if (got > 0 && have < most) continue;
     out->resize(have);
     return true;
   }
 }
 
 bool ReadWholeFile(const char *path, size_t limit, std::vector<u8> *out) {
+  const bool good = ReadFileFront(path, limit + 1, out) && out->size() <= limit;
+  if (!good) out->clear();
+  return good;
+}
+
+bool ReadFileFront(const char *path, size_t most, std::vector<u8> *out) {
   const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  const bool good = descriptor >= 0 && ReadAll(descriptor, limit, out);
+  const bool good = descriptor >= 0 && ReadUpTo(descriptor, most, out);
   if (descriptor >= 0) close(descriptor);
   if (!good) out->clear();
   return good;
+}
+
+static bool IsSameFile(const char *a, const char *b) {
+  struct stat first, second;
+  return lstat(a, &first) == 0 && lstat(b, &second) == 0 && first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+std::string KeepBeside(const char *path, const char *ending) {
+  for (int copy = 1; copy <= 9; ++copy) {
+    const std::string name = std::string(path) + ending + (copy == 1 ? "" : std::to_string(copy));
+    if (link(path, name.c_str()) == 0) return name;
+    const int fault = errno;
+    std::error_code ignored;
+    if (fault == EEXIST && IsSameFile(path, name.c_str())) return name;
+    if (fault == EPERM && std::filesystem::copy_file(path, name, ignored)) return name;  // a disk without second names
+    if (fault != EEXIST) break;
+  }
+  return {};
 }
 
 bool MakeDirectory(const char *path) { return mkdir(path, 0777) == 0; }

@@ -21,5 +21,9 @@ void AbandonReplacement(FileReplacement *r);  // Removes the temporary.
 bool ReplaceFile(const char *path, const void *bytes, size_t count);  // The four calls in one.
 
 bool ReadWholeFile(const char *path, size_t limit, std::vector<u8> *out);  // False: missing, unreadable or over limit.
+bool ReadFileFront(const char *path, size_t most, std::vector<u8> *out);   // All, or the first bytes of a longer file.
+// Gives a file a second name, path + ending or the same with 2 to 9 behind it, under which it outlives a replacement.
+// The name, also when the file has it already; empty when that can't be done. A missing file is no fault.
+std::string KeepBeside(const char *path, const char *ending);
 bool MakeDirectory(const char *path);  // True when the directory was made.
 bool RemoveTree(const char *path);     // Deletes a file or a folder; entries that begin with "." stay, and their folder.

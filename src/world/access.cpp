@@ -186,7 +186,9 @@ static void RefreshAround(u16 x, u16 y, u16 z, const Ship &ship) {
       }
 }
 
-static int PlaceBlockHeld(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
+int PlaceBlockHeld(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
+  if (!InRange(x, y, z)) return LogError("Block place attempt outside bounds");
+  if (b.state == StateEmpty) return 0;
   const CellAddress a = AddressOf(x, y, z);
   ChunkCells *cells = EnsureChunk(a.mega, a.super, a.chunk, ship);
   if (cells == nullptr) return LogError("Unable to allocate block");
@@ -214,8 +216,6 @@ static int PlaceBlockHeld(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
 }
 
 int PlaceBlock(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
-  if (!InRange(x, y, z)) return LogError("Block place attempt outside bounds");
-  if (b.state == StateEmpty) return 0;
   ScopedLock world(&WorldMutex);
   return PlaceBlockHeld(b, x, y, z, ship);
 }

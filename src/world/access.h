@@ -24,6 +24,7 @@ int VoxelClass(u64 head, const u8 *damageBits, int vx, int vy, int vz);  // 0 op
 void PlaceBlockRaw(const Block &b, const CellAddress &a, Ship *ship);
 int PlaceBlockFast(const Block &b, u16 x, u16 y, u16 z, Ship *ship);           // 1 or 0.
 int PlaceBlock(const Block &b, u16 x, u16 y, u16 z, Ship *ship);               // 1 or 0. Takes the world mutex.
+int PlaceBlockHeld(const Block &b, u16 x, u16 y, u16 z, Ship *ship);           // The same with the world mutex held.
 int ChangeBlockComponent(u16 component, u16 x, u16 y, u16 z, Ship *ship);      // 1 or 0. World mutex held.
 bool RemoveBlock(u16 x, u16 y, u16 z, Ship *ship);                             // Takes the world mutex.
 bool RemoveBlockHeld(u16 x, u16 y, u16 z, Ship *ship);                         // The same with the world mutex held.

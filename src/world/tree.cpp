@@ -34,20 +34,22 @@ bool AllocShipTable(Ship *ship) {
   return megas != nullptr;
 }
 
-Ship *AppendShip(ShipTable *table) {
+Ship *PrepareShip(ShipTable *table) {
   const u16 row = table->count.load();
   if (row >= MaxShips) return nullptr;
   Ship *ship = ShipAt(*table, row);
   if (ship == nullptr) ship = new (std::nothrow) Ship;
   if (ship == nullptr) return nullptr;
   InitShip(ship, row);
-  if (!AllocShipTable(ship)) {
-    delete ship;
-    table->ships[row].store(nullptr, std::memory_order_release);
-    return nullptr;
-  }
   table->ships[row].store(ship, std::memory_order_release);
-  table->count.store(static_cast<u16>(row + 1));
+  return AllocShipTable(ship) ? ship : nullptr;
+}
+
+void PublishShip(ShipTable *table) { ++table->count; }
+
+Ship *AppendShip(ShipTable *table) {
+  Ship *ship = PrepareShip(table);
+  if (ship != nullptr) PublishShip(table);
   return ship;
 }
 

@@ -91,7 +91,11 @@ inline Ship *CurrentShip() { return ShipAt(TheShipTable, TheShipTable.current.lo
 
 void InitShip(Ship *ship, u32 id);        // The defaults; summary stays as it is.
 bool AllocShipTable(Ship *ship);          // The empty MegaChunk table; must come before any access.
-Ship *AppendShip(ShipTable *table);       // InitShip and AllocShipTable in a new row at the end; null when full or no memory.
+// InitShip and AllocShipTable in the row behind the last, which nobody else looks at before PublishShip counts it. Null when
+// the table is full or memory lacks. The world mutex is held from the one call to the other.
+Ship *PrepareShip(ShipTable *table);
+void PublishShip(ShipTable *table);
+Ship *AppendShip(ShipTable *table);       // Both: an empty ship at the end of the table.
 void FreeShip(Ship *ship);                // Frees the tree and all that hangs on it; the record stays. World mutex.
 void ClearShipCaches(Ship *ship);         // Frees the voxel lists of every cell. World mutex.
 // The cells of a chunk entry, made at need; null (and "Could not allocate block" logged) without memory. World mutex.

@@ -94,7 +94,7 @@ static void PlaceHeart(Ship *ship) {
   heart.material = RockMaterial();
   heart.component = static_cast<u16>(std::max(FindComponent(HeartId), 1));
   heart.temp = PlacedTemperature;
-  PlaceBlock(heart, Centre, Centre, Centre, ship);
+  PlaceBlockHeld(heart, Centre, Centre, Centre, ship);
 }
 
 // Puts the middle cell on the given point; at the far end of the world the place wraps like every other.
@@ -104,15 +104,12 @@ static void PutMiddle(i64 x, i64 y, i64 z, Ship *ship) {
     ship->position[axis] = static_cast<i64>(static_cast<u64>(at[axis]) - static_cast<u64>(CentreUnits));
 }
 
+// World mutex held.
 static void Generate(u16 size, i64 x, i64 y, i64 z, Ship *ship, RandomState *g) {
   AsteroidGenerated = true;
   PutMiddle(x, y, z, ship);
-  {
-    ScopedLock world(&WorldMutex);
-    GrowBody(size, g, ship);
-  }
+  GrowBody(size, g, ship);
   if (size == 1) PlaceHeart(ship);
-  ScopedLock world(&WorldMutex);
   AssignCoordinates(ship);
   StatePass(*ship);
   ship->summary = BuildShipSummary(ship);
@@ -121,22 +118,24 @@ static void Generate(u16 size, i64 x, i64 y, i64 z, Ship *ship, RandomState *g) 
 void GenerateAsteroid(u16 size, i64 x, i64 y, i64 z, Ship *ship) {
   RandomState g;
   SeedGenerator(&g);
+  ScopedLock world(&WorldMutex);
   Generate(size, x, y, z, ship, &g);
 }
 
 void GenerateAsteroidSeeded(u16 size, i64 x, i64 y, i64 z, Ship *ship, u32 seed) {
   RandomState g;
   SeedGeneratorWith(&g, seed);
+  ScopedLock world(&WorldMutex);
   Generate(size, x, y, z, ship, &g);
 }
 
 bool AddAsteroid(u16 size, i64 x, i64 y, i64 z, ShipTable *table) {
-  Ship *ship;
-  {
-    ScopedLock world(&WorldMutex);
-    ship = AppendShip(table);
-  }
+  RandomState g;
+  SeedGenerator(&g);
+  ScopedLock world(&WorldMutex);
+  Ship *ship = PrepareShip(table);
   if (ship == nullptr) return false;
-  GenerateAsteroid(size, x, y, z, ship);
+  Generate(size, x, y, z, ship, &g);
+  PublishShip(table);
   return true;
 }
