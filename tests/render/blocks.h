@@ -10,6 +10,7 @@
 #include "content/materials.h"
 #include "content/options.h"
 #include "render/cache.h"
+#include "render/debris.h"
 #include "support/installation.h"
 #include "world/access.h"
 
@@ -40,6 +41,7 @@ struct Render : testing::Test {
     LoadTables();
     ResetOptions();
     AsteroidGenerated = false;
+    InitDebris();
     Options.flashlightLit = false;
     ship = NewTestShip();
     ASSERT_TRUE(AllocVoxelList(&list));
@@ -47,9 +49,12 @@ struct Render : testing::Test {
   void TearDown() override {
     FreeShip(ship);
     delete ship;
-    for (void *p : {static_cast<void *>(list.locations), static_cast<void *>(list.colours), static_cast<void *>(list.visibleBlocks),
-                    static_cast<void *>(list.publishedLocations), static_cast<void *>(list.publishedColours)})
-      free(p);
+    FreeArrays(&list);
+  }
+  static void FreeArrays(VoxelList *l) {
+    for (float *p : {l->locations, l->publishedLocations}) free(p);
+    for (u8 *p : {l->colours, l->publishedColours}) free(p);
+    free(l->visibleBlocks);
   }
   int Draw(int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); }
   Voxel DrawVoxel(const std::vector<u8> &alphas) {

@@ -19,7 +19,7 @@ struct SlowCache {
 struct SlowBlock {
   Block block;
   const u8 *damage = nullptr;
-  const Component &Row() const { return Components[block.component]; }
+  const Voxel &At(int v) const { return Components[block.component].voxels[static_cast<size_t>(v)]; }
   const Material &Stuff() const { return Materials[block.material]; }
   bool Glass() const { return Stuff().alpha != 255; }
   int Index(int x, int y, int z) const { return VoxelIndex(x, y, z, block.rotation, block.rotation2); }
@@ -41,7 +41,7 @@ struct SlowModel {
         int to[3] = {at[0], at[1], at[2]};
         to[axis] += step;
         if (to[axis] >= 0 && to[axis] <= 15) {
-          const u8 a = own.Row().voxels[static_cast<size_t>(own.Index(to[0], to[1], to[2]))].alpha;
+          const u8 a = own.At(own.Index(to[0], to[1], to[2])).alpha;
           const bool seen = (a >= 2 && a <= 249) || (own.Glass() && a == 254);
           ++inside, open += a < 2 || seen, through += seen;
           continue;
@@ -52,7 +52,7 @@ struct SlowModel {
         if (kind == 2) return 2;
         open += kind;
       }
-    const u8 a = own.Row().voxels[static_cast<size_t>(v)].alpha;
+    const u8 a = own.At(v).alpha;
     if (inside == 6 && through == 6 && (a < 250 || (own.Glass() && a == 254))) return 0;
     return open > 0 ? 1 : 0;
   }
@@ -77,7 +77,7 @@ struct SlowModel {
   // rule: 0 lit, 1 see-through, 2 beside a voxel that is gone, 3 ghost.
   u32 Colour(int rule, const int (&at)[3], int v) const {
     static const float bases[2][4] = {{1.0f, 0.6f, 0.65f, 0.6f}, {1.0f, 0.2f, 0.45f, 0.2f}};
-    const Voxel &voxel = own.Row().voxels[static_cast<size_t>(v)];
+    const Voxel &voxel = own.At(v);
     const bool ofMaterial = voxel.alpha == 254, plain = rule == 3 && ghost >= 200;
     const u32 seed = static_cast<u32>(cell[1]) * 125u * static_cast<u32>(cell[0]) * static_cast<u32>(cell[2]) + static_cast<u32>(cell[0]);
     const float n = HashToUnit(seed * static_cast<u32>(v)), scruff = ofMaterial ? ship->MatScruffiness : ship->ComScruffiness;
@@ -120,24 +120,12 @@ struct SlowModel {
           out->lists[level].push_back({x, y, z, colour});
         }
   }
-  void Cube(SlowCache *out) const {
-    const int count = static_cast<int>(out->lists[3].size());
-    if (count == 0) return;
-    const u32 place = static_cast<u32>(cell[0]) * static_cast<u32>(cell[1]) * static_cast<u32>(cell[2]);
-    const float f = std::max(0.0f, 1 - 2 * ship->ComScruffiness * HashToUnit(place));
-    for (int i = 0; i < 3; ++i) {
-      int total = 0;
-      for (const Entry &e : out->lists[3]) total += static_cast<int>(e.colour >> (8 * i) & 255);
-      out->cube[i] = static_cast<int>(static_cast<float>(total / count) * f);
-    }
-    out->cube[0] = std::max(1, out->cube[0]);
-  }
   SlowCache Build() const {
     SlowCache out;
     std::vector<int> where(4096), map(4096), eights(4097);
     for (int p = 0; p < 4096; ++p) where[static_cast<size_t>(own.Index(p >> 8, p >> 4 & 15, p & 15))] = p;
     for (int v = 0; v < 4096; ++v) {
-      const u8 alpha = own.Row().voxelRuns[static_cast<size_t>(v)].alpha;
+      const u8 alpha = Components[own.block.component].voxelRuns[static_cast<size_t>(v)].alpha;
       if (alpha == 0) continue;
       const int p = where[static_cast<size_t>(v)], at[3] = {p >> 8, p >> 4 & 15, p & 15};
       const int r = Exposure(at, v);
@@ -152,7 +140,14 @@ struct SlowModel {
     for (size_t e = 0; e < out.lists[2].size(); ++e)
       eights[static_cast<size_t>(own.Index(out.lists[2][e].x, out.lists[2][e].y, out.lists[2][e].z))] = static_cast<int>(e);
     Coarser(&out, eights, 3);
-    Cube(&out);
+    const u32 place = static_cast<u32>(cell[0]) * static_cast<u32>(cell[1]) * static_cast<u32>(cell[2]);
+    const float f = std::max(0.0f, 1 - 2 * ship->ComScruffiness * HashToUnit(place));
+    const int quads = static_cast<int>(out.lists[3].size());
+    for (int i = 0; i < 3 && quads > 0; ++i) {
+      int total = 0;
+      for (const Entry &e : out.lists[3]) total += static_cast<int>(e.colour >> (8 * i) & 255);
+      out.cube[i] = std::max(i == 0 ? 1 : 0, static_cast<int>(static_cast<float>(total / quads) * f));
+    }
     return out;
   }
 };
