@@ -46,26 +46,21 @@ static Loaded Load(int (*load)(), const std::string &path, const std::string &fi
 static Loaded LoadMaterialText(const std::string &file) { return Load(LoadMaterials, "config/text/materials", file); }
 static Loaded LoadComponentText(const std::string &file) { return Load(LoadComponents, "config/text/components", file); }
 
-static std::string Repeat(int count, const std::string &text) {
-  std::string all;
-  for (int i = 0; i < count; ++i) all += text;
-  return all;
-}
-
 TEST(Tables, ABrokenRowIsToldWithItsLineAndTheOldTableStays) {
   const std::string good = MaterialRow(110, "metal Common"), w32(32, 'w'), w64(64, 'w');
+  std::string many;
+  for (int row = 0; row < 255; ++row) many += good;
   ASSERT_EQ(LoadMaterialText(good).result, 2);
   const struct { std::string file; int line; } materials[] = {
       {"# a\n1 2 3 metal\n", 2}, {good + "1" + numbers, 2}, {"0" + numbers + "a b\n", 1}, {"65537" + numbers + "a b\n", 1},
       {"x" + numbers + "a b\n", 1}, {"1.5" + numbers + "a b\n", 1}, {MaterialRow(1, w64 + " b"), 1},
       {MaterialRow(1, "a b|" + w32), 1}, {"\n\n" + MaterialRow(1, "a " + std::string(300, 'w')), 3},
-      {MaterialRow(1, "a b " + std::string(4096, 'c')), 1}, {Repeat(255, good), 255}, {std::string("\0\0\xff\n", 4), 1}};
+      {MaterialRow(1, "a b " + std::string(4096, 'c')), 1}, {many, 255}, {std::string("\0\0\xff\n", 4), 1}};
   for (const auto &c : materials) {
     const Loaded loaded = LoadMaterialText(c.file);
     EXPECT_EQ(loaded.result, 0) << c.file.substr(0, 80);
-    const std::string line = std::to_string(c.line);
-    EXPECT_EQ(loaded.log.find("info: Error in Materials file on line " + line + " \n*ERR: config/text/materials:" + line + ": "),
-              0u) << loaded.log;
+    const std::string line = std::to_string(c.line), words = "info: Error in Materials file on line " + line;
+    EXPECT_EQ(loaded.log.find(words + " \n*ERR: config/text/materials:" + line + ": "), 0u) << loaded.log;
     EXPECT_EQ(Materials.size(), 3u);
   }
   const struct { std::string file; int line; } components[] = {
@@ -116,9 +111,8 @@ TEST(Tables, WhatLeadsOutOfTheTableBecomesZero) {
     EXPECT_TRUE(c.familyOffset == rows[i].family && c.frameStep == rows[i].step && c.frameDelay == rows[i].delay) << i;
     EXPECT_EQ(ComponentTraits[i + 1], rows[i].traits) << i;
   }
-  for (const char *line : {"components:3: column 10", "components:4: column 10", "components:4: column 12",
-                           "components:5: column 12", "components:7: column 12"})
-    EXPECT_NE(loaded.log.find(line), std::string::npos) << line << "\n" << loaded.log;
+  EXPECT_EQ(Count(loaded.log, "leads outside the table"), 5) << loaded.log;
+  EXPECT_EQ(Count(loaded.log, "components:4: column 1"), 2) << loaded.log;
   EXPECT_EQ(RemotePlayerComponent, 1);
   EXPECT_EQ(AsteroidRockBase, 7);
   EXPECT_EQ(Count(loaded.log, "needs five rows of rock"), 1);
@@ -145,15 +139,14 @@ TEST(Tables, CategoriesListBasesByName) {
 }
 
 TEST(Tables, ALineOfFullLengthIsOneRowWhateverEndsIt) {
-  const std::string ends[] = {"\n", "\r\n", ""};
-  for (const std::string &end : ends)
-    for (const size_t length : {size_t{9}, size_t{10}, size_t{11}}) {
-      const std::string text = std::string(length, 'x') + end + "y" + end;
-      TextCursor cursor{text, 0};
-      std::string_view line;
-      std::string rows;
-      while (ScanLine(&cursor, 10, &line)) rows += std::to_string(line.size()) + " ";
-      if (end.empty()) EXPECT_EQ(rows, length == 9 ? "10 " : length == 10 ? "10 1 " : "10 2 ");
-      else EXPECT_EQ(rows, length == 9 ? "9 1 " : length == 10 ? "10 1 " : "10 1 1 ") << length;
-    }
+  const std::pair<std::string, std::string> cases[] = {
+      {"123456789\r\ny", "9 1 "}, {"1234567890\ny", "10 1 "}, {"1234567890\r\ny", "10 1 "}, {"12345678901\r\ny", "10 1 1 "},
+      {"1234567890", "10 "}, {"1234567890123", "10 3 "}, {"\n\r\n", "0 0 "}};
+  for (const auto &[text, lengths] : cases) {
+    TextCursor cursor{text, 0};
+    std::string_view line;
+    std::string found;
+    while (ScanLine(&cursor, 10, &line)) found += std::to_string(line.size()) + " ";
+    EXPECT_EQ(found, lengths) << text;
+  }
 }

