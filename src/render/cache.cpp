@@ -50,8 +50,6 @@ struct BuildInputs {
   u8 ghostAlpha = 0;       // above 0: a ghost
 };
 
-static float SoundScruff(float stored) { return stored >= 0.0f ? stored : 0.0f; }  // ship files hold any float
-
 static BuildInputs InputsOf(u64 head, const Ship &ship, u16 x, u16 y, u16 z, const Player &player, const GraphicBlock &g) {
   BuildInputs in;
   in.head = head;
@@ -245,10 +243,11 @@ static void StoreLists(GraphicBlock *g) {
   }
 }
 
-int BuildBlockCache(u64 head, const Ship &ship, u16 x, u16 y, u16 z, const Player &player, GraphicBlock *graphic,
-                    GraphicBlock *ringHead) {
-  if (x == 0 || y == 0 || z == 0) return 1;
+// One record's lists. *next: the record of the frame behind it, or null. 0 when that one can't be allocated.
+static int BuildRecord(u64 head, const Ship &ship, u16 x, u16 y, u16 z, const Player &player, GraphicBlock *graphic,
+                       GraphicBlock *ringHead, GraphicBlock **next) {
   BuildInputs in = InputsOf(head, ship, x, y, z, player, *graphic);
+  *next = nullptr;
   graphic->cacheDirty = false;
   FreeFrames(graphic);
   Work.counts = {};
@@ -258,16 +257,23 @@ int BuildBlockCache(u64 head, const Ship &ship, u16 x, u16 y, u16 z, const Playe
     BuildLists(in, ship, x, y, z, graphic);
   }
   StoreLists(graphic);
-  if (in.ghostAlpha > 0) {  // built anew each run, so that it never comes to a second frame
-    graphic->frameLength = 0;
-    return 1;
+  if (in.ghostAlpha == 0) return PrepareNextFrame(graphic, HeadComponent(head), ringHead, next) ? 1 : 0;
+  graphic->frameLength = 0;  // a ghost is built anew each run, so that it never comes to a second frame
+  return 1;
+}
+
+int BuildBlockCache(u64 head, const Ship &ship, u16 x, u16 y, u16 z, const Player &player, GraphicBlock *graphic,
+                    GraphicBlock *ringHead) {
+  if (x == 0 || y == 0 || z == 0) return 1;
+  // A loop, not a recursion: how many frames follow each other is up to the table.
+  for (GraphicBlock *next;; graphic = next) {
+    if (BuildRecord(head, ship, x, y, z, player, graphic, ringHead, &next) == 0) return 0;
+    if (next == nullptr) return 1;
+    if (ringHead == nullptr) ringHead = graphic;
+    Block later = BlockFromHead(head);
+    later.component = static_cast<u16>(later.component + Components[HeadComponent(head)].frameStep);
+    head = HeadOf(later);
   }
-  GraphicBlock *next;
-  if (!PrepareNextFrame(graphic, HeadComponent(head), ringHead, &next)) return 0;
-  if (next == nullptr) return 1;
-  Block later = BlockFromHead(head);
-  later.component = static_cast<u16>(later.component + Components[HeadComponent(head)].frameStep);
-  return BuildBlockCache(HeadOf(later), ship, x, y, z, player, next, ringHead == nullptr ? graphic : ringHead);
 }
 
 void RebuildShipCaches(const Ship &ship, const Player &player) {

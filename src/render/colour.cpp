@@ -244,7 +244,7 @@ void CubeColour(GraphicBlock *g, u64 head, const Ship &ship) {
     sum.blue += static_cast<float>(e.blue) * f;
   }
   const u32 cell = u32{g->x} * g->y * g->z;
-  const float f = std::max(0.0f, 1.0f - ship.ComScruffiness * 2.5f * HashToUnit(cell));
+  const float f = std::max(0.0f, 1.0f - SoundScruff(ship.ComScruffiness) * 2.5f * HashToUnit(cell));
   const Material &m = Materials[HeadMaterial(head)];
   g->cacheState[0] = static_cast<u8>(std::max(1u, Cut(static_cast<float>(m.red) * LimitLight(sum.red) * f)));
   g->cacheState[1] = static_cast<u8>(Cut(static_cast<float>(m.green) * LimitLight(sum.green) * f));

@@ -46,6 +46,9 @@ struct ColourBatch {
   u32 *cells = nullptr;           // out: which cell of 2 x 2 x 2 voxels, x * 64 + y * 8 + z
 };
 
+// A scruffiness as the rules take it: ship files hold any float, and below 0 there is none.
+inline float SoundScruff(float stored) { return stored >= 0.0f ? stored : 0.0f; }
+
 void FillLightTable(LightTable *table, const GraphicBlock &g, int x, int y, int z);
 PlaceFrame PlaceFrameOf(const VoxelFrame &frame);  // Of a rotation that has voxels.
 CacheVoxel PlaceOf(const PlaceFrame &frame, u32 v);
