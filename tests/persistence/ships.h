@@ -18,4 +18,4 @@ void Fill(Ship *ship, const Cells &cells);
 Cells CellsOf(const Ship &ship);
 std::vector<u8> PackByHand(const std::string &name, const Cells &cells);  // The documented bytes, from the map alone.
 std::vector<u8> Gunzip(const std::string &path);     // The content, up to 64 KiB of it.
-std::string GzipMember(const std::string &content, int level);  // A whole gzip stream; level 0 stores the bytes.
+std::string GzipMember(const std::string &content, int level);  // A whole gzip stream; level 0 stores the bytes, 1 packs.

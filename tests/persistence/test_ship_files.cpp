@@ -24,15 +24,11 @@ class ShipFiles : public testing::Test {
  protected:
   void SetUp() override {
     LoadTables();
-    root = UseTemporaryInstallation();
+    UseTemporaryInstallation();
     LogInit();
     ship = NewShip(MixedCells(500, 1));
   }
-  void TearDown() override {
-    Drop(ship);
-    fs::current_path("/");
-    fs::remove_all(root);
-  }
+  void TearDown() override { Drop(ship); }
   static Ship *NewShip(const Cells &cells) {
     Ship *made = NewTestShip();
     Fill(made, cells);
@@ -54,7 +50,6 @@ class ShipFiles : public testing::Test {
     return ReadText("saves/made.sts");
   }
   Ship *ship = nullptr;
-  std::string root;
 };
 
 TEST_F(ShipFiles, ASavedShipIsAPlainGzipFileAndLoadsEqual) {
@@ -120,7 +115,7 @@ TEST_F(ShipFiles, ADamagedFileOutlivesTheNextSaves) {
   count += std::string("\0\0\0\0\0\0\xff\xff", 8);
   const struct { const char *name; std::string file; int result; } cases[] = {
       {"text", "not a ship", 0}, {"empty", "", 0}, {"cut", whole.substr(0, whole.size() / 2), 1}, {"more", whole + "garbage", 1},
-      {"unknown", GzipMember(unknown, 6), 1}, {"count", GzipMember(count, 6), 1}};
+      {"unknown", GzipMember(unknown, 1), 1}, {"count", GzipMember(count, 1), 1}};
   for (const auto &c : cases) {
     const std::string path = std::string("saves/") + c.name + ".sts", kept = path + ".damaged";
     WriteText(path, c.file);

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "content/components.h"
 #include "content/materials.h"
 #include "core/log.h"
@@ -18,14 +16,10 @@ class Stream : public testing::Test {
  protected:
   void SetUp() override {
     LoadTables();
-    root = UseTemporaryInstallation();
+    UseTemporaryInstallation();
     ship = NewTestShip();
   }
-  void TearDown() override {
-    Drop(ship);
-    std::filesystem::current_path("/");
-    std::filesystem::remove_all(root);
-  }
+  void TearDown() override { Drop(ship); }
   std::vector<u8> Packed() {
     ScopedLock world(&WorldMutex);
     std::vector<u8> bytes;
@@ -43,7 +37,7 @@ class Stream : public testing::Test {
     return cells;
   }
   Ship *ship = nullptr;
-  std::string unpackedName, root;
+  std::string unpackedName;
 };
 
 TEST_F(Stream, ShipsKeepEveryBlockAndTheirName) {

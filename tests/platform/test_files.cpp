@@ -21,16 +21,10 @@ static size_t EntriesIn(const fs::path &folder) {
 class Files : public testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "tarnvale-files-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    root = pattern;
-    fs::current_path(root);
+    UseTemporaryInstallation();
+    fs::create_directory("files");
+    fs::current_path("files");
   }
-  void TearDown() override {
-    fs::current_path("/");
-    fs::remove_all(root);
-  }
-  fs::path root;
 };
 
 TEST_F(Files, AReplacementIsWholeOrLeavesTheOldFile) {

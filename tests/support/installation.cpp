@@ -25,11 +25,23 @@ void LoadTables() {
   loaded = true;
 }
 
+// The folders of this process go when it ends.
+static void ForgetFolder(const fs::path &made) {
+  static std::vector<fs::path> folders;
+  if (folders.empty())
+    std::atexit([] {
+      std::error_code ignored;
+      for (const fs::path &folder : folders) fs::remove_all(folder, ignored);
+    });
+  folders.push_back(made);
+}
+
 std::string UseTemporaryInstallation() {
   std::string pattern = (fs::temp_directory_path() / "tarnvale-test-XXXXXX").string();
   const char *made = mkdtemp(pattern.data());
   EXPECT_NE(made, nullptr);
   const fs::path root = pattern;
+  ForgetFolder(root);
   fs::create_directories(root / "saves");
   fs::create_directories(root / "cache");
   fs::create_directories(root / "config");

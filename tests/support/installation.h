@@ -6,7 +6,7 @@
 #include "world/tree.h"
 
 void LoadTables();                      // The real materials and components, once a process; the test fails without them.
-std::string UseTemporaryInstallation(); // A new folder with config/ linked and saves/, cache/ empty, made current; its path.
+std::string UseTemporaryInstallation(); // A new folder with config/ linked and saves/, cache/ empty, made current; its path. It goes when the test ends.
 Ship *NewTestShip();                    // An empty ship with its table, owned by the test process.
 // A plain cube of the first rock, or of the given rows.
 Block CubeOf(u16 material = 5, u16 component = 2, unsigned rotation = 1, unsigned rotation2 = 0);
