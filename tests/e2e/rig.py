@@ -129,7 +129,8 @@ class Game:
         self.act("keydown", key, "sleep", seconds, "keyup", key)
 
     def click(self, button=1):
-        self.act("mousedown", button, "sleep", 0.03, "mouseup", button)
+        """Down and up at once: on a slow machine the game would take two frames of holding for a second block."""
+        self.act("mousedown", button, "mouseup", button)
 
     def look(self, right, down):
         """Turns the view, in pixels of the mouse, a step for each frame."""
@@ -137,6 +138,17 @@ class Game:
             dx, dy = max(-60, min(60, right)), max(-60, min(60, down))
             self.act("mousemove_relative", "--", dx, dy, "sleep", 0.1)
             right, down = right - dx, down - dy
+        self.settle()
+
+    def settle(self, most=5):
+        """Until the picture stands still: a busy machine may be frames behind. What moves all the time settles after most s."""
+        end, last = time.monotonic() + most, self.picture()
+        while time.monotonic() < end:
+            time.sleep(0.1)
+            picture = self.picture()
+            if screen.changed(last, picture) < 50:
+                return
+            last = picture
 
     def save(self):
         """Opens the menu, which writes the ship, and leaves it again. Returns the blocks that were written."""

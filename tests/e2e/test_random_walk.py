@@ -23,7 +23,7 @@ def step(game, rng):
     elif kind < 5:
         game.press(rng.choice(PRESSED))
     elif kind < 7:
-        game.look(rng.randrange(-200, 200), rng.randrange(-120, 120))
+        game.act("mousemove_relative", "--", rng.randrange(-200, 200), rng.randrange(-120, 120))
     elif kind < 9:
         game.act("mousedown", button := rng.choice([1, 1, 1, 3, 2]), "sleep", rng.uniform(0.02, 0.5), "mouseup", button)
     else:
