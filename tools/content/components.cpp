@@ -7,8 +7,7 @@
 #include <cstdio>
 #include <string>
 
-static ComponentRow Plain(int id, const char *name, const char *stem, void (*draw)(Grid &, int), const char *tags,
-                          int form = 0) {
+ComponentRow Plain(int id, const char *name, const char *stem, void (*draw)(Grid &, int), const char *tags, int form) {
   ComponentRow row{};
   row.id = id;
   row.name = name;
@@ -25,7 +24,7 @@ static ComponentRow Marker(int id, const char *name, const char *stem, void (*dr
   return row;
 }
 
-static ComponentRow Lamp(ComponentRow row, int red, int green, int blue) {
+ComponentRow Lamp(ComponentRow row, int red, int green, int blue) {
   row.kind = "light";
   row.lightRed = red;
   row.lightGreen = green;
@@ -33,8 +32,7 @@ static ComponentRow Lamp(ComponentRow row, int red, int green, int blue) {
   return row;
 }
 
-// The forms of one thing: the first row is the base, the others follow it and share its name.
-static void AddForms(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
+void AddForms(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
   const int firstId = base.id;
   for (int i = 0; i < count; i++) {
     ComponentRow row = base;
@@ -47,8 +45,7 @@ static void AddForms(std::vector<ComponentRow> *rows, ComponentRow base, const c
   }
 }
 
-// An animation: its frames follow one another, and the last leads back to the first.
-static void AddAnimation(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
+void AddAnimation(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
   const size_t first = rows->size();
   base.kind = "animation";
   AddForms(rows, base, stems, count);
@@ -149,6 +146,8 @@ static std::vector<ComponentRow> AllRows() {
   AddStructure(&rows);
   AddMachines(&rows);
   AddLiving(&rows);
+  AppendFamilies(&rows);
+  AppendMore(&rows);
   return rows;
 }
 
