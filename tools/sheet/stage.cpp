@@ -2,10 +2,14 @@
 #include "stage.h"
 
 #include <cstdio>
+#include <set>
 
 #include "content/components.h"
 #include "content/materials.h"
 #include "gui/language.h"
+
+constexpr u16 PlainCube = 2;
+static std::set<u16> MissingIds;  // asked for, yet not in the tables
 
 bool LoadStage() {
   if (LoadMaterials() == 0 || LoadComponents() == 0) return false;
@@ -21,24 +25,27 @@ std::unique_ptr<Ship> NewShip() {
 
 u16 MaterialRow(u16 id) {
   const int row = FindMaterial(id);
-  if (row == 0) std::fprintf(stderr, "There is no material with the id %i.\n", id);
+  if (row == 0 && MissingIds.insert(id).second) std::fprintf(stderr, "There is no material with the id %i.\n", id);
   return static_cast<u16>(row == 0 ? 1 : row);
 }
 
-bool HasComponent(u16 id) { return FindComponent(id) != 0; }
+// A component's row; a plain cube, with one line on the error output, stands in for one that isn't there.
+static u16 ComponentRow(u16 id) {
+  const int row = FindComponent(id);
+  if (row != 0) return static_cast<u16>(row);
+  if (MissingIds.insert(id).second) std::fprintf(stderr, "There is no component with the id %i.\n", id);
+  return static_cast<u16>(FindComponent(PlainCube));
+}
+
+bool NothingMissing() { return MissingIds.empty(); }
 
 int Put(const Hand &hand, u16 id, Cell3 at, Cell3 target) {
-  const int row = FindComponent(id);
-  if (row == 0) {
-    std::fprintf(stderr, "There is no component with the id %i.\n", id);
-    return 0;
-  }
   Placement p;
   p.block.state = StateWhole;
   p.block.rotation = hand.rotation & 7u;
   p.block.rotation2 = hand.rotation2 & 3u;
   p.block.material = hand.material;
-  p.block.component = static_cast<u16>(row);
+  p.block.component = ComponentRow(id);
   p.at = at;
   p.target = target;
   p.eye[0] = at.x + 2;
