@@ -13,24 +13,25 @@
 
 constexpr int Middle = 5000;
 constexpr int Keel = -8;                        // z of the ship's middle plane
-constexpr int Floor = -1, Ceiling = 3;          // y of the deck and of the roof
+constexpr int Floor = -1, Roof = 4;             // y of the deck and of the roof
 constexpr int EngineWall = -17, BridgeWall = 11;  // x of the two bulkheads
 constexpr int CorridorHalf = 2;                 // z from the keel to the corridor's walls
+constexpr int NacelleDistance = 9;              // z from the keel to a nacelle's middle
 
 struct Spot {
   int x, y, z;
 };
 
-// A stretch of the hull: a box.
+// A stretch of a body: a box about a middle plane, narrower by a cell a layer towards its top, and at its bottom.
 struct Section {
-  int x0, x1, half, low, high;
+  int x0, x1, half, low, high, slopes;  // slopes: layers at the top that are narrower
 };
 
-constexpr Section Sections[] = {
-    {-23, -18, 4, -3, 3}, {-17, 10, 5, -3, 3}, {11, 14, 4, -3, 3}, {15, 17, 3, -2, 2}, {18, 19, 2, -2, 1}};
-constexpr Section Nacelle = {-22, -9, 1, -2, 0};
-constexpr int NacelleDistance = 8;
+constexpr Section Sections[] = {{-24, -23, 4, -2, 4, 1}, {-22, -18, 5, -3, 5, 2}, {-17, 10, 5, -3, 4, 2},
+                                {11, 13, 5, -3, 3, 1},   {14, 16, 4, -2, 2, 1},   {17, 19, 3, -2, 1, 1}};
+constexpr Section NacelleSections[] = {{-23, -7, 2, -3, 0, 1}, {-6, -5, 1, -2, -1, 0}};
 constexpr Spot Sides[6] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
+constexpr Spot Up{0, 1, 0}, Down{0, -1, 0}, Fore{1, 0, 0}, Aft{-1, 0, 0}, Starboard{0, 0, 1}, Port{0, 0, -1};
 
 // What the ship is made of: rows of Materials.
 struct Stuffs {
@@ -73,8 +74,6 @@ static void Turned(u16 id, u16 material, Spot at, unsigned rotation, unsigned ro
   TheHand.rotation2 = 0;
 }
 
-constexpr Spot Up{0, 1, 0}, Down{0, -1, 0}, Fore{1, 0, 0}, Aft{-1, 0, 0}, Starboard{0, 0, 1}, Port{0, 0, -1};
-
 // The rotation with which a block stands on what lies against the side.
 static unsigned RotationOn(Spot side) {
   if (side.y != 0) return side.y < 0 ? 2 : 5;
@@ -82,8 +81,22 @@ static unsigned RotationOn(Spot side) {
   return side.z < 0 ? 1 : 3;
 }
 
+// Quarter turns that bring the back of a thing on a floor, or under a ceiling, towards a side.
+static unsigned BackTowards(Spot side, bool ceiling) {
+  if (side.x != 0) return (side.x > 0) != ceiling ? 3 : 1;
+  return (side.z > 0) != ceiling ? 0 : 2;
+}
+
+static void FloorFacing(u16 id, u16 material, Spot at, Spot front) {
+  Turned(id, material, at, RotationOn(Up), BackTowards({-front.x, 0, -front.z}, false));
+}
+
 static bool InSection(const Section &s, int keel, Spot p) {
-  return p.x >= s.x0 && p.x <= s.x1 && p.y >= s.low && p.y <= s.high && abs(p.z - keel) <= s.half;
+  if (p.x < s.x0 || p.x > s.x1 || p.y < s.low || p.y > s.high) return false;
+  int half = s.half;
+  if (p.y > s.high - s.slopes) half -= p.y - (s.high - s.slopes);
+  if (p.y == s.low && s.slopes > 0) --half;
+  return abs(p.z - keel) <= half;
 }
 
 static bool InHull(Spot p) {
@@ -93,10 +106,12 @@ static bool InHull(Spot p) {
 }
 
 static bool InNacelles(Spot p) {
-  return InSection(Nacelle, Keel - NacelleDistance, p) || InSection(Nacelle, Keel + NacelleDistance, p);
+  for (const Section &s : NacelleSections)
+    if (InSection(s, Keel - NacelleDistance, p) || InSection(s, Keel + NacelleDistance, p)) return true;
+  return false;
 }
 
-// On how many axes a cell of a body lies open, and one of its open sides.
+// On how many axes a cell of a body lies open, and one of its open sides. -1 for a cell inside, that is none of the shell.
 static int OpenAxes(bool (*inside)(Spot), Spot p, Spot *side) {
   int axes = 0;
   for (int axis = 2; axis >= 0; --axis)
@@ -106,27 +121,62 @@ static int OpenAxes(bool (*inside)(Spot), Spot p, Spot *side) {
         *side = s;
         break;
       }
-  return axes;
+  if (axes > 0) return axes;
+  for (int around = 0; around < 27; ++around)
+    if (!inside(p + Spot{around / 9 - 1, around / 3 % 3 - 1, around % 3 - 1})) return 0;
+  return -1;
 }
 
 static u16 HullStuff(Spot p) {
-  if (p.y == 0 && p.x < 9) return Of.trim;
-  if (p.y == -3) return Of.dark;
+  if (p.y <= -2) return Of.dark;
+  if (p.y == 0 && abs(p.z - Keel) >= 5) return Of.trim;
+  if (p.x <= -23 || p.x == -18 || p.x == EngineWall) return Of.dark;
   return Of.hull;
 }
 
-// Flat plates first; edges and corners find their form by the plates that stand.
-static void PlateBody(bool (*inside)(Spot), Spot low, Spot high) {
-  for (int axes = 1; axes <= 3; ++axes)
-    for (int x = low.x; x <= high.x; ++x)
-      for (int y = low.y; y <= high.y; ++y)
-        for (int z = low.z; z <= high.z; ++z) {
-          const Spot p{x, y, z};
-          Spot side = Up;
-          if (!inside(p) || OpenAxes(inside, p, &side) != axes) continue;
-          if (axes == 1) Turned(250, HullStuff(p), p, RotationOn(side));
-          else Stand(251, HullStuff(p), p, side);
-        }
+static u16 NacelleStuff(Spot p) {
+  if (p.x <= -22 || p.x >= -6) return Of.dark;
+  return p.x == -12 || p.x == -13 ? Of.hull : Of.trim;
+}
+
+// A body to be plated, with a box round it.
+struct Body {
+  bool (*inside)(Spot);
+  u16 (*stuff)(Spot);
+  Spot low, high;
+};
+
+template <typename Visit>
+static void ForEachSpot(const Body &b, Visit visit) {
+  for (int x = b.low.x; x <= b.high.x; ++x)
+    for (int y = b.low.y; y <= b.high.y; ++y)
+      for (int z = b.low.z; z <= b.high.z; ++z) visit(Spot{x, y, z});
+}
+
+// Plain cubes behind the steps of the shell, then flat plates; edges and corners find their form by the plates that stand.
+static void PlateBody(const Body &b) {
+  for (int axes = 0; axes <= 3; ++axes)
+    ForEachSpot(b, [&](Spot p) {
+      Spot side = Up;
+      if (!b.inside(p) || OpenAxes(b.inside, p, &side) != axes) return;
+      if (axes == 0) Stand(2, b.stuff(p), p, Up);
+      else if (axes == 1) Turned(250, b.stuff(p), p, RotationOn(side));
+      else Stand(251, b.stuff(p), p, side);
+    });
+}
+
+// Wedges on the steps of a body, upright and upside down: a cell that lies on the body with the body on one side.
+static void SlopeSteps(const Body &b) {
+  ForEachSpot(b, [&](Spot p) {
+    if (b.inside(p) || Taken(p)) return;
+    const bool ceiling = b.inside(p + Up);
+    if (ceiling == b.inside(p + Down)) return;
+    Spot wall{};
+    int walls = 0;
+    for (const Spot &s : {Fore, Aft, Starboard, Port})
+      if (b.inside(p + s)) wall = s, ++walls;
+    if (walls == 1) Turned(1033, b.stuff(p), p, RotationOn(ceiling ? Down : Up), BackTowards(wall, ceiling));
+  });
 }
 
 static void Replace(u16 id, u16 material, Spot at, Spot side) {
@@ -134,48 +184,49 @@ static void Replace(u16 id, u16 material, Spot at, Spot side) {
   Stand(id, material, at, side);
 }
 
+static void Window(Spot at, Spot side) {
+  if (InHull(at)) Replace(1010, Of.glass, at, side);
+}
+
 static void CutWindows() {
-  for (const int z : {Keel - 5, Keel + 5})
-    for (int x = -14; x <= 8; ++x)
-      if (abs(x % 6) >= 3 && abs(x) > 2) Replace(1010, Of.glass, {x, 1, z}, z < Keel ? Port : Starboard);
-  for (int x = 12; x <= 14; ++x)
-    for (const int z : {Keel - 4, Keel + 4}) Replace(1010, Of.glass, {x, 1, z}, z < Keel ? Port : Starboard);
-  for (int x = 15; x <= 17; ++x) {
-    for (int y = 0; y <= 1; ++y)
-      for (const int z : {Keel - 3, Keel + 3}) Replace(1010, Of.glass, {x, y, z}, z < Keel ? Port : Starboard);
-    for (int z = Keel - 2; z <= Keel + 2; ++z) Replace(1010, Of.glass, {x, 2, z}, Up);
+  for (const int sign : {-1, 1}) {
+    const Spot side = sign > 0 ? Starboard : Port;
+    for (const int x : {-15, -14, -11, -10, -6, -5, 4, 5, 8, 9}) Window({x, 1, Keel + sign * 5}, side);
+    for (int x = 14; x <= 16; ++x)
+      for (int y = 0; y <= 1; ++y) Window({x, y, Keel + sign * 4}, side);
+    for (int x = 17; x <= 18; ++x) Window({x, 0, Keel + sign * 3}, side);
   }
-  for (int z = Keel - 1; z <= Keel + 1; ++z) Replace(1010, Of.glass, {19, 0, z}, Fore);
-  for (int z = Keel - 2; z <= Keel + 2; z += 4) Replace(1010, Of.glass, {18, 0, z}, z < Keel ? Port : Starboard);
-  for (int z = Keel - 1; z <= Keel + 1; ++z) Replace(1010, Of.glass, {18, 1, z}, Up);
+  for (int x = 14; x <= 16; ++x)
+    for (int z = Keel - 2; z <= Keel + 2; ++z) Window({x, 2, z}, Up);
+  for (int x = 17; x <= 18; ++x)
+    for (int z = Keel - 1; z <= Keel + 1; ++z) Window({x, 1, z}, Up);
+  for (int z = Keel - 2; z <= Keel + 2; ++z) Window({19, 0, z}, Fore);
+  for (int z = Keel - 1; z <= Keel + 1; ++z) Window({19, 1, z}, Fore);
 }
 
 static bool Walkable(Spot p) { return InHull(p) && !Taken(p); }
 
 static void LayDeck() {
-  for (int x = -22; x <= 17; ++x)
+  for (int x = -22; x <= 18; ++x)
     for (int z = Keel - 4; z <= Keel + 4; ++z) {
       const Spot p{x, Floor, z};
       if (!Walkable(p)) continue;
-      if (abs(z - Keel) <= 1 && x > EngineWall) Stand(1054, Of.steel, p, Up);
+      if (abs(z - Keel) <= 1 && x > EngineWall && x < BridgeWall) Stand(1054, Of.steel, p, Up);
       else Stand(2, Of.deck, p, Up);
     }
 }
 
-static bool DoorAt(Spot p, int x) { return p.x == x && p.y <= 1; }
+static bool IsDoorway(int x, int y) { return y <= 1 && (x == -12 || x == -6 || x == 0 || x == 6); }
 
-// The two walls of the corridor, with a door to each cabin, and the bulkheads at its ends.
+// The two walls of the corridor, with a doorway to each cabin, the bulkheads at its ends and the walls between cabins.
 static void RaiseWalls() {
-  for (int y = 0; y < Ceiling; ++y) {
+  for (int y = 0; y < Roof; ++y) {
     for (int x = EngineWall + 1; x < BridgeWall; ++x)
-      for (const int z : {Keel - CorridorHalf, Keel + CorridorHalf}) {
-        const Spot p{x, y, z};
-        const bool door = DoorAt(p, -12) || DoorAt(p, -6) || DoorAt(p, 0) || DoorAt(p, 6);
-        if (!door && Walkable(p)) Stand(2, y == 1 ? Of.teal : Of.hull, p, Up);
-      }
+      for (const int z : {Keel - CorridorHalf, Keel + CorridorHalf})
+        if (!IsDoorway(x, y) && Walkable({x, y, z})) Stand(y == 1 ? 1031 : 1030, y == 0 ? Of.teal : Of.hull, {x, y, z}, Up);
     for (const int x : {EngineWall, BridgeWall})
       for (int z = Keel - 4; z <= Keel + 4; ++z)
-        if ((z != Keel || y == 2) && Walkable({x, y, z})) Stand(2, Of.dark, {x, y, z}, Up);
+        if ((z != Keel || y >= 2) && Walkable({x, y, z})) Stand(1032, Of.dark, {x, y, z}, Up);
     for (const int x : {-15, -9, -3, 3, 9})
       for (const int sign : {-1, 1})
         for (int z = 3; z <= 4; ++z)
@@ -184,113 +235,114 @@ static void RaiseWalls() {
 }
 
 static void HangLamps() {
-  for (int x = -15; x <= 9; x += 6) Stand(1001, Of.steel, {x, 2, Keel}, Down);
-  for (int x = -12; x <= 6; x += 6)
-    for (const int z : {Keel - 4, Keel + 4})
-      if (Walkable({x, 2, z})) Stand(1000, Of.steel, {x, 2, z}, Down);
-  for (const int x : {-21, -19})
-    Stand(1002, Of.steel, {x, 2, Keel + 2}, Down);
+  for (int x = -12; x <= 8; x += 10) Stand(1001, Of.steel, {x, 3, Keel}, Down);
+  for (const int x : {-12, 6})
+    for (const int z : {Keel - 4, Keel + 4}) Stand(1002, Of.steel, {x, 2, z}, Down);
   Stand(1000, Of.steel, {13, 2, Keel}, Down);
 }
 
-// Runs of pipe under the corridor's ceiling, which the rules join up as they grow.
+// Runs of pipe under the corridor's roof, which the rules join up as they grow, and one below the grating.
 static void RunPipes() {
-  for (int x = EngineWall + 1; x < BridgeWall; ++x) Stand(310, Of.copper, {x, 2, Keel - 1}, Down);
-  for (int x = EngineWall + 1; x < BridgeWall; ++x) Stand(340, Of.dark, {x, 2, Keel + 1}, Down);
+  for (int x = EngineWall + 1; x < BridgeWall; ++x) Stand(340, Of.copper, {x, 3, Keel - 1}, Down);
+  for (int x = EngineWall + 1; x < BridgeWall; ++x) Stand(310, Of.dark, {x, 3, Keel + 1}, Down);
+  for (const int x : {-10, 2})
+    for (int y = 2; y >= 0; --y) Stand(340, Of.copper, {x, y, Keel - 1}, Down);
   for (int x = -22; x <= 10; ++x)
-    if (Walkable({x, -2, Keel})) Stand(310, Of.brass, {x, -2, Keel}, Up);
+    if (Walkable({x, -2, Keel})) Stand(340, Of.brass, {x, -2, Keel}, Up);
 }
 
 static void FurnishEngineRoom() {
-  Stand(1095, Of.steel, {-20, 0, Keel}, Up);
-  Stand(1095, Of.steel, {-20, 1, Keel}, Up);
-  for (const int z : {Keel - 3, Keel + 3}) {
+  for (int y = 0; y <= 3; ++y) Stand(1095, Of.steel, {-20, y, Keel}, Up);
+  for (const int z : {Keel - 4, Keel + 4}) {
     Stand(1096, Of.dark, {-19, 0, z}, Up);
     Stand(1102, Of.dark, {-20, 0, z}, Up);
-    Stand(1094, Of.steel, {-21, 0, z}, Up);
-    Stand(1094, Of.steel, {-21, 1, z}, Up);
-    Stand(1097, Of.dark, {-18, 0, z}, Up);
+    for (int y = 0; y <= 1; ++y) Stand(1094, Of.steel, {-21, y, z}, Up);
+    for (int y = 0; y <= 1; ++y) Stand(1097, Of.dark, {-18, y, z}, Up);
   }
-  Stand(1091, Of.steel, {-22, 0, Keel - 1}, Up);
-  Stand(1080, Of.steel, {-22, 2, Keel}, Fore);
+  for (const int z : {Keel - 1, Keel, Keel + 1}) Turned(1080, Of.steel, {-22, 2, z}, RotationOn(Fore));
+  FloorFacing(1091, Of.steel, {-22, 0, Keel - 1}, Fore);
+  FloorFacing(1091, Of.steel, {-22, 0, Keel + 1}, Fore);
 }
 
 static void FurnishCabins() {
   for (const int x : {-14, -8}) {
-    Stand(1125, Of.cloth, {x, 0, Keel - 4}, Up);
-    Stand(1123, Of.steel, {x + 4, 0, Keel - 3}, Up);
-    Stand(1127, Of.wood, {x + 4, 0, Keel - 4}, Up);
+    FloorFacing(1125, Of.cloth, {x, 0, Keel - 4}, Starboard);
+    FloorFacing(1123, Of.steel, {x + 4, 0, Keel - 3}, Aft);
+    FloorFacing(1127, Of.wood, {x + 4, 0, Keel - 4}, Starboard);
     Stand(1126, Of.hull, {x + 2, 0, Keel - 4}, Up);
   }
-  Stand(1124, Of.wood, {-1, 0, Keel - 4}, Up);
-  Stand(1124, Of.wood, {0, 0, Keel - 4}, Up);
-  for (const int x : {-2, 1}) Stand(1120, Of.cloth, {x, 0, Keel - 4}, Up);
+  for (const int x : {-1, 0}) Stand(1124, Of.wood, {x, 0, Keel - 4}, Up);
+  FloorFacing(1120, Of.cloth, {-2, 0, Keel - 4}, Fore);
+  FloorFacing(1120, Of.cloth, {1, 0, Keel - 4}, Aft);
   for (int x = -14; x <= -10; ++x)
-    for (int y = 0; y <= x % 2 + 1; ++y) Stand(x % 3 == 0 ? 1122 : 1121, Of.wood, {x, y, Keel + 4}, Up);
+    for (int y = 0; y <= abs(x) % 2; ++y) Stand(x % 3 == 0 ? 1122 : 1121, Of.wood, {x, y, Keel + 4}, Up);
   for (int x = 4; x <= 8; x += 2) {
-    Stand(1098, Of.dark, {x, 0, Keel + 4}, Up);
-    Stand(1098, Of.dark, {x, 1, Keel + 4}, Up);
+    for (int y = 0; y <= 1; ++y) FloorFacing(1098, Of.dark, {x, y, Keel + 4}, Port);
     Stand(1126, Of.hull, {x, 0, Keel - 4}, Up);
   }
 }
 
 static void FurnishBridge() {
-  for (int z = Keel - 1; z <= Keel + 1; ++z) Stand(1091, Of.steel, {17, 0, z}, Up);
-  for (const int z : {Keel - 1, Keel + 1}) Stand(1120, Of.cloth, {15, 0, z}, Up);
-  for (const int z : {Keel - 3, Keel + 3}) {
-    Stand(1098, Of.dark, {12, 0, z}, Up);
-    Stand(1092, Of.dark, {12, 1, z}, Fore);
-    Stand(1093, Of.steel, {14, 0, z}, Up);
+  for (int z = Keel - 2; z <= Keel + 2; ++z) FloorFacing(1091, Of.steel, {18, 0, z}, Aft);
+  for (const int z : {Keel - 1, Keel + 1}) FloorFacing(1120, Of.cloth, {16, 0, z}, Fore);
+  for (const int sign : {-1, 1}) {
+    const int z = Keel + sign * 4;
+    const Spot inward = sign > 0 ? Port : Starboard;
+    for (int y = 0; y <= 1; ++y) FloorFacing(1098, Of.dark, {12, y, z}, inward);
+    FloorFacing(1091, Of.steel, {13, 0, z}, inward);
+    FloorFacing(1120, Of.cloth, {14, 0, Keel + sign * 3}, sign > 0 ? Starboard : Port);
   }
 }
 
-// A door in the side, a chamber, and a door to the corridor.
+// A doorway in the side and a chamber, open to the corridor.
 static void BuildAirlock() {
   for (int y = 0; y <= 1; ++y) Clear({0, y, Keel + 5});
-  for (int y = 0; y < Ceiling; ++y)
-    for (const int x : {-1, 1})
+  for (const int x : {-1, 1}) {
+    for (int y = 0; y < 3; ++y)
       for (int z = Keel + 3; z <= Keel + 4; ++z)
         if (Walkable({x, y, z})) Stand(1038, Of.brass, {x, y, z}, Up);
-  for (const int x : {-1, 1})
     for (int y = 0; y <= 1; ++y) Replace(1038, Of.brass, {x, y, Keel + 5}, Starboard);
-  for (int x = -2; x <= 2; ++x) Stand(1036, Of.steel, {x, Floor, Keel + 6}, Starboard);
-  Stand(1004, Of.steel, {-2, 2, Keel + 6}, Starboard);
-  Stand(1004, Of.steel, {2, 2, Keel + 6}, Starboard);
+    Stand(1004, Of.steel, {2 * x, 1, Keel + 6}, Starboard);
+  }
+  for (int x = -2; x <= 2; ++x) Stand(1054, Of.steel, {x, Floor, Keel + 6}, Up);
 }
 
+constexpr Body Hull = {InHull, HullStuff, {-25, -4, Keel - 6}, {20, 6, Keel + 6}};
+constexpr Body Nacelles = {InNacelles, NacelleStuff, {-24, -4, Keel - 12}, {-4, 2, Keel + 12}};
+
 static void BuildNacelles() {
-  PlateBody(InNacelles, {-22, -2, Keel - 9}, {-9, 0, Keel + 9});
+  PlateBody(Nacelles);
+  SlopeSteps(Nacelles);
   for (const int sign : {-1, 1}) {
     const int middle = Keel + sign * NacelleDistance;
-    for (const int x : {-19, -18, -13, -12})
-      Stand(1051, Of.steel, {x, -1, Keel + sign * 6}, sign > 0 ? Starboard : Port);
-    for (int y = -2; y <= 0; ++y)
-      for (int z = middle - 1; z <= middle + 1; ++z) Stand(1099, Of.steel, {-23, y, z}, Aft);
-    Stand(1002, Of.steel, {-8, -1, middle}, Fore);
-    for (int x = -20; x <= -11; x += 3) Stand(1103, Of.dark, {x, 1, middle}, Up);
-    Stand(1000, Of.steel, {-15, 1, middle}, Up);
+    for (const int x : {-20, -19, -11, -10})
+      for (int y = -1; y <= 0; ++y)
+        if (!Taken({x, y, Keel + sign * 6})) Stand(1032, Of.dark, {x, y, Keel + sign * 6}, sign > 0 ? Starboard : Port);
+    for (int y = -2; y <= -1; ++y)
+      for (int z = middle - 1; z <= middle + 1; ++z) Turned(1099, Of.steel, {-24, y, z}, RotationOn(Aft));
+    Stand(1000, Of.steel, {-4, -1, middle}, Fore);
+    for (int x = -19; x <= -9; x += 2) Stand(1103, Of.dark, {x, 1, middle}, Up);
   }
 }
 
 static void FitOutside() {
-  for (int y = -2; y <= 2; y += 2)
-    for (int z = Keel - 2; z <= Keel + 2; z += 2) Stand(1099, Of.steel, {-24, y, z}, Aft);
-  for (int x = -14; x <= 8; x += 7)
-    for (const int z : {Keel - 3, Keel + 3}) Stand(1000, Of.steel, {x, 4, z}, Up);
-  for (int x = -14; x <= 14; x += 7) {
-    Stand(1001, Of.steel, {x, 2, Keel + (x > 10 ? 5 : 6)}, Starboard);
-    Stand(1001, Of.steel, {x, 2, Keel - (x > 10 ? 5 : 6)}, Port);
-    if (x < 10) Stand(1000, Of.steel, {x, -4, Keel}, Down);
-  }
-  Stand(1101, Of.steel, {-6, 4, Keel}, Up);
-  Stand(1100, Of.steel, {-2, 4, Keel - 1}, Up);
-  Stand(1100, Of.steel, {-2, 5, Keel - 1}, Up);
-  Stand(1039, Of.steel, {4, 4, Keel}, Up);
+  for (int y = -1; y <= 3; y += 2)
+    for (int z = Keel - 2; z <= Keel + 2; z += 2) Turned(1099, Of.steel, {-25, y, z}, RotationOn(Aft));
   for (int x = -22; x <= -18; ++x)
-    for (const int z : {Keel - 2, Keel, Keel + 2}) Stand(1103, Of.dark, {x, 4, z}, Up);
-  for (int x = -15; x <= -8; ++x) Stand(310, Of.copper, {x, 4, Keel - 1}, Up);
-  for (int z = Keel - 2; z >= Keel - 4; --z) Stand(310, Of.copper, {-8, 4, z}, Up);
+    for (int y = 6; y <= 8; ++y)
+      if (x <= -17 - (y - 5)) Stand(y == 8 ? 1030 : 1032, y == 8 ? Of.trim : Of.dark, {x, y, Keel}, Up);
+  Stand(1004, Of.steel, {-22, 9, Keel}, Up);
+  Stand(1101, Of.steel, {-6, 5, Keel}, Up);
+  for (int y = 5; y <= 6; ++y) Stand(1100, Of.steel, {-2, y, Keel - 2}, Up);
+  Stand(1100, Of.steel, {0, 5, Keel - 2}, Up);
+  Stand(1039, Of.steel, {5, 5, Keel}, Up);
+  for (const int z : {Keel - 2, Keel + 2})
+    for (int x = -21; x <= -18; ++x) Stand(1103, Of.dark, {x, 6, z}, Up);
+  for (int x = -16; x <= -9; ++x) Stand(340, Of.copper, {x, 5, Keel + 2}, Up);
+  for (int z = Keel + 1; z >= Keel - 2; --z) Stand(340, Of.copper, {-9, 5, z}, Up);
+  for (int x = -16; x <= -10; ++x) Stand(310, Of.dark, {x, 5, Keel - 2}, Up);
   Stand(1000, Of.steel, {20, -1, Keel}, Fore);
+  Stand(1000, Of.steel, {4, -4, Keel}, Down);
 }
 
 static void ChooseStuffs() {
@@ -299,11 +351,12 @@ static void ChooseStuffs() {
 }
 
 static void BuildShip() {
-  PlateBody(InHull, {-23, -3, Keel - 5}, {19, 3, Keel + 5});
+  PlateBody(Hull);
   CutWindows();
   LayDeck();
   RaiseWalls();
   BuildAirlock();
+  SlopeSteps(Hull);
   HangLamps();
   RunPipes();
   FurnishEngineRoom();
