@@ -5,6 +5,7 @@
 #include "shapes.h"
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 ComponentRow Plain(int id, const char *name, const char *stem, void (*draw)(Grid &, int), const char *tags, int form) {
@@ -47,7 +48,7 @@ void AddForms(std::vector<ComponentRow> *rows, ComponentRow base, const char *co
 
 void AddAnimation(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
   const size_t first = rows->size();
-  base.kind = "animation";
+  if (std::strcmp(base.kind, "singleanim") != 0) base.kind = "animation";
   AddForms(rows, base, stems, count);
   for (int i = 0; i < count; i++) {
     (*rows)[first + static_cast<size_t>(i)].frameStep = i + 1 < count ? 1 : 1 - count;

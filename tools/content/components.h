@@ -29,7 +29,8 @@ ComponentRow Lamp(ComponentRow row, int red, int green, int blue);
 // its name and class. Form i draws with `form` i into the stem i.
 void AddForms(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count);
 
-// The same as an animation: its frames follow one another, and the last leads back to the first.
+// The same as an animation: its frames follow one another, and the last leads back to the first. The class becomes
+// "animation", unless the base says "singleanim".
 void AddAnimation(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count);
 
 // Adds the rows of the families that join up: pipes, cables, girders, corridors, plating and the like.
