@@ -13,9 +13,9 @@
 
 // All lengths in pixels of the canvas, twice those of the picture.
 constexpr int PageWidth = 3200, PageHeight = 12000, Margin = 24;
-constexpr int LargeEdge = 184, SmallEdge = 92, TextHeight = 76, HeadHeight = 60, Gap = 12;
-constexpr int TextSize = 2, HeadSize = 4, LettersPerLine = LargeEdge / (LetterWidth * TextSize);
-constexpr float LargeVoxel = 7.4f, SmallVoxel = 3.6f;
+constexpr int LargeEdge = 164, SmallEdge = 80, TextHeight = 64, HeadHeight = 60, Gap = 12;
+constexpr int TextSize = 2, HeadSize = 4;
+constexpr float LargeVoxel = 6.4f, SmallVoxel = 3.2f;
 constexpr Ink HeadInk{255, 206, 120}, IdInk{150, 220, 210}, NameInk{222, 224, 228}, TagInk{128, 136, 150};
 constexpr u16 StandX = 5000, StandY = 5000;  // components stand in a row along z, two cells apart
 constexpr LightEntry StudioLights[] = {{5, 4, 3, 255, 246, 232, 0}, {-4, 5, -5, 170, 186, 214, 0}, {2, 3, -6, 120, 120, 116, 0}};
@@ -35,7 +35,7 @@ static std::vector<u16> FamilyOf(u16 base) {
 }
 
 static u16 ShownMaterial(const Component &c) {
-  static const std::map<std::string, u16> ids = {{"Glass", 6},   {"Windows", 6}, {"Rock", 5},    {"Matter", 70},
+  static const std::map<std::string, u16> ids = {{"Glass", 6},   {"Windows", 6}, {"Rock", 5},    {"Matter", 34},
                                                  {"Living", 63}, {"Lights", 40}, {"Pipes", 14},  {"Hull", 40},
                                                  {"Structure", 12}};
   const auto found = ids.find(c.primaryTag);
@@ -98,9 +98,8 @@ static void PaintTile(Page *page, Ship *ship, const std::vector<u16> &rows) {
              ship, rows[i], SmallVoxel);
   }
   const int text = page->y + LargeEdge - 4, line = LetterHeight * TextSize + 4;
-  const std::string tags = c.secondaryTag.empty() ? c.primaryTag : c.primaryTag + "/" + c.secondaryTag;
   Write(&page->canvas, page->x + 8, text, TextSize, IdInk, std::to_string(c.id));
-  Write(&page->canvas, page->x + 8, text + 3 * line, TextSize, TagInk, tags.substr(0, LettersPerLine));
+  if (!c.secondaryTag.empty()) Write(&page->canvas, page->x + 60, text, TextSize, TagInk, c.secondaryTag.substr(0, 7));
   WriteName(&page->canvas, page->x + 8, text + line, static_cast<size_t>((width - 20) / (LetterWidth * TextSize)), c.name);
   page->x += width;
 }

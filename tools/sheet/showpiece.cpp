@@ -29,7 +29,7 @@ struct Section {
 
 constexpr Section Sections[] = {{-24, -23, 4, -2, 4, 1}, {-22, -18, 5, -3, 5, 2}, {-17, 10, 5, -3, 4, 2},
                                 {11, 13, 5, -3, 3, 1},   {14, 16, 4, -2, 2, 1},   {17, 19, 3, -2, 1, 1}};
-constexpr Section NacelleSections[] = {{-23, -7, 2, -3, 0, 1}, {-6, -5, 1, -2, -1, 0}};
+constexpr Section NacelleSections[] = {{-23, -7, 2, -4, 0, 1}, {-6, -5, 1, -3, -1, 0}};
 constexpr Spot Sides[6] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
 constexpr Spot Up{0, 1, 0}, Down{0, -1, 0}, Fore{1, 0, 0}, Aft{-1, 0, 0}, Starboard{0, 0, 1}, Port{0, 0, -1};
 
@@ -127,12 +127,18 @@ static int OpenAxes(bool (*inside)(Spot), Spot p, Spot *side) {
   return -1;
 }
 
+static bool IsCanopy(Spot p) { return p.x >= 14 && p.y >= 1; }
+
 static u16 HullStuff(Spot p) {
+  if (IsCanopy(p)) return Of.glass;
   if (p.y <= -2) return Of.dark;
   if (p.y == 0 && abs(p.z - Keel) >= 5) return Of.trim;
   if (p.x <= -23 || p.x == -18 || p.x == EngineWall) return Of.dark;
   return Of.hull;
 }
+
+static u16 HullEdge(Spot p) { return IsCanopy(p) ? 530 : p.x <= EngineWall ? 560 : 251; }
+static u16 NacelleEdge(Spot) { return 261; }
 
 static u16 NacelleStuff(Spot p) {
   if (p.x <= -22 || p.x >= -6) return Of.dark;
@@ -143,6 +149,7 @@ static u16 NacelleStuff(Spot p) {
 struct Body {
   bool (*inside)(Spot);
   u16 (*stuff)(Spot);
+  u16 (*edge)(Spot);
   Spot low, high;
 };
 
@@ -153,30 +160,15 @@ static void ForEachSpot(const Body &b, Visit visit) {
       for (int z = b.low.z; z <= b.high.z; ++z) visit(Spot{x, y, z});
 }
 
-// Plain cubes behind the steps of the shell, then flat plates; edges and corners find their form by the plates that stand.
+// Flat plates first, those behind the steps of the shell too; edges and corners find their form by the plates that stand.
 static void PlateBody(const Body &b) {
   for (int axes = 0; axes <= 3; ++axes)
     ForEachSpot(b, [&](Spot p) {
       Spot side = Up;
       if (!b.inside(p) || OpenAxes(b.inside, p, &side) != axes) return;
-      if (axes == 0) Stand(2, b.stuff(p), p, Up);
-      else if (axes == 1) Turned(250, b.stuff(p), p, RotationOn(side));
-      else Stand(251, b.stuff(p), p, side);
+      if (axes <= 1) Turned(250, b.stuff(p), p, RotationOn(side));
+      else Stand(b.edge(p), b.stuff(p), p, side);
     });
-}
-
-// Wedges on the steps of a body, upright and upside down: a cell that lies on the body with the body on one side.
-static void SlopeSteps(const Body &b) {
-  ForEachSpot(b, [&](Spot p) {
-    if (b.inside(p) || Taken(p)) return;
-    const bool ceiling = b.inside(p + Up);
-    if (ceiling == b.inside(p + Down)) return;
-    Spot wall{};
-    int walls = 0;
-    for (const Spot &s : {Fore, Aft, Starboard, Port})
-      if (b.inside(p + s)) wall = s, ++walls;
-    if (walls == 1) Turned(1033, b.stuff(p), p, RotationOn(ceiling ? Down : Up), BackTowards(wall, ceiling));
-  });
 }
 
 static void Replace(u16 id, u16 material, Spot at, Spot side) {
@@ -184,24 +176,24 @@ static void Replace(u16 id, u16 material, Spot at, Spot side) {
   Stand(id, material, at, side);
 }
 
+// Edges and corners stay.
 static void Window(Spot at, Spot side) {
-  if (InHull(at)) Replace(1010, Of.glass, at, side);
+  Spot open{};
+  if (OpenAxes(InHull, at, &open) == 1) Replace(1010, Of.glass, at, side);
 }
 
 static void CutWindows() {
   for (const int sign : {-1, 1}) {
     const Spot side = sign > 0 ? Starboard : Port;
     for (const int x : {-15, -14, -11, -10, -6, -5, 4, 5, 8, 9}) Window({x, 1, Keel + sign * 5}, side);
-    for (int x = 14; x <= 16; ++x)
-      for (int y = 0; y <= 1; ++y) Window({x, y, Keel + sign * 4}, side);
-    for (int x = 17; x <= 18; ++x) Window({x, 0, Keel + sign * 3}, side);
+    for (int x = 14; x <= 18; ++x) Window({x, 0, Keel + sign * (x > 16 ? 3 : 4)}, side);
   }
-  for (int x = 14; x <= 16; ++x)
-    for (int z = Keel - 2; z <= Keel + 2; ++z) Window({x, 2, z}, Up);
-  for (int x = 17; x <= 18; ++x)
-    for (int z = Keel - 1; z <= Keel + 1; ++z) Window({x, 1, z}, Up);
-  for (int z = Keel - 2; z <= Keel + 2; ++z) Window({19, 0, z}, Fore);
-  for (int z = Keel - 1; z <= Keel + 1; ++z) Window({19, 1, z}, Fore);
+  for (int x = 14; x <= 19; ++x)
+    for (int y = 0; y <= 2; ++y)
+      for (int z = Keel - 4; z <= Keel + 4; ++z) {
+        Spot side = Up;
+        if ((IsCanopy({x, y, z}) || x == 19) && OpenAxes(InHull, {x, y, z}, &side) == 1) Window({x, y, z}, side);
+      }
 }
 
 static bool Walkable(Spot p) { return InHull(p) && !Taken(p); }
@@ -237,7 +229,7 @@ static void RaiseWalls() {
 static void HangLamps() {
   for (int x = -12; x <= 8; x += 10) Stand(1001, Of.steel, {x, 3, Keel}, Down);
   for (const int x : {-12, 6})
-    for (const int z : {Keel - 4, Keel + 4}) Stand(1002, Of.steel, {x, 2, z}, Down);
+    for (const int z : {Keel - 3, Keel + 3}) Stand(1002, Of.steel, {x, 2, z}, Down);
   Stand(1000, Of.steel, {13, 2, Keel}, Down);
 }
 
@@ -307,20 +299,19 @@ static void BuildAirlock() {
   for (int x = -2; x <= 2; ++x) Stand(1054, Of.steel, {x, Floor, Keel + 6}, Up);
 }
 
-constexpr Body Hull = {InHull, HullStuff, {-25, -4, Keel - 6}, {20, 6, Keel + 6}};
-constexpr Body Nacelles = {InNacelles, NacelleStuff, {-24, -4, Keel - 12}, {-4, 2, Keel + 12}};
+constexpr Body Hull = {InHull, HullStuff, HullEdge, {-25, -4, Keel - 6}, {20, 6, Keel + 6}};
+constexpr Body Nacelles = {InNacelles, NacelleStuff, NacelleEdge, {-24, -5, Keel - 12}, {-4, 2, Keel + 12}};
 
 static void BuildNacelles() {
   PlateBody(Nacelles);
-  SlopeSteps(Nacelles);
   for (const int sign : {-1, 1}) {
     const int middle = Keel + sign * NacelleDistance;
     for (const int x : {-20, -19, -11, -10})
       for (int y = -1; y <= 0; ++y)
         if (!Taken({x, y, Keel + sign * 6})) Stand(1032, Of.dark, {x, y, Keel + sign * 6}, sign > 0 ? Starboard : Port);
-    for (int y = -2; y <= -1; ++y)
+    for (int y = -3; y <= -1; ++y)
       for (int z = middle - 1; z <= middle + 1; ++z) Turned(1099, Of.steel, {-24, y, z}, RotationOn(Aft));
-    Stand(1000, Of.steel, {-4, -1, middle}, Fore);
+    Stand(1000, Of.steel, {-4, -2, middle}, Fore);
     for (int x = -19; x <= -9; x += 2) Stand(1103, Of.dark, {x, 1, middle}, Up);
   }
 }
@@ -356,7 +347,6 @@ static void BuildShip() {
   LayDeck();
   RaiseWalls();
   BuildAirlock();
-  SlopeSteps(Hull);
   HangLamps();
   RunPipes();
   FurnishEngineRoom();

@@ -48,7 +48,7 @@ int Put(const Hand &hand, u16 id, Cell3 at, Cell3 target) {
   p.block.component = ComponentRow(id);
   p.at = at;
   p.target = target;
-  p.eye[0] = at.x + 2;
+  p.eye[0] = at.x - 2;
   p.eye[1] = at.y + 3;
   p.eye[2] = at.z + 6;
   p.ship = hand.ship;
