@@ -66,9 +66,13 @@ static void ChoosePipe(Piece *p, const PipeForms &forms) {
   }
 }
 
-static void Choose340(Piece *p) { ChoosePipe(p, {.straight = 340, .firstKept = 342, .lastKept = 344, .ends = 3, .junction = 344}); }
+static void Choose340(Piece *p) {
+  ChoosePipe(p, {.straight = 340, .firstKept = 342, .lastKept = 344, .ends = 3, .junction = 344});
+}
 
-static void Choose310(Piece *p) { ChoosePipe(p, {.straight = 310, .firstKept = 311, .lastKept = 312, .ends = 2, .junction = 313}); }
+static void Choose310(Piece *p) {
+  ChoosePipe(p, {.straight = 310, .firstKept = 311, .lastKept = 312, .ends = 2, .junction = 313});
+}
 
 static void Choose20(Piece *p) {
   constexpr u16 node = 23, closed = 24;
