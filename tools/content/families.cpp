@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr int LitPlating = 570;  // its edges and corners give light
+
 struct Thing {
   int id;
   const char *name, *stem;
@@ -60,6 +62,7 @@ static void AddPlatingStyle(std::vector<ComponentRow> *rows, int style, int id, 
   for (size_t i = 0; i < PlatingLooks; i++) {
     ComponentRow &row = (*rows)[first + i];
     row.form = style * PlatingLooks + static_cast<int>(i);
+    if (id == LitPlating && i < 2) row = Lamp(row, 70, 96, 108);
     row.kind = i == 0 ? "platingedg" : i == 1 ? "platingcor" : "plating";
   }
 }

@@ -27,8 +27,8 @@ static Paint TileFace(int a, int b) {
 static Paint BrickFace(int a, int b) {
   const int course = b / 4;
   const int along = (a + course % 2 * 4) & 15;
-  if (b % 4 == 3 || along % 8 == 7) return Bone;
-  return Stuff(190 + static_cast<int>(Grain(along / 8, course, 13) * 50.0f));
+  if (b % 4 == 3 || along % 8 == 7) return Scaled(Bone, 0.7f);
+  return Stuff(196 + static_cast<int>(Grain(along / 8, course, 13) * 50.0f));
 }
 
 static Paint SlatFace(int, int b) {

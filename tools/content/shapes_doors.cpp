@@ -142,6 +142,7 @@ void DrawLockDoor(Grid &grid, int) {
     if (x / 2 % 2 == 0) Box(grid, {x, 1, 5, x, 4, 10}, Charcoal);
   }
   Bar(grid, Axis::Z, 7.5f, 9.0f, 3.6f, 4, 11, Brass);
+  Bar(grid, Axis::Z, 7.5f, 9.0f, 3.6f, 5, 10, Graphite);
   Bar(grid, Axis::Z, 7.5f, 9.0f, 2.6f, 0, 15, Nothing);
   Bar(grid, Axis::Z, 7.5f, 9.0f, 2.6f, 7, 8, {150, 206, 200, 80});
   for (const int z : {4, 11}) {
@@ -156,6 +157,7 @@ void DrawIris(Grid &grid, int) {
   Box(grid, {0, 0, 4, 15, 15, 11}, OffWhite);
   BoxEdges(grid, {0, 0, 4, 15, 15, 11}, 1, Graphite);
   Bar(grid, Axis::Z, 7.5f, 7.5f, 7.2f, 3, 12, Brass);
+  Bar(grid, Axis::Z, 7.5f, 7.5f, 7.2f, 5, 10, Graphite);
   Bar(grid, Axis::Z, 7.5f, 7.5f, 6.2f, 0, 15, Nothing);
   for (int x = 1; x < 15; x++) {
     for (int y = 1; y < 15; y++) {

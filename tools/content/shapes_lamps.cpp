@@ -42,12 +42,12 @@ void DrawPostLamp(Grid &grid, int form) {
   Bar(grid, Axis::Y, 7.5f, 7.5f, 4.2f, 0, 0, Graphite);
   Bar(grid, Axis::Y, 7.5f, 7.5f, 2.8f, 1, 8, OffWhite);
   Bar(grid, Axis::Y, 7.5f, 7.5f, 3.4f, 2, 2, Brass);
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 3.2f, 9, 12, glows[form]);
-  Bar(grid, Axis::Y, 7.5f, 7.5f, 3.6f, 10, 11, Core(form), 2.9f);
+  Bar(grid, Axis::Y, 7.5f, 7.5f, 3.4f, 9, 12, glows[form]);
   Bar(grid, Axis::Y, 7.5f, 7.5f, 4.0f, 13, 14, Graphite);
   Bar(grid, Axis::Y, 7.5f, 7.5f, 2.0f, 15, 15, Oxide);
-  for (const int i : {4, 11}) Box(grid, {i, 9, 7, i, 12, 8}, Graphite);
-  for (const int k : {4, 11}) Box(grid, {7, 9, k, 8, 12, k}, Graphite);
+  for (const int i : {5, 10}) {
+    for (const int k : {5, 10}) Box(grid, {i, 9, k, i, 12, k}, Graphite);
+  }
   Weather(grid, 2022, 0.7f);
 }
 

@@ -140,6 +140,9 @@ void DrawFusionCore(Grid &grid, int form) {
     Column(p, 15.5f, 15.5f, radius, 4 + i, 4 + i, i % 2 == 0 ? Brass : Stuff(206));
     Column(p, 15.5f, 15.5f, radius, 27 - i, 27 - i, i % 2 == 0 ? Brass : Stuff(206));
   }
+  Column(p, 15.5f, 15.5f, 10.4f, 31, 31, Brass, 8.8f);
+  Column(p, 15.5f, 15.5f, 7.4f, 31, 31, Graphite);
+  Column(p, 15.5f, 15.5f, 5.4f, 31, 31, TealGlow);
   Ball(p, 15.5f, 15.5f, 15.5f, 8.4f, TealGlow);
   Ball(p, 15.5f, 15.5f, 15.5f, 6.6f, ColdGlow);
   Column(p, 15.5f, 15.5f, 11.4f, 14, 17, Stuff(240), 9.6f);

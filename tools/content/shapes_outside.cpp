@@ -141,7 +141,7 @@ void DrawVerniers(Grid &grid, int) {
   BoxEdges(grid, {1, 0, 1, 14, 4, 14}, 1, Graphite);
   Box(grid, {6, 5, 6, 9, 6, 9}, Oxide);
   for (const float x : {4.0f, 11.0f}) {
-    for (const float z : {4.0f, 11.0f}) Bell(grid, x, z, 8, 1.3f, 3.2f, Graphite, AmberGlow);
+    for (const float z : {4.0f, 11.0f}) Bell(grid, x, z, 8, 1.3f, 3.2f, Steel, AmberGlow);
   }
   for (const int x : {3, 10}) {
     for (const int z : {3, 10}) Box(grid, {x, 5, z, x + 2, 8, z + 2}, Steel);

@@ -76,9 +76,9 @@ static Paint Tiles(int a, int b, int look) {
 static Paint Bricks(int a, int b, int look) {
   const int course = b / 4;
   const int along = (a + course % 2 * 4) & 15;
-  if (b % 4 == 3 || along % 8 == 7) return Bone;
+  if (b % 4 == 3 || along % 8 == 7) return Stuff(130);
   const float tone = LatticeValue(along / 8, course, look, 610);
-  return Stuff(188 + static_cast<int>(tone * 56.0f));
+  return Stuff(196 + static_cast<int>(tone * 56.0f));
 }
 
 static Paint Stripes(int a, int b, int) {
@@ -204,12 +204,13 @@ void DrawPlating(Grid &grid, int form) {
   Weather(grid, 251U + static_cast<uint32_t>(form), 0.6f);
 }
 
-// As thick as the cell, so that it meets every edge: plates outside, ribs on the inner side.
+// As thick as the cell, so that it meets every edge, and alike on all sides, since it may face either way.
 void DrawFlatPlating(Grid &grid, int) {
-  Box(grid, WholeGrid, Stuff(218));
+  Grid top;
   for (int x = 0; x < GridEdge; x++) {
-    for (int z = 0; z < GridEdge; z++) At(grid, x, 15, z) = Panels(x, z, 0);
+    for (int z = 0; z < GridEdge; z++) At(top, x, 15, z) = Panels(x, z, 0);
   }
-  for (int x = 2; x < 14; x += 4) Box(grid, {x, 0, 2, x + 1, 1, 13}, Nothing);
-  Weather(grid, 250, 0.7f);
+  Box(grid, WholeGrid, Stuff(218));
+  SixSides(grid, top);
+  Weather(grid, 250, 0.6f);
 }

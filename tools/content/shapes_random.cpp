@@ -100,18 +100,26 @@ void DrawCircuitry(Grid &grid, int form) {
   Weather(grid, 420U + static_cast<uint32_t>(form), 0.4f);
 }
 
-// Spikes that grow out of the middle to all sides.
+// A spike from the middle of the cell, thick at its foot.
+static void Spike(Grid &grid, const float tip[3], Paint paint) {
+  const float middle[3] = {7.5f, 7.5f, 7.5f};
+  constexpr float reach[3] = {1.0f, 0.75f, 0.45f};
+  constexpr float width[3] = {0.6f, 1.1f, 1.9f};
+  for (int i = 0; i < 3; i++) {
+    float end[3];
+    for (int a = 0; a < 3; a++) end[a] = middle[a] + (tip[a] - middle[a]) * reach[i];
+    Beam(grid, middle, end, width[i], Scaled(paint, 1.0f - 0.16f * static_cast<float>(i)));
+  }
+}
+
 void DrawCrystal(Grid &grid, int form) {
   Dice dice{3520U + static_cast<uint32_t>(form) * 47U};
-  const float middle[3] = {7.5f, 7.5f, 7.5f};
+  const Paint stone = form % 2 == 0 ? Paint{214, 190, 248, 255} : Paint{178, 214, 248, 255};
   for (int i = 0; i < 9; i++) {
     float tip[3];
-    for (float &t : tip) t = RollBetween(&dice, 2.0f, 13.0f);
+    for (float &t : tip) t = RollBetween(&dice, 1.0f, 14.0f);
     if (i < 6) tip[i / 2] = i % 2 == 0 ? 0.0f : 15.0f;
-    float waist[3];
-    for (int a = 0; a < 3; a++) waist[a] = middle[a] + (tip[a] - middle[a]) * 0.62f;
-    Beam(grid, middle, tip, 0.6f, Stuff(255));
-    Beam(grid, middle, waist, 1.6f, Stuff(RollInt(&dice, 200, 244)));
+    Spike(grid, tip, Scaled(stone, RollBetween(&dice, 0.8f, 1.0f)));
   }
   Weather(grid, 3520U + static_cast<uint32_t>(form), 1.2f);
 }

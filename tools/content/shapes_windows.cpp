@@ -1,8 +1,7 @@
-// More windows. Glass is put in last and clear: the worn look would cloud it.
+// More windows. Frames have colours of their own, so that they stand in a material of glass too. Glass is put in
+// last and clear: the worn look would cloud it.
 #include "palette.h"
 #include "shapes_more.h"
-
-constexpr Paint Clear{255, 255, 255, 254};  // the material's colour at its clearest
 
 static void AddGlass(Grid &grid, const Grid &glass) {
   Grid both = glass;
@@ -12,7 +11,7 @@ static void AddGlass(Grid &grid, const Grid &glass) {
 
 // A thin cross over a flat pane.
 void DrawSkylight(Grid &grid, int) {
-  Box(grid, {0, 0, 0, 15, 4, 15}, Stuff(226));
+  Box(grid, {0, 0, 0, 15, 4, 15}, OffWhite);
   Box(grid, {2, 0, 2, 13, 4, 13}, Nothing);
   Box(grid, {7, 1, 2, 8, 3, 13}, OffWhite);
   Box(grid, {2, 1, 7, 13, 3, 8}, OffWhite);
@@ -36,7 +35,7 @@ void DrawBubble(Grid &grid, int) {
 }
 
 void DrawSlit(Grid &grid, int) {
-  Box(grid, {0, 0, 4, 15, 15, 11}, Stuff(226));
+  Box(grid, {0, 0, 4, 15, 15, 11}, OffWhite);
   Box(grid, {2, 6, 0, 13, 9, 15}, Nothing);
   for (const int z : {3, 12}) {
     Box(grid, {1, 5, z, 14, 10, z}, Graphite);
@@ -51,10 +50,10 @@ void DrawSlit(Grid &grid, int) {
 
 // Nine small panes.
 void DrawMullion(Grid &grid, int) {
-  BoxEdges(grid, {0, 0, 6, 15, 15, 9}, 1, Stuff(226));
+  BoxEdges(grid, {0, 0, 6, 15, 15, 9}, 1, OffWhite);
   for (const int i : {5, 10}) {
-    Box(grid, {i, 0, 6, i, 15, 9}, Stuff(208));
-    Box(grid, {0, i, 6, 15, i, 9}, Stuff(208));
+    Box(grid, {i, 0, 6, i, 15, 9}, Bone);
+    Box(grid, {0, i, 6, 15, i, 9}, Bone);
   }
   Weather(grid, 2103);
   Grid glass;
@@ -77,7 +76,10 @@ void DrawSlopedGlass(Grid &grid, int) {
 }
 
 void DrawGlassTile(Grid &grid, int) {
-  Box(grid, {0, 0, 0, 15, 1, 15}, Clear);
+  Box(grid, {0, 0, 0, 15, 1, 15}, Stuff(255));
+  for (const int x : {0, 14}) {
+    for (const int z : {0, 14}) Box(grid, {x, 0, z, x + 1, 2, z + 1}, Brass);
+  }
 }
 
 // Two panes that meet in a post.
@@ -96,7 +98,7 @@ void DrawGlassCorner(Grid &grid, int) {
 
 // A big round window in a full block, seen through on the way along z.
 void DrawOculus(Grid &grid, int) {
-  Box(grid, WholeGrid, Stuff(224));
+  Box(grid, WholeGrid, OffWhite);
   Bar(grid, Axis::Z, 7.5f, 7.5f, 7.4f, 0, 15, Graphite);
   Bar(grid, Axis::Z, 7.5f, 7.5f, 6.6f, 0, 15, Nothing);
   Bar(grid, Axis::Z, 7.5f, 7.5f, 6.6f, 6, 9, Brass, 5.6f);
