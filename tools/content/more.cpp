@@ -85,7 +85,7 @@ static void AddWindows(std::vector<ComponentRow> *rows) {
   rows->push_back(Plain(2101, "Bubble", "bubble", DrawBubble, "Glass"));
   rows->push_back(Plain(2102, "Slit", "slit", DrawSlit, "Glass"));
   rows->push_back(Plain(2103, "Mullion", "mullion", DrawMullion, "Glass"));
-  rows->push_back(Plain(2104, "Canopy", "canopy", DrawSlopedGlass, "Glass|Common"));
+  rows->push_back(Plain(2104, "Windscreen", "windscreen", DrawSlopedGlass, "Glass|Common"));
   rows->push_back(Plain(2105, "Glasstile", "glasstile", DrawGlassTile, "Glass"));
   rows->push_back(Plain(2106, "Glasscorner", "glasscorner", DrawGlassCorner, "Glass"));
   rows->push_back(Plain(2107, "Oculus", "oculus", DrawOculus, "Glass"));
