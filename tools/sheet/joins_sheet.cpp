@@ -1,6 +1,7 @@
 // The sheet of joining families: each built into a small structure, block by block, as a player would.
+#include <chrono>
 #include <string>
-#include <vector>
+#include <thread>
 
 #include "content/components.h"
 #include "letters.h"
@@ -20,17 +21,23 @@ constexpr int BoxEdge = 4;                   // of the hulls, in cells
 constexpr Ink NameInk{222, 224, 228}, IdInk{150, 220, 210};
 constexpr LightEntry Studio[] = {{5, 4, 3, 255, 246, 232, 0}, {-4, 5, -5, 150, 170, 204, 0}, {2, 3, 6, 110, 110, 106, 0}};
 
+// The rules that draw a look do so by the second, so pieces of that kind come one in a round, and a round in each second.
+constexpr int Rounds = 12;
+constexpr auto RoundTime = std::chrono::milliseconds(1050);
+
 // A structure in the making; (0, 0, 0) is its corner.
 struct Site {
   Hand hand;
   u16 x = 0;
+  int round = 0;
 };
 
 struct Panel {
   u16 id;
   u16 material;  // its id
   void (*build)(const Site &site, u16 id);
-  const char *note;
+  const char *note = "";
+  bool fromBack = false;
 };
 
 static Cell3 At(const Site &s, int x, int y, int z) {
@@ -47,6 +54,7 @@ static void AddTurned(const Site &s, u16 id, int x, int y, int z, unsigned rotat
 
 // A run with a bend, a branch, a riser and a piece that stands alone.
 static void BuildRun(const Site &s, u16 id) {
+  if (s.round > 0) return;
   for (int x = 0; x <= 5; ++x) Add(s, id, x, 0, 0);
   for (int z = 1; z <= 3; ++z) Add(s, id, 2, 0, z);
   for (int x = 3; x <= 4; ++x) Add(s, id, x, 0, 3);
@@ -56,6 +64,7 @@ static void BuildRun(const Site &s, u16 id) {
 
 // A run through a collar of plates.
 static void BuildPassage(const Site &s, u16 id) {
+  if (s.round > 0) return;
   for (int x = 2; x <= 3; ++x) {
     AddTurned(s, FlatPlating, x, 2, 1, 5);
     AddTurned(s, FlatPlating, x, 0, 1, 2);
@@ -72,8 +81,8 @@ static unsigned FaceRotation(int x, int y, int z) {
   return z == 0 ? 1 : 3;
 }
 
-// A hollow box of flat plates, closed by edges and corners, and pieces that stand alone.
-static void BuildHull(const Site &s, u16 id) {
+// A hollow box of flat plates, closed by edges and corners.
+static void CloseBox(const Site &s, u16 id) {
   const auto outer = [](int at) { return at == 0 || at == BoxEdge - 1 ? 1 : 0; };
   for (int pass = 1; pass <= 3; ++pass)
     for (int x = 0; x < BoxEdge; ++x)
@@ -83,35 +92,40 @@ static void BuildHull(const Site &s, u16 id) {
           if (pass == 1) AddTurned(s, FlatPlating, x, y, z, FaceRotation(x, y, z));
           else Add(s, id, x, y, z);
         }
-  for (int z = 0; z <= 6; z += 3) Add(s, id, BoxEdge + 2, 0, z);
 }
 
-static void BuildThing(const Site &s, u16 id) { Add(s, id, 0, 0, 0); }
+// The box, and pieces that stand alone.
+static void BuildHull(const Site &s, u16 id) {
+  if (s.round == 0) CloseBox(s, id);
+  if (s.round % 4 == 0) Add(s, id, BoxEdge + 2, 0, s.round / 4 * 3);
+}
+
+static void BuildThing(const Site &s, u16 id) {
+  if (s.round == 0) Add(s, id, 0, 0, 0);
+}
 
 // A wall in which no two pieces need look alike.
-static void BuildPatch(const Site &s, u16 id) {
-  for (int x = 0; x <= 3; ++x)
-    for (int y = 0; y <= 2; ++y) Add(s, id, x, y, 0);
-}
+static void BuildPatch(const Site &s, u16 id) { Add(s, id, s.round % 4, s.round / 4, 0); }
 
 // A row on a floor, of which the first piece is turned by the floor and the others by it.
 static void BuildRow(const Site &s, u16 id) {
+  if (s.round > 0) return;
   for (int x = 0; x <= 3; ++x) Add(s, PlainCube, x, 0, 0);
   for (int x = 0; x <= 3; ++x) Add(s, id, x, 1, 0);
 }
 
 constexpr Panel Panels[] = {
-    {20, 40, BuildRun, ""},        {20, 40, BuildPassage, " in plating"}, {40, 12, BuildRun, ""},
-    {40, 12, BuildPassage, " in plating"}, {310, 57, BuildRun, ""},       {340, 14, BuildRun, ""},
-    {251, 40, BuildHull, ""},      {261, 40, BuildHull, ""},      {510, 12, BuildHull, ""},  {520, 12, BuildHull, ""},
-    {530, 6, BuildHull, ""},       {560, 57, BuildHull, ""},      {570, 40, BuildHull, ""},  {580, 2, BuildHull, ""},
-    {610, 41, BuildHull, ""},      {620, 12, BuildHull, ""},      {630, 60, BuildHull, ""},  {30, 60, BuildThing, ""},
-    {120, 63, BuildThing, ""},     {122, 12, BuildThing, ""},     {124, 12, BuildThing, ""}, {350, 12, BuildThing, ""},
-    {200, 12, BuildPatch, ""},     {320, 5, BuildPatch, ""},      {370, 5, BuildPatch, ""},  {420, 57, BuildPatch, ""},
-    {3520, 72, BuildPatch, ""},    {70, 12, BuildRow, ""},        {80, 12, BuildRow, ""},    {83, 12, BuildRow, ""},
-    {94, 12, BuildRow, ""},        {240, 12, BuildRow, ""},       {270, 63, BuildRow, ""},   {360, 12, BuildRow, ""},
-    {362, 12, BuildRow, ""},       {450, 63, BuildRow, ""},       {550, 12, BuildRow, ""},   {551, 12, BuildRow, ""},
-    {600, 62, BuildRow, ""},       {601, 12, BuildRow, ""}};
+    {20, 40, BuildRun},        {20, 40, BuildPassage, " in plating"}, {40, 12, BuildRun},
+    {40, 12, BuildPassage, " in plating"}, {310, 57, BuildRun},       {340, 14, BuildRun},
+    {251, 40, BuildHull},      {261, 40, BuildHull},      {510, 12, BuildHull},  {520, 12, BuildHull},
+    {530, 6, BuildHull},       {560, 57, BuildHull},      {570, 40, BuildHull},  {580, 42, BuildHull},
+    {610, 41, BuildHull},      {620, 12, BuildHull},      {630, 60, BuildHull},  {30, 60, BuildThing},
+    {120, 63, BuildThing, "", true},     {122, 12, BuildThing},     {124, 12, BuildThing, "", true}, {350, 12, BuildThing},
+    {200, 12, BuildPatch},     {320, 5, BuildPatch},      {370, 5, BuildPatch},  {420, 57, BuildPatch},
+    {3520, 54, BuildPatch},    {70, 12, BuildRow},        {80, 12, BuildRow},    {83, 12, BuildRow},
+    {94, 12, BuildRow},        {240, 12, BuildRow},       {270, 63, BuildRow},   {360, 12, BuildRow},
+    {362, 12, BuildRow},       {450, 63, BuildRow},       {550, 12, BuildRow},   {551, 12, BuildRow},
+    {600, 62, BuildRow},       {601, 12, BuildRow}};
 
 // The same light on every block, as from far away.
 static void LightBox(const Ship &ship, const CellBox &box) {
@@ -123,13 +137,11 @@ static void LightBox(const Ship &ship, const CellBox &box) {
 }
 
 static void PaintPanel(Canvas *canvas, const Frame &frame, Ship *ship, const Panel &panel, u16 x) {
-  const Site site = {{ship, MaterialRow(panel.material)}, x};
-  panel.build(site, panel.id);
   const CellBox box = {x, StandY, StandZ, static_cast<u16>(x + Reach), StandY + Reach, StandZ + Reach};
   LightBox(*ship, box);
   FillFrame(canvas, frame, 22, 25, 33);
   PaintCells(canvas, {frame.left + Margin, frame.top + Margin, frame.width - 2 * Margin, frame.height - TextHeight - 2 * Margin},
-             *ship, box, false, LargestVoxel);
+             *ship, box, panel.fromBack, LargestVoxel);
   const int text = frame.top + frame.height - TextHeight + 8;
   const std::string id = std::to_string(panel.id);
   Write(canvas, frame.left + Margin, text, TextSize, IdInk, id);
@@ -137,13 +149,25 @@ static void PaintPanel(Canvas *canvas, const Frame &frame, Ship *ship, const Pan
         Components[static_cast<size_t>(FindComponent(panel.id))].name + panel.note);
 }
 
+constexpr int PanelCount = sizeof Panels / sizeof Panels[0], Lines = (PanelCount + Columns - 1) / Columns;
+
+static u16 PlaceOfPanel(int i) { return static_cast<u16>(FirstX + i * Spacing); }
+
+static void BuildAll(Ship *ship) {
+  for (int round = 0; round < Rounds; ++round) {
+    if (round > 0) std::this_thread::sleep_for(RoundTime);
+    for (int i = 0; i < PanelCount; ++i)
+      Panels[i].build({{ship, MaterialRow(Panels[i].material)}, PlaceOfPanel(i), round}, Panels[i].id);
+  }
+}
+
 bool SheetOfJoins(const std::string &path) {
   const std::unique_ptr<Ship> ship = NewShip();
   if (ship == nullptr) return false;
-  constexpr int count = sizeof Panels / sizeof Panels[0], lines = (count + Columns - 1) / Columns;
-  Canvas canvas = NewCanvas(Columns * (PanelWidth + Margin) + Margin, lines * (PanelHeight + Margin) + Margin, 13, 15, 21);
-  for (int i = 0; i < count; ++i)
+  BuildAll(ship.get());
+  Canvas canvas = NewCanvas(Columns * (PanelWidth + Margin) + Margin, Lines * (PanelHeight + Margin) + Margin, 13, 15, 21);
+  for (int i = 0; i < PanelCount; ++i)
     PaintPanel(&canvas, {Margin + i % Columns * (PanelWidth + Margin), Margin + i / Columns * (PanelHeight + Margin), PanelWidth, PanelHeight},
-               ship.get(), Panels[i], static_cast<u16>(FirstX + i * Spacing));
+               ship.get(), Panels[i], PlaceOfPanel(i));
   return SaveCanvas(canvas, canvas.height, path);
 }

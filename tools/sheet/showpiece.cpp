@@ -28,8 +28,8 @@ struct Section {
 };
 
 constexpr Section Sections[] = {{-24, -23, 4, -2, 4, 1}, {-22, -18, 5, -3, 5, 2}, {-17, 10, 5, -3, 4, 2},
-                                {11, 13, 5, -3, 3, 1},   {14, 16, 4, -2, 2, 1},   {17, 19, 3, -2, 1, 1}};
-constexpr Section NacelleSections[] = {{-23, -7, 2, -4, 0, 1}, {-6, -5, 1, -3, -1, 0}};
+                                {11, 13, 5, -3, 3, 1},   {14, 16, 4, -3, 2, 1},   {17, 19, 3, -3, 1, 1}};
+constexpr Section NacelleSection = {-23, -6, 2, -4, 0, 1};
 constexpr Spot Sides[6] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
 constexpr Spot Up{0, 1, 0}, Down{0, -1, 0}, Fore{1, 0, 0}, Aft{-1, 0, 0}, Starboard{0, 0, 1}, Port{0, 0, -1};
 
@@ -106,9 +106,7 @@ static bool InHull(Spot p) {
 }
 
 static bool InNacelles(Spot p) {
-  for (const Section &s : NacelleSections)
-    if (InSection(s, Keel - NacelleDistance, p) || InSection(s, Keel + NacelleDistance, p)) return true;
-  return false;
+  return InSection(NacelleSection, Keel - NacelleDistance, p) || InSection(NacelleSection, Keel + NacelleDistance, p);
 }
 
 // On how many axes a cell of a body lies open, and one of its open sides. -1 for a cell inside, that is none of the shell.
@@ -141,7 +139,7 @@ static u16 HullEdge(Spot p) { return IsCanopy(p) ? 530 : p.x <= EngineWall ? 560
 static u16 NacelleEdge(Spot) { return 261; }
 
 static u16 NacelleStuff(Spot p) {
-  if (p.x <= -22 || p.x >= -6) return Of.dark;
+  if (p.x <= -22 || p.x >= -7) return Of.dark;
   return p.x == -12 || p.x == -13 ? Of.hull : Of.trim;
 }
 
@@ -230,13 +228,16 @@ static void HangLamps() {
   for (int x = -12; x <= 8; x += 10) Stand(1001, Of.steel, {x, 3, Keel}, Down);
   for (const int x : {-12, 6})
     for (const int z : {Keel - 3, Keel + 3}) Stand(1002, Of.steel, {x, 2, z}, Down);
-  Stand(1000, Of.steel, {13, 2, Keel}, Down);
+  Stand(1000, Of.steel, {12, 2, Keel}, Down);
+  for (const int z : {Keel - 3, Keel + 3}) Stand(2022, Of.steel, {-20, 2, z}, Down);
 }
 
 // Runs of pipe under the corridor's roof, which the rules join up as they grow, and one below the grating.
 static void RunPipes() {
   for (int x = EngineWall + 1; x < BridgeWall; ++x) Stand(340, Of.copper, {x, 3, Keel - 1}, Down);
   for (int x = EngineWall + 1; x < BridgeWall; ++x) Stand(310, Of.dark, {x, 3, Keel + 1}, Down);
+  for (int x = EngineWall + 1; x < BridgeWall; ++x)
+    if (Walkable({x, -2, Keel + 3})) Stand(x == -3 ? 44 : 40, Of.steel, {x, -2, Keel + 3}, Up);
   for (const int x : {-10, 2})
     for (int y = 2; y >= 0; --y) Stand(340, Of.copper, {x, y, Keel - 1}, Down);
   for (int x = -22; x <= 10; ++x)
@@ -244,45 +245,51 @@ static void RunPipes() {
 }
 
 static void FurnishEngineRoom() {
-  for (int y = 0; y <= 3; ++y) Stand(1095, Of.steel, {-20, y, Keel}, Up);
-  for (const int z : {Keel - 4, Keel + 4}) {
-    Stand(1096, Of.dark, {-19, 0, z}, Up);
-    Stand(1102, Of.dark, {-20, 0, z}, Up);
-    for (int y = 0; y <= 1; ++y) Stand(1094, Of.steel, {-21, y, z}, Up);
-    for (int y = 0; y <= 1; ++y) Stand(1097, Of.dark, {-18, y, z}, Up);
+  Stand(350, Of.steel, {-21, 0, Keel}, Up);
+  for (const int sign : {-1, 1}) {
+    const int z = Keel + sign * 4;
+    for (int x = -22; x <= -18; ++x)
+      for (int y = 0; y <= 1; ++y) Stand(200, Of.dark, {x, y, z}, Up);
+    Stand(2175, Of.steel, {-19, 0, Keel + sign * 3}, Up);
+    Stand(1096, Of.dark, {-22, 0, Keel + sign * 3}, Up);
   }
-  for (const int z : {Keel - 1, Keel, Keel + 1}) Turned(1080, Of.steel, {-22, 2, z}, RotationOn(Fore));
-  FloorFacing(1091, Of.steel, {-22, 0, Keel - 1}, Fore);
-  FloorFacing(1091, Of.steel, {-22, 0, Keel + 1}, Fore);
+  for (const int z : {Keel - 2, Keel + 3}) Stand(122, Of.steel, {-18, 0, z}, Up);
 }
 
 static void FurnishCabins() {
   for (const int x : {-14, -8}) {
-    FloorFacing(1125, Of.cloth, {x, 0, Keel - 4}, Starboard);
-    FloorFacing(1123, Of.steel, {x + 4, 0, Keel - 3}, Aft);
-    FloorFacing(1127, Of.wood, {x + 4, 0, Keel - 4}, Starboard);
-    Stand(1126, Of.hull, {x + 2, 0, Keel - 4}, Up);
+    FloorFacing(2137, Of.cloth, {x, 0, Keel - 4}, Starboard);
+    FloorFacing(2134, Of.wood, {x + 4, 0, Keel - 4}, Aft);
+    FloorFacing(2140, Of.wood, {x + 4, 0, Keel - 3}, Aft);
+    FloorFacing(2132, Of.cloth, {x + 3, 0, Keel - 4}, Fore);
+    Stand(2142, Of.teal, {x + 2, 0, Keel - 3}, Up);
   }
   for (const int x : {-1, 0}) Stand(1124, Of.wood, {x, 0, Keel - 4}, Up);
-  FloorFacing(1120, Of.cloth, {-2, 0, Keel - 4}, Fore);
-  FloorFacing(1120, Of.cloth, {1, 0, Keel - 4}, Aft);
+  FloorFacing(2133, Of.cloth, {-2, 0, Keel - 4}, Fore);
+  FloorFacing(2132, Of.cloth, {1, 0, Keel - 4}, Aft);
+  FloorFacing(2139, Of.steel, {2, 0, Keel - 4}, Starboard);
+  FloorFacing(2141, Of.hull, {2, 0, Keel - 3}, Aft);
+  for (int x = 4; x <= 8; ++x) Stand(x % 2 == 0 ? 2208 : 2200, Of.hull, {x, 0, Keel - 4}, Up);
   for (int x = -14; x <= -10; ++x)
     for (int y = 0; y <= abs(x) % 2; ++y) Stand(x % 3 == 0 ? 1122 : 1121, Of.wood, {x, y, Keel + 4}, Up);
-  for (int x = 4; x <= 8; x += 2) {
+  for (int x = -8; x <= -4; x += 2) FloorFacing(2123, Of.brass, {x, 0, Keel + 4}, Port);
+  for (int x = 4; x <= 8; x += 2)
     for (int y = 0; y <= 1; ++y) FloorFacing(1098, Of.dark, {x, y, Keel + 4}, Port);
-    Stand(1126, Of.hull, {x, 0, Keel - 4}, Up);
-  }
+  for (const int x : {5, 7}) FloorFacing(2152, Of.steel, {x, 0, Keel + 4}, Port);
 }
 
 static void FurnishBridge() {
-  for (int z = Keel - 2; z <= Keel + 2; ++z) FloorFacing(1091, Of.steel, {18, 0, z}, Aft);
-  for (const int z : {Keel - 1, Keel + 1}) FloorFacing(1120, Of.cloth, {16, 0, z}, Fore);
+  for (int z = Keel - 2; z <= Keel + 2; ++z) FloorFacing(z == Keel ? 2150 : 1091, Of.steel, {18, 0, z}, Aft);
+  for (const int z : {Keel - 1, Keel + 1}) FloorFacing(2130, Of.cloth, {16, 0, z}, Fore);
+  Stand(2151, Of.steel, {14, 0, Keel}, Up);
   for (const int sign : {-1, 1}) {
     const int z = Keel + sign * 4;
-    const Spot inward = sign > 0 ? Port : Starboard;
+    const Spot inward = sign > 0 ? Port : Starboard, outward = sign > 0 ? Starboard : Port;
     for (int y = 0; y <= 1; ++y) FloorFacing(1098, Of.dark, {12, y, z}, inward);
     FloorFacing(1091, Of.steel, {13, 0, z}, inward);
-    FloorFacing(1120, Of.cloth, {14, 0, Keel + sign * 3}, sign > 0 ? Starboard : Port);
+    FloorFacing(2130, Of.cloth, {13, 0, Keel + sign * 3}, outward);
+    Turned(2082, Of.dark, {12, 1, Keel + sign * 2}, RotationOn(Fore));
+    Turned(2111, Of.steel, {12, 0, Keel + sign * 2}, RotationOn(Fore));
   }
 }
 
@@ -296,6 +303,8 @@ static void BuildAirlock() {
     for (int y = 0; y <= 1; ++y) Replace(1038, Of.brass, {x, y, Keel + 5}, Starboard);
     Stand(1004, Of.steel, {2 * x, 1, Keel + 6}, Starboard);
   }
+  for (const int x : {-1, 1}) Stand(124, Of.steel, {2 * x, 0, Keel + 4}, Up);
+  Turned(2192, Of.steel, {0, 2, Keel + 6}, RotationOn(Starboard));
   for (int x = -2; x <= 2; ++x) Stand(1054, Of.steel, {x, Floor, Keel + 6}, Up);
 }
 
@@ -310,20 +319,33 @@ static void BuildNacelles() {
       for (int y = -1; y <= 0; ++y)
         if (!Taken({x, y, Keel + sign * 6})) Stand(1032, Of.dark, {x, y, Keel + sign * 6}, sign > 0 ? Starboard : Port);
     for (int y = -3; y <= -1; ++y)
-      for (int z = middle - 1; z <= middle + 1; ++z) Turned(1099, Of.steel, {-24, y, z}, RotationOn(Aft));
-    Stand(1000, Of.steel, {-4, -2, middle}, Fore);
+      for (int z = middle - 1; z <= middle + 1; ++z) Turned(y == -2 && z == middle ? 2171 : 2170, Of.steel, {-24, y, z}, RotationOn(Aft));
+    Stand(1000, Of.steel, {-5, -2, middle}, Fore);
     for (int x = -19; x <= -9; x += 2) Stand(1103, Of.dark, {x, 1, middle}, Up);
   }
 }
 
+// The name of the ship is a number, on both sides.
+static void PaintNumber() {
+  constexpr u16 Zero = 2180;
+  constexpr int number[] = {4, 0, 7};
+  for (int i = 0; i < 3; ++i) {
+    Turned(static_cast<u16>(Zero + number[i]), Of.trim, {-16 + i, 2, Keel + 6}, RotationOn(Starboard), 2);
+    Turned(static_cast<u16>(Zero + number[i]), Of.trim, {-14 - i, 2, Keel - 6}, RotationOn(Port), 2);
+  }
+}
+
 static void FitOutside() {
+  PaintNumber();
   for (int y = -1; y <= 3; y += 2)
-    for (int z = Keel - 2; z <= Keel + 2; z += 2) Turned(1099, Of.steel, {-25, y, z}, RotationOn(Aft));
+    for (int z = Keel - 2; z <= Keel + 2; z += 2) Turned(y == 1 ? 2171 : 1099, Of.steel, {-25, y, z}, RotationOn(Aft));
   for (int x = -22; x <= -18; ++x)
     for (int y = 6; y <= 8; ++y)
       if (x <= -17 - (y - 5)) Stand(y == 8 ? 1030 : 1032, y == 8 ? Of.trim : Of.dark, {x, y, Keel}, Up);
   Stand(1004, Of.steel, {-22, 9, Keel}, Up);
-  Stand(1101, Of.steel, {-6, 5, Keel}, Up);
+  Stand(2074, Of.steel, {-6, 5, Keel}, Up);
+  Stand(1101, Of.steel, {-4, 5, Keel + 2}, Up);
+  for (int x = 0; x <= 3; ++x) Stand(2165, Of.tech, {x, 5, Keel + 2}, Up);
   for (int y = 5; y <= 6; ++y) Stand(1100, Of.steel, {-2, y, Keel - 2}, Up);
   Stand(1100, Of.steel, {0, 5, Keel - 2}, Up);
   Stand(1039, Of.steel, {5, 5, Keel}, Up);
@@ -332,7 +354,7 @@ static void FitOutside() {
   for (int x = -16; x <= -9; ++x) Stand(340, Of.copper, {x, 5, Keel + 2}, Up);
   for (int z = Keel + 1; z >= Keel - 2; --z) Stand(340, Of.copper, {-9, 5, z}, Up);
   for (int x = -16; x <= -10; ++x) Stand(310, Of.dark, {x, 5, Keel - 2}, Up);
-  Stand(1000, Of.steel, {20, -1, Keel}, Fore);
+  Stand(2060, Of.steel, {20, -1, Keel}, Fore);
   Stand(1000, Of.steel, {4, -4, Keel}, Down);
 }
 
