@@ -1,6 +1,7 @@
 #include "gameplay/connect.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <ctime>
 #include <set>
 
@@ -108,7 +109,7 @@ TEST_F(Connect, ABlockLinesUpByItsNeighbourAndTheEye) {
       {1, 0, -1, 0, 5}, {1, 0, 1, 2, 1}, {1, 0, -1, -1, 3}, {1, 0, 2, 1, 2},                   // x-
       {2, 1, 0, 0, 4},  {2, 0, 0, -1, 2}, {2, -1, 0, 0, 5}, {2, 0, 0, 0, 1},                   // y+
       {3, 1, 0, 0, 4},  {3, 0, 0, -1, 2}, {3, -1, 0, 0, 5}, {3, 0, 0, 0, 1},                   // y-
-      {4, -1, 0, 0, 5}, {4, 1, 1, 0, 2},  {4, 0, -1, 0, 4},                                    // z+
+      {4, -1, 0, 0, 5}, {4, 1, 1, 0, 2},  {4, -1, -2, 0, 4},                                   // z+
       {5, 0, -1, 0, 5}, {5, 1, 0, 0, 4},  {5, -1, 0, 0, 6}, {5, 1, 1, 0, 2}};                  // z-
   for (const auto &c : cases) {
     Clear();
@@ -154,6 +155,7 @@ TEST_F(Connect, AnObjectOfSeveralCellsStandsWholeOrNotAtAll) {
     int step = 0;
     for (const Beside &b : order)
       if (inBox(b)) ExpectAt({b.x, b.y, b.z, 0, 3}, {o.id + step++}, "the rows rise through the box");
+      else EXPECT_FALSE(Taken(At + b.x, At + b.y, At + b.z)) << o.id;
     EXPECT_EQ(step, o.x * o.y * o.z);
     Clear();
   }
@@ -221,6 +223,22 @@ TEST_F(Connect, ANewPieceTakesTheFormOfItsJoint) {
     ExpectAt({0, 0, 0, 0, j.rotation, j.rotation2}, j.ids,
              (std::to_string(j.held) + " kin " + std::to_string(j.kin) + " walls " + std::to_string(j.walls)).c_str());
   }
+}
+
+// The second and the place choose among the forms that would do.
+TEST_F(Connect, ALonePieceLooksLikeItsPlace) {
+  const struct { int held, first, forms; } families[] = {{340, 341, 3}, {310, 311, 2}, {20, 20, 3}};
+  for (const auto &f : families)
+    for (int x = 0; x < 6; ++x) {
+      std::time_t second;
+      do {
+        Clear();
+        second = std::time(nullptr);
+        ASSERT_EQ(Build(f.held, 0, 0, 0, 0, {static_cast<u16>(At + x), At, At}), 1);
+      } while (std::time(nullptr) != second);
+      std::srand(static_cast<unsigned>(second + 3 * At + x));
+      ExpectAt({x, 0, 0, 0}, {f.first + std::rand() % f.forms}, "by its place");
+    }
 }
 
 // A piece that stands in the middle already, kin beside it, and a new one that comes to its x+ side.
