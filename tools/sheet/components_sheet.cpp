@@ -13,9 +13,9 @@
 
 // All lengths in pixels of the canvas, twice those of the picture.
 constexpr int PageWidth = 3200, PageHeight = 12000, Margin = 24;
-constexpr int LargeEdge = 164, SmallEdge = 80, TextHeight = 64, HeadHeight = 60, Gap = 12;
-constexpr int TextSize = 2, HeadSize = 4;
-constexpr float LargeVoxel = 6.4f, SmallVoxel = 3.2f;
+constexpr int LargeEdge = 156, SmallEdge = 76, TextHeight = 64, HeadHeight = 48, Gap = 12, GroupGap = 24;
+constexpr int TextSize = 2, HeadSize = 3;
+constexpr float LargeVoxel = 6.0f, SmallVoxel = 3.0f;
 constexpr Ink HeadInk{255, 206, 120}, IdInk{150, 220, 210}, NameInk{222, 224, 228}, TagInk{128, 136, 150};
 constexpr u16 StandX = 5000, StandY = 5000;  // components stand in a row along z, two cells apart
 constexpr LightEntry StudioLights[] = {{5, 4, 3, 255, 246, 232, 0}, {-4, 5, -5, 170, 186, 214, 0}, {2, 3, -6, 120, 120, 116, 0}};
@@ -24,6 +24,7 @@ constexpr LightEntry StudioLights[] = {{5, 4, 3, 255, 246, 232, 0}, {-4, 5, -5, 
 struct Page {
   Canvas canvas;
   int x = Margin, y = Margin, rowHeight = 0;
+  bool wrapped = true;  // the group before takes more than one line: the next one begins a line of its own
 };
 
 // The rows that have this row as their base, itself first.
@@ -71,6 +72,7 @@ static void MakeRoom(Page *page, int width, int height) {
     page->x = Margin;
     page->y += page->rowHeight;
     page->rowHeight = 0;
+    page->wrapped = true;
   }
   page->rowHeight = std::max(page->rowHeight, height);
 }
@@ -104,13 +106,27 @@ static void PaintTile(Page *page, Ship *ship, const std::vector<u16> &rows) {
   page->x += width;
 }
 
-static void PaintHead(Page *page, const std::string &name, size_t count) {
-  page->x = Margin;
-  page->y += page->rowHeight + Gap;
-  page->rowHeight = HeadHeight;
-  Write(&page->canvas, page->x, page->y + 12, HeadSize, HeadInk, name + "  " + std::to_string(count));
-  page->y += HeadHeight;
-  page->rowHeight = 0;
+// Begins a group, beside the one before where there is room for all of it. Gives the x where the next may begin.
+static int PaintHead(Page *page, const std::string &head, int tilesWidth) {
+  const int headWidth = static_cast<int>(head.size()) * LetterWidth * HeadSize, width = std::max(tilesWidth, headWidth);
+  if (!page->wrapped && page->x + GroupGap + width <= PageWidth - Margin) {
+    page->x += GroupGap;
+  } else {
+    page->x = Margin;
+    page->y += page->rowHeight + HeadHeight;
+    page->rowHeight = 0;
+    page->wrapped = false;
+  }
+  Write(&page->canvas, page->x, page->y - HeadHeight / 2 - 6, HeadSize, HeadInk, head);
+  return page->x + headWidth;
+}
+
+static void PaintGroup(Page *page, Ship *ship, const std::string &name, const std::vector<u16> &bases) {
+  int width = 0;
+  for (const u16 base : bases) width += TileWidth(FamilyOf(base).size());
+  const int headEnd = PaintHead(page, name + "  " + std::to_string(bases.size()), width);
+  for (const u16 base : bases) PaintTile(page, ship, FamilyOf(base));
+  page->x = std::max(page->x, headEnd);
 }
 
 // Base rows by their first category, categories in the order of the table.
@@ -132,9 +148,6 @@ bool SheetOfComponents(const std::string &path) {
   if (ship == nullptr) return false;
   Page page;
   page.canvas = NewCanvas(PageWidth, PageHeight, 13, 15, 21);
-  for (const auto &[name, bases] : BasesByCategory()) {
-    PaintHead(&page, name, bases.size());
-    for (const u16 base : bases) PaintTile(&page, ship.get(), FamilyOf(base));
-  }
+  for (const auto &[name, bases] : BasesByCategory()) PaintGroup(&page, ship.get(), name, bases);
   return SaveCanvas(page.canvas, page.y + page.rowHeight + Margin, path);
 }

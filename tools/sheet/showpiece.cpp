@@ -330,8 +330,8 @@ static void PaintNumber() {
   constexpr u16 Zero = 2180;
   constexpr int number[] = {4, 0, 7};
   for (int i = 0; i < 3; ++i) {
-    Turned(static_cast<u16>(Zero + number[i]), Of.trim, {-16 + i, 2, Keel + 6}, RotationOn(Starboard), 2);
-    Turned(static_cast<u16>(Zero + number[i]), Of.trim, {-14 - i, 2, Keel - 6}, RotationOn(Port), 2);
+    Turned(static_cast<u16>(Zero + number[i]), Of.trim, {-16 + i, 2, Keel + 6}, RotationOn(Starboard));
+    Turned(static_cast<u16>(Zero + number[i]), Of.trim, {-14 - i, 2, Keel - 6}, RotationOn(Port));
   }
 }
 
