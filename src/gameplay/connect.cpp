@@ -3,6 +3,7 @@
 #include "gameplay/connect.h"
 
 #include "content/components.h"
+#include "gameplay/connect_rules.h"
 #include "net/edits.h"
 #include "world/access.h"
 
@@ -14,7 +15,45 @@ struct RuleOfId {
   Rule rule;
 };
 
-static int PlacePlain(const Placement &p) { return PlaceBlockNetworked(p.block, p.at.x, p.at.y, p.at.z, p.ship); }
+bool ReadBeside(Cell3 c, int dx, int dy, int dz, const Ship &ship, Block *out) {
+  const int x = c.x + dx, y = c.y + dy, z = c.z + dz;
+  for (const int v : {x, y, z})
+    if (v < 0 || v >= CellsPerAxis) return false;
+  return GetBlock(out, static_cast<u16>(x), static_cast<u16>(y), static_cast<u16>(z), ship) == ReadFound;
+}
+
+bool ReadSide(Cell3 c, Side side, const Ship &ship, Block *out) {
+  int d[3] = {};
+  d[side.axis] = side.sign;
+  return ReadBeside(c, d[0], d[1], d[2], ship, out);
+}
+
+static const Component &ComponentOf(const Block &b) {
+  static const Component none;
+  const u16 row = static_cast<u16>(b.component);
+  return row < Components.size() ? Components[row] : none;
+}
+
+u16 IdOf(const Block &b) { return ComponentOf(b).id; }
+
+const std::string &ClassOf(const Block &b) { return ComponentOf(b).className; }
+
+// Rows with the same base are one family, and so are rows whose ids rise with them.
+bool TakeRow(Block *b, u16 from, int step) {
+  const int rows = static_cast<int>(Components.size()), row = from + step;
+  if (from >= rows || row < 1 || row >= rows) return false;
+  const int id = Components[static_cast<u16>(row)].id;
+  if (id == 0 || (FamilyBase(static_cast<u16>(row)) != FamilyBase(from) && id != Components[from].id + step)) return false;
+  b->component = static_cast<u16>(row);
+  return true;
+}
+
+void TakeTurn(Block *b, Turn turn) {
+  b->rotation = turn.rotation & 7u;
+  b->rotation2 = turn.rotation2 & 3u;
+}
+
+int PlacePlain(const Placement &p) { return PlaceBlockNetworked(p.block, p.at.x, p.at.y, p.at.z, p.ship); }
 
 // The face of the block aimed at on which the new one stands.
 static unsigned FaceOfTarget(const Placement &p) {
@@ -24,19 +63,42 @@ static unsigned FaceOfTarget(const Placement &p) {
   return static_cast<unsigned>(p.block.rotation);
 }
 
-static int StandOnTarget(const Placement &p) {
+int StandOnTarget(const Placement &p) {
   Placement turned = p;
   if (p.automatic) turned.block.rotation = FaceOfTarget(p) & 7u;
   return PlacePlain(turned);
 }
 
-// Ids with a rule of their own; every other id stands on its target.
-constexpr RuleOfId Rules[] = {{2, PlacePlain}};
+template <u16 base>
+static int Joined(const Placement &p) {
+  return ConnectFamily(p, base);
+}
+template <int x, int y, int z>
+static int Box(const Placement &p) {
+  return PlaceMultiCell(p, x, y, z);
+}
+template <int variants>
+static int Varied(const Placement &p) {
+  return PlaceRandomised(p, variants);
+}
 
-static Rule FindRule(u16 row) {
-  if (row < Components.size())
-    for (const RuleOfId &r : Rules)
-      if (r.id == Components[row].id) return r.rule;
+// Ids with a rule of their own; every other id stands on its target.
+constexpr RuleOfId Rules[] = {
+    {2, PlacePlain},          {20, Joined<20>},         {30, Box<1, 1, 2>},       {40, Joined<40>},
+    {70, AlignToNeighbours},  {80, AlignToNeighbours},  {83, AlignToNeighbours},  {94, AlignToNeighbours},
+    {120, Box<1, 2, 1>},      {122, Box<1, 2, 1>},      {124, Box<1, 2, 1>},      {200, Varied<12>},
+    {240, AlignToNeighbours}, {250, AlignToNeighbours}, {251, ShapePlating},      {261, ShapePlating},
+    {270, AlignToNeighbours}, {310, Joined<310>},       {320, Varied<3>},         {340, Joined<340>},
+    {350, Box<2, 2, 2>},      {360, AlignToNeighbours}, {362, AlignToNeighbours}, {370, Varied<3>},
+    {420, Varied<4>},         {450, AlignToNeighbours}, {510, ShapePlating},      {520, ShapePlating},
+    {530, ShapePlating},      {550, AlignToNeighbours}, {551, AlignToNeighbours}, {560, ShapePlating},
+    {570, ShapePlating},      {580, ShapePlating},      {600, AlignToNeighbours}, {601, AlignToNeighbours},
+    {610, ShapePlating},      {620, ShapePlating},      {630, ShapePlating},      {3520, Varied<5>},
+};
+
+static Rule FindRule(u16 id) {
+  for (const RuleOfId &r : Rules)
+    if (r.id == id) return r.rule;
   return StandOnTarget;
 }
 
@@ -44,5 +106,5 @@ int PlaceShaped(Placement p) {
   if (BlockExists(p.at.x, p.at.y, p.at.z, *p.ship)) return 0;
   p.automatic = p.block.rotation == 0;
   if (p.automatic) p.block.rotation = 1;
-  return FindRule(static_cast<u16>(p.block.component))(p);
+  return FindRule(IdOf(p.block))(p);
 }

@@ -51,6 +51,17 @@ bool ToNumber(const std::string &text, int *value) {
   return true;
 }
 
+int Number(const Row &row, size_t field) {
+  int value = 0;
+  ToNumber(row.fields[field - 1], &value);
+  return value;
+}
+
+int RowOfId(const TableIds &ids, int id) {
+  const auto found = std::find(ids.all.begin(), ids.all.end(), id);
+  return found == ids.all.end() ? 0 : static_cast<int>(found - ids.all.begin()) + 1;
+}
+
 int NumberField(const TextFile &file, const Row &row, size_t field, int low, int high) {
   int value = 0;
   if (ToNumber(row.fields[field - 1], &value) && value >= low && value <= high) return value;

@@ -13,6 +13,7 @@ constexpr size_t NeededTexts = 89;
 constexpr size_t MostTexts = 128;
 constexpr size_t LongestText = 191;
 constexpr size_t LongestStep = 511;
+constexpr size_t LongestName = 20;  // what a line of the block list has room for
 
 const char *const waitWords[] = {"#Space", "#Esc", "#Q", "#LMB-BlockPlace", "#EscorQ", "#1",         "#2",
                                  "#3",     "#4",   "#5", "#2or5",           "#WASD",   "#LMB-Laser", "#E"};
@@ -47,6 +48,7 @@ static void CheckTexts(Lines *lines) {
 // The names of one table, up to the pair of 0 and `mark`. One pair stands on a line.
 static void CheckNames(Lines *lines, const std::string &mark, const TableIds &ids) {
   std::set<int> missing = ids.bases;
+  std::set<std::string> taken;
   for (std::string text; Take(lines, &text);) {
     std::istringstream words(text);
     std::string number, name, rest;
@@ -60,8 +62,10 @@ static void CheckNames(Lines *lines, const std::string &mark, const TableIds &id
       return;
     } else if (id != 0 && std::count(ids.all.begin(), ids.all.end(), id) == 0) {
       Fault(lines->path, LineNow(*lines), "the table has no id " + number);
-    } else {
+    } else if (id != 0) {
       missing.erase(id);
+      if (name.size() > LongestName) Fault(lines->path, LineNow(*lines), "the name has more than 20 letters");
+      if (!taken.insert(name).second) Fault(lines->path, LineNow(*lines), "a line before gives this name");
     }
   }
   Fault(lines->path, LineNow(*lines), "ends before \"0 " + mark + "\"");

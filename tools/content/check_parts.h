@@ -41,6 +41,15 @@ void CheckWord(const TextFile &file, const Row &row, size_t field, size_t limit)
 // Faults for a field that isn't one to `most` words of under 32 letters joined by bars.
 void CheckTags(const TextFile &file, const Row &row, size_t field, size_t most);
 
+// A field (counted from 1) as a number, 0 for anything else.
+int Number(const Row &row, size_t field);
+
+// The row of an id, from 1; 0 for none.
+int RowOfId(const TableIds &ids, int id);
+
+// Faults for ids of the components that the rules of the game name, and that are missing or in the wrong place.
+void CheckNeededComponents(const TextFile &file, const TableIds &ids);
+
 // Check one file each; the tables give the ids that the language files are checked against.
 TableIds CheckMaterials();
 TableIds CheckComponents();

@@ -13,6 +13,7 @@ constexpr int MostMaterials = 254;     // the game counts them, and the row afte
 constexpr int MostComponents = 16382;  // the game's table has 16384 rows, the first and the last stay empty
 constexpr int RockRow = 5;
 constexpr size_t GraphicSize = 16416;
+constexpr size_t GraphicHead = 32;  // four bytes for each voxel follow, the alpha last
 
 struct Range {
   size_t field;
@@ -32,8 +33,6 @@ constexpr Range componentRanges[] = {
 
 const char *const soundClasses[] = {"soft",    "organic", "medium", "plastic",  "hard", "ceramic",
                                     "stone", "crystal", "metal",  "magnetic", "tech"};
-
-constexpr int neededComponents[] = {2, 6, 10, 160, 215, 216, 217, 218, 219, 800, 850, 900};
 
 }  // namespace
 
@@ -63,17 +62,6 @@ static void AddId(const TextFile &file, const Row &row, TableIds *ids) {
   ToNumber(row.fields[0], &id);
   if (std::count(ids->all.begin(), ids->all.end(), id) > 0) Fault(file.path, row.line, "a row before has this id");
   ids->all.push_back(id);
-}
-
-static int RowOfId(const TableIds &ids, int id) {
-  const auto found = std::find(ids.all.begin(), ids.all.end(), id);
-  return found == ids.all.end() ? 0 : static_cast<int>(found - ids.all.begin()) + 1;
-}
-
-static int Number(const Row &row, size_t field) {
-  int value = 0;
-  ToNumber(row.fields[field - 1], &value);
-  return value;
 }
 
 static void CheckMaterial(const TextFile &file, const Row &row) {
@@ -107,14 +95,27 @@ static void CheckGraphic(const TextFile &file, const Row &row) {
   const std::string head("3MP\2\0\0\0\20\0\0\0\20\0\0\0\20\0\0\0", 19);
   if (bytes.compare(0, head.size(), head) != 0) Fault(path, 0, "isn't a version 2 grid of 16 x 16 x 16");
   if (bytes[31] != 0) Fault(path, 0, "says that it is compressed");
+  bool empty = true;
+  for (size_t at = GraphicHead + 3; at < GraphicSize; at += 4) empty = empty && bytes[at] == 0;
+  if (empty) Fault(path, 0, "holds no voxel");
 }
 
-// `at` is the row's place in the table, from 0.
+// `at` is the row's place in the table, from 0. Between a row and its family's first one there are only rows of the
+// family and such that stand for themselves, with rising ids: the rules of joining count rows.
 static void CheckFamily(const TextFile &file, size_t at) {
   const Row &row = file.rows[at];
   const int base = static_cast<int>(at) + Number(row, 10);
   if (base < 0 || Number(file.rows[static_cast<size_t>(base)], 10) != 0) {
-    Fault(file.path, row.line, "column 10 doesn't lead to the first row of a family");
+    return Fault(file.path, row.line, "column 10 doesn't lead to the first row of a family");
+  }
+  for (size_t i = static_cast<size_t>(base); i < at; i++) {
+    const int offset = Number(file.rows[i], 10);
+    if (offset != 0 && static_cast<int>(i) + offset != base) {
+      return Fault(file.path, row.line, "rows of another family stand between this one and the first of its family");
+    }
+    if (Number(file.rows[i], 1) >= Number(file.rows[i + 1], 1)) {
+      return Fault(file.path, row.line, "the ids of its family don't rise from row to row");
+    }
   }
 }
 
@@ -140,24 +141,10 @@ static void CheckComponent(const TextFile &file, size_t at) {
   CheckTags(file, row, 13, 2);
   CheckGraphic(file, row);
   CheckFamily(file, at);
-  if (Number(row, 10) == 0 && Number(row, 12) != 0) CheckFrames(file, at);
-}
-
-static void CheckNeededComponents(const TextFile &file, const TableIds &ids) {
-  for (const int id : neededComponents) {
-    if (RowOfId(ids, id) == 0) Fault(file.path, 0, "has no id " + std::to_string(id));
-  }
-  for (const int id : {160, 215}) {
-    if (RowOfId(ids, id) >= 1024) Fault(file.path, 0, "id " + std::to_string(id) + " must lie in a row under 1024");
-  }
-  for (int i = 1; i < 5; i++) {
-    if (RowOfId(ids, 215 + i) != RowOfId(ids, 215) + i) Fault(file.path, 0, "ids 215 to 219 aren't neighbours");
-  }
-  for (const size_t row : {1U, 3U, 4U}) {
-    if (file.rows.size() < row || file.rows[row - 1].fields[8] != "debug") {
-      Fault(file.path, 0, "row " + std::to_string(row) + " isn't a marker of class debug");
-    }
-  }
+  const bool first = Number(row, 10) == 0;
+  const bool animated = row.fields[8] == "animation" || row.fields[8] == "singleanim";
+  if (first && Number(row, 12) != 0) CheckFrames(file, at);
+  if (first && animated && Number(row, 12) == 0) Fault(file.path, row.line, "is animated and has no second frame");
 }
 
 TableIds CheckComponents() {

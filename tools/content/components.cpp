@@ -5,10 +5,10 @@
 #include "shapes.h"
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
-static ComponentRow Plain(int id, const char *name, const char *stem, void (*draw)(Grid &, int), const char *tags,
-                          int form = 0) {
+ComponentRow Plain(int id, const char *name, const char *stem, void (*draw)(Grid &, int), const char *tags, int form) {
   ComponentRow row{};
   row.id = id;
   row.name = name;
@@ -25,7 +25,7 @@ static ComponentRow Marker(int id, const char *name, const char *stem, void (*dr
   return row;
 }
 
-static ComponentRow Lamp(ComponentRow row, int red, int green, int blue) {
+ComponentRow Lamp(ComponentRow row, int red, int green, int blue) {
   row.kind = "light";
   row.lightRed = red;
   row.lightGreen = green;
@@ -33,8 +33,7 @@ static ComponentRow Lamp(ComponentRow row, int red, int green, int blue) {
   return row;
 }
 
-// The forms of one thing: the first row is the base, the others follow it and share its name.
-static void AddForms(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
+void AddForms(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
   const int firstId = base.id;
   for (int i = 0; i < count; i++) {
     ComponentRow row = base;
@@ -47,10 +46,9 @@ static void AddForms(std::vector<ComponentRow> *rows, ComponentRow base, const c
   }
 }
 
-// An animation: its frames follow one another, and the last leads back to the first.
-static void AddAnimation(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
+void AddAnimation(std::vector<ComponentRow> *rows, ComponentRow base, const char *const *stems, int count) {
   const size_t first = rows->size();
-  base.kind = "animation";
+  if (std::strcmp(base.kind, "singleanim") != 0) base.kind = "animation";
   AddForms(rows, base, stems, count);
   for (int i = 0; i < count; i++) {
     (*rows)[first + static_cast<size_t>(i)].frameStep = i + 1 < count ? 1 : 1 - count;
@@ -149,6 +147,8 @@ static std::vector<ComponentRow> AllRows() {
   AddStructure(&rows);
   AddMachines(&rows);
   AddLiving(&rows);
+  AppendFamilies(&rows);
+  AppendMore(&rows);
   return rows;
 }
 

@@ -164,6 +164,17 @@ void Add(Grid &grid, const Grid &other) {
   });
 }
 
+void SixSides(Grid &grid, const Grid &top) {
+  Grid turn = top;
+  for (int i = 0; i < 4; i++) {
+    Add(grid, turn);
+    turn = Turned(turn, Axis::X);
+  }
+  turn = Turned(top, Axis::Z);
+  Add(grid, turn);
+  Add(grid, Turned(Turned(turn, Axis::Z), Axis::Z));
+}
+
 void Tint(Grid &grid, Region region, Paint paint) {
   EachPlace([&](int x, int y, int z) {
     if (Within(region, x, y, z) && Filled(grid, x, y, z)) At(grid, x, y, z) = paint;

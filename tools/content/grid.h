@@ -74,6 +74,9 @@ void Mirror(Grid &grid, Axis axis);
 // Copies what is filled round the y axis so that all four sides look alike.
 void FourSides(Grid &grid);
 
+// Adds a picture of the upper side (y = 15) to all six sides.
+void SixSides(Grid &grid, const Grid &top);
+
 // The grid turned a quarter about an axis.
 Grid Turned(const Grid &grid, Axis axis);
 

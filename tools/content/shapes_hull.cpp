@@ -6,14 +6,7 @@
 static void AllFaces(Grid &grid, void (*face)(Grid &)) {
   Grid top;
   face(top);
-  Grid turn = top;
-  for (int i = 0; i < 4; i++) {
-    Add(grid, turn);
-    turn = Turned(turn, Axis::X);
-  }
-  turn = Turned(top, Axis::Z);
-  Add(grid, turn);
-  Add(grid, Turned(Turned(turn, Axis::Z), Axis::Z));
+  SixSides(grid, top);
 }
 
 // A plain block: one plate on each side, with a fine seam round it.
