@@ -15,8 +15,8 @@ struct Family {
   int count;
 };
 
-constexpr Family families[] = {{20, 5},  {310, 4}, {340, 5}, {30, 2},  {120, 2}, {122, 2},  {124, 2}, {350, 8},
-                               {200, 12}, {320, 3}, {370, 3}, {420, 4}, {3520, 5}, {215, 5}};
+constexpr Family families[] = {{20, 5},  {310, 4},  {340, 5}, {30, 2},  {120, 2}, {122, 2},  {124, 2},
+                               {350, 8}, {200, 12}, {320, 3}, {370, 3}, {420, 4}, {3520, 5}, {215, 5}};
 
 constexpr int plated[] = {251, 261, 510, 520, 530, 560, 570, 580, 610, 620, 630};
 
@@ -43,7 +43,8 @@ static const Row *Member(const TextFile &file, int first, int step) {
   const size_t at = static_cast<size_t>(first - 1 + step);
   if (at < file.rows.size() && Number(file.rows[at], 10) == -step) return &file.rows[at];
   const Row &base = file.rows[static_cast<size_t>(first - 1)];
-  Fault(file.path, base.line, "row " + std::to_string(step) + " of the family of " + base.fields[0] + " isn't behind it");
+  Fault(file.path, base.line,
+        "row " + std::to_string(step) + " of the family of " + base.fields[0] + " isn't behind it");
   return nullptr;
 }
 

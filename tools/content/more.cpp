@@ -73,11 +73,11 @@ static void AddAnimated(std::vector<ComponentRow> *rows) {
   static const char *const pulse[] = {"pulsecore1", "pulsecore2", "pulsecore3", "pulsecore4"};
   AddAnimation(rows, OfClass("singleanim", Lamp(Plain(2070, "Blinker", nullptr, DrawBlinker, "Lights"), 140, 40, 30)),
                blinker, 2);
-  AddAnimation(rows, OfClass("animation", Plain(2074, "Radar", nullptr, DrawRadar, "Sensors|Common")), radar, 8);
+  AddAnimation(rows, Plain(2074, "Radar", nullptr, DrawRadar, "Sensors|Common"), radar, 8);
   AddAnimation(rows, OfClass("singleanim", Plain(2082, "Monitor", nullptr, DrawMonitor, "Panels|Common")), monitor, 3);
-  AddAnimation(rows, OfClass("animation", Plain(2085, "Turbine", nullptr, DrawTurbine, "Engines")), turbine, 3);
-  AddAnimation(rows, OfClass("animation", Lamp(Plain(2090, "Pulsecore", nullptr, DrawPulseCore, "Engines"), 70, 150, 160)),
-               pulse, 4);
+  AddAnimation(rows, Plain(2085, "Turbine", nullptr, DrawTurbine, "Engines"), turbine, 3);
+  const ComponentRow core = Lamp(Plain(2090, "Pulsecore", nullptr, DrawPulseCore, "Engines"), 70, 150, 160);
+  AddAnimation(rows, core, pulse, 4);
 }
 
 static void AddWindows(std::vector<ComponentRow> *rows) {

@@ -146,7 +146,9 @@ void DrawBookcase(Grid &grid, int) {
     Box(grid, {1, y, 4, 14, y + 3, 13}, Nothing);
     for (int x = 1; x < 14; x++) {
       if (Roll(&dice) < 0.12f) continue;
-      Box(grid, {x, y, 6, x, y + RollInt(&dice, 2, 3), 13}, Scaled(backs[RollInt(&dice, 0, 4)], RollBetween(&dice, 0.8f, 1.1f)));
+      const int top = y + RollInt(&dice, 2, 3);
+      const Paint back = backs[RollInt(&dice, 0, 4)];
+      Box(grid, {x, y, 6, x, top, 13}, Scaled(back, RollBetween(&dice, 0.8f, 1.1f)));
     }
   }
   Weather(grid, 2143, 0.9f);

@@ -79,7 +79,11 @@ void DrawVine(Grid &grid, int) {
       if (Roll(&dice) < 0.3f) x = std::clamp(x + RollInt(&dice, -1, 1), 1, 14);
     }
   }
-  for (int i = 0; i < 5; i++) At(grid, RollInt(&dice, 2, 13), 2, RollInt(&dice, 2, 13)) = {232, 208, 226, 255};
+  for (int i = 0; i < 5; i++) {
+    const int x = RollInt(&dice, 2, 13);
+    const int z = RollInt(&dice, 2, 13);
+    At(grid, x, 2, z) = {232, 208, 226, 255};
+  }
   Weather(grid, 2203, 0.7f);
 }
 
@@ -157,7 +161,8 @@ void DrawHydroponics(Grid &grid, int) {
     Box(grid, {1, y + 1, 2, 14, y + 1, 13}, Earth);
     for (int x = 2; x < 14; x += 2) {
       for (int z = 3; z < 13; z += 2) {
-        Box(grid, {x, y + 2, z, x, y + RollInt(&dice, 2, 4), z}, Scaled(Leaf, RollBetween(&dice, 0.8f, 1.2f)));
+        const int top = y + RollInt(&dice, 2, 4);
+        Box(grid, {x, y + 2, z, x, top, z}, Scaled(Leaf, RollBetween(&dice, 0.8f, 1.2f)));
       }
     }
     Box(grid, {0, y + 7, 2, 15, y + 7, 13}, OffWhite);

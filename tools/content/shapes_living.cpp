@@ -95,7 +95,8 @@ void DrawShelf(Grid &grid, int) {
   Dice dice{137};
   for (const int y : {2, 9}) {
     for (int x = 2; x < 13; x += 3) {
-      Box(grid, {x, y, 6, x + 1, y + RollInt(&dice, 1, 3), 12}, wares[RollInt(&dice, 0, 3)]);
+      const int top = y + RollInt(&dice, 1, 3);
+      Box(grid, {x, y, 6, x + 1, top, 12}, wares[RollInt(&dice, 0, 3)]);
     }
   }
   Weather(grid, 137, 0.9f);

@@ -1,5 +1,4 @@
 // Wall panels, vents and tanks. What hangs on a wall has z = 15 at its upper end.
-#include "noise.h"
 #include "palette.h"
 #include "shapes_more.h"
 

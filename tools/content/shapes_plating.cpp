@@ -180,7 +180,8 @@ static void Boxes(Grid &top, const Dice &seed) {
   for (int i = 0; i < 6; i++) {
     const int x = RollInt(&dice, 2, 10);
     const int z = RollInt(&dice, 2, 10);
-    Box(top, {x, 15, z, x + RollInt(&dice, 1, 3), 15, z + RollInt(&dice, 1, 3)}, Stuff(RollInt(&dice, 150, 250)));
+    const Paint shade = Stuff(RollInt(&dice, 150, 250));
+    Box(top, {x, 15, z, x + RollInt(&dice, 1, 3), 15, z + RollInt(&dice, 1, 3)}, shade);
   }
 }
 
