@@ -2,6 +2,6 @@
 #if defined(__SANITIZE_THREAD__)
 extern "C" const char *__tsan_default_suppressions();
 extern "C" const char *__tsan_default_suppressions() {
-  return "race:swrast_dri.so\ncalled_from_lib:swrast_dri.so\ndeadlock:libLLVM\n";
+  return "race:swrast_dri.so\nmutex:swrast_dri.so\ndeadlock:libLLVM\n";
 }
 #endif
