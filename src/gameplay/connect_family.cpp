@@ -23,7 +23,6 @@ struct Piece {
 struct JoiningFamily {
   u16 base;
   u8 turn[SideCount];      // the rotation that kin on each side gives; the last one counts
-  bool seesWalls;
   u16 fixed;               // the id of a form that never changes; 0 for none
   void (*choose)(Piece *);  // the form by what was found
 };
@@ -125,10 +124,10 @@ static void Choose40(Piece *p) {
 
 // Turns by the side of the kin: x+1, x-1, y+1, y-1, z+1, z-1.
 constexpr JoiningFamily Families[] = {
-    {340, {4, 6, 2, 5, 1, 3}, false, 0, Choose340},
-    {310, {6, 4, 5, 2, 3, 1}, false, 0, Choose310},
-    {40, {6, 4, 5, 2, 3, 1}, true, 44, Choose40},
-    {20, {4, 4, 2, 2, 1, 1}, true, 0, Choose20},
+    {340, {4, 6, 2, 5, 1, 3}, 0, Choose340},
+    {310, {6, 4, 5, 2, 3, 1}, 0, Choose310},
+    {40, {6, 4, 5, 2, 3, 1}, 44, Choose40},
+    {20, {4, 4, 2, 2, 1, 1}, 0, Choose20},
 };
 
 static bool IsKin(const JoiningFamily &f, const Block &b) {

@@ -103,6 +103,21 @@ struct Connect : Play {
   }
 };
 
+TEST_F(Connect, ABlockStandsOnTheFaceOfItsTarget) {
+  const struct { int x, y, z, id; unsigned held, rotation; } cases[] = {
+      {0, 1, 0, 1000, 0, 2}, {0, -1, 0, 1000, 0, 5}, {1, 0, 0, 1000, 0, 4}, {-1, 0, 0, 1000, 0, 6}, {0, 0, 1, 1000, 0, 1},
+      {0, 0, -1, 1000, 0, 3}, {1, 1, 0, 1000, 0, 2},  // y before x
+      {-1, 0, 1, 1000, 0, 6},                         // x before z
+      {0, 0, 0, 1000, 0, 1}, {0, 0, -1, 1000, 4, 4}, {0, 0, -1, 2, 0, 1}};
+  for (const auto &c : cases) {
+    Clear();
+    const Block held = CubeOf(5, static_cast<u16>(FindComponent(static_cast<u16>(c.id))), c.held);
+    const Cell3 target = {static_cast<u16>(At + c.x), static_cast<u16>(At + c.y), static_cast<u16>(At + c.z)};
+    ASSERT_EQ(PlaceShaped({.block = held, .at = {At, At, At}, .target = target, .ship = ship}), 1);
+    EXPECT_EQ(Look().rotation, c.rotation) << c.x << " " << c.y << " " << c.z;
+  }
+}
+
 TEST_F(Connect, ABlockLinesUpByItsNeighbourAndTheEye) {
   const struct { int side, ex, ey, ez; unsigned rotation; } cases[] = {
       {0, 0, -1, 0, 4}, {0, 0, 1, 2, 1}, {0, 0, 1, 1, 2},  {0, 0, 2, 1, 2},                    // x+

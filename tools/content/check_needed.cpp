@@ -23,7 +23,6 @@ constexpr int plated[] = {251, 261, 510, 520, 530, 560, 570, 580, 610, 620, 630}
 // The forms of a duct by rows from its first: 4 is a piece for itself.
 constexpr int DuctId = 40;
 constexpr int ductForms[] = {0, 1, 2, 3, 5, 6};
-constexpr int DuctHighestId = 49;
 
 }  // namespace
 
@@ -66,7 +65,7 @@ static void CheckDuct(const TextFile &file, const TableIds &ids) {
     const Row *row = Member(file, first, step);
     if (row == nullptr) return;
     const int id = Number(*row, 1);
-    if (id < DuctId || id > DuctHighestId) Fault(file.path, row->line, "isn't an id from 40 to 49");
+    if (id != DuctId + step) Fault(file.path, row->line, "isn't " + Named(DuctId + step));
   }
 }
 

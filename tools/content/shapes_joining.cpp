@@ -208,7 +208,7 @@ static void CrawlNode(Grid &grid) {
   BoxEdges(grid, WholeGrid, 2, Stuff(242));
   Grid side;
   for (const int x : {2, 13}) {
-    for (const int z : {2, 13}) Box(side, {x, 14, z, x, 15, z}, Stuff(206));
+    for (const int z : {2, 13}) Box(side, {x, 14, z, x, 14, z}, Stuff(206));
   }
   for (const int x : {0, 14}) {
     for (const int z : {0, 14}) Box(side, {x, 14, z, x + 1, 15, z + 1}, Oxide);
