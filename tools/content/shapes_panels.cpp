@@ -96,7 +96,7 @@ void DrawGrille(Grid &grid, int) {
   Weather(grid, 2116);
 }
 
-// A stub of a chimney with a hood.
+// A short chimney with a hood.
 void DrawExhaust(Grid &grid, int) {
   Box(grid, {2, 0, 2, 13, 1, 13}, Graphite);
   Bar(grid, Axis::Y, 7.5f, 7.5f, 4.6f, 2, 9, Stuff(220));
