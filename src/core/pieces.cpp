@@ -26,8 +26,6 @@
 constexpr double RenderDelay = 1.0 / 64, LinkDelay = 0.066, TickDelay = 0.033, MiscDelay = 0.25, OpsDelay = 1.0,
                  NetworkDelay = 0.1, SaveDelay = 300, SaveDelayOnline = 9000;
 constexpr double SlowPiece = 4.0;  // milliseconds
-constexpr int JetStart = 45, JetLoop = 46, JetStop = 47;  // sound slots
-constexpr i32 WorkSpeed = 25000;   // above it no work with tools
 constexpr float BrakeRate = 120;
 
 std::atomic<bool> StartupGate{true};
@@ -94,7 +92,7 @@ static void AdvanceThrustSound(double due) {
     PlaySlot(JetLoop);
     s.stage = 2;
   } else if (s.stage == 4 && due > s.deadline) {
-    for (int slot : {JetStart, JetLoop, JetStop}) StopSlot(slot);
+    for (int slot : JetSlots) StopSlot(slot);
     PlaySlot(JetStop);
     s.stage = 0;
     s.deadline = 0;
@@ -118,7 +116,7 @@ static void StartDampening(const Player &p) {
 static void UpdateThrustSound(double due) {
   const Player p = ReadPlayer();
   if (p.thrusting)
-    for (int slot : {JetStart, JetLoop, JetStop}) SetSlotGain(slot, jetForce / 180.0f);
+    for (int slot : JetSlots) SetSlotGain(slot, jetForce / 180.0f);
   if ((p.thrusting || (dampenMode > 0 && p.speed != 0)) && TheThrustSound.stage == 0) {
     TheThrustSound.stage = 1;
     TheThrustSound.deadline = ClockNow() + 0.5;
@@ -160,8 +158,6 @@ void NetworkPiece(double *timer) {
   if (Online) PollNetwork();
   *timer = ClockNow() + NetworkDelay;
 }
-
-static i32 ToVelocity(float f) { return static_cast<i32>(std::clamp(f, -2e9f, 2e9f)); }
 
 // Adds what the jets have collected, unless the speed limit refuses it.
 static void ApplyAccel(Player *p) {

@@ -15,8 +15,7 @@
 #include "world/access.h"
 
 constexpr float JetFull = 85, JetFullFast = 120, JetWeak = 28.333334f, JetWeakFast = 40;  // Fast: left Shift
-constexpr int BrakeTooFast = 25000;
-constexpr int GripSlot = 48, JetSlots[] = {45, 46, 47};
+constexpr int GripSlot = 48;
 
 constexpr int PushProbes = 25;
 constexpr float PushProbeStep = 0.125f, PushPerBlock = 333.33334f, PushBlocked = 0.8f, PushCrowded = 0.2f;
@@ -29,7 +28,7 @@ constexpr float ThickReach = 0.1875f;
 float accel[3] = {};
 bool wasStuck = false;
 
-static i32 ToVelocity(double v) {
+i32 ToVelocity(double v) {
   constexpr double most = 2147483647.0;
   return static_cast<i32>(std::clamp(v, -most, most));
 }
@@ -156,7 +155,7 @@ static void TakeHold(Player *p, const Ship &ship) {
 static void Brake(const Player &p) {
   if (p.speed < 1 || p.suitPower < 2 || p.jetReserve < 2 || p.pushingOff) return;
   dampenMode = 2;
-  PlayerFlags.tooFast = p.speed >= BrakeTooFast;
+  PlayerFlags.tooFast = p.speed >= WorkSpeed;
   for (const int slot : JetSlots) SetSlotGain(slot, jetForce / 180.0f);
 }
 

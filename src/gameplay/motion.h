@@ -4,6 +4,11 @@
 
 #include "gameplay/player.h"
 
+constexpr i32 WorkSpeed = 25000;                           // above it the player is too fast to work with tools
+constexpr int JetStart = 45, JetLoop = 46, JetStop = 47;   // sound slots of the jets
+constexpr int JetSlots[] = {JetStart, JetLoop, JetStop};
+i32 ToVelocity(double v);                                  // Cut to whole units; stops at the ends of i32.
+
 // Velocity change collected by the held-input step; Movement adds it and the next step clears it. Only the thread of
 // Movement touches it.
 extern float accel[3];

@@ -6,11 +6,11 @@
 #include "content/options.h"
 #include "core/utils.h"
 #include "gameplay/input.h"
+#include "gameplay/motion.h"
 #include "gameplay/tools.h"
 #include "platform/window.h"
 
 constexpr double MenuClickPause = 60.0;
-constexpr i32 WorkSpeed = 25000;  // above it the player is too fast to work
 constexpr float RadiansPerDegree = 0.017453292f;
 constexpr u16 HeatStep = 400, CoolestTool = 400, HottestTool = 16400;
 

@@ -3,14 +3,10 @@
 
 #include <GL/glew.h>
 
-#include <algorithm>
-#include <vector>
-
 #include "gl/gl_check.h"
 #include "gl/init.h"
 #include "gl/shaders.h"
 #include "gl/star_box.h"
-#include "render/image.h"
 
 constexpr int StripLength = 14;
 
@@ -57,17 +53,4 @@ void DrawFrame(const Player &player, const VoxelList &list) {
   DrawVoxels(player, drawnCount);
   HandOverTo2D();
   GlCheck("Post2DRender");
-}
-
-bool SaveScreenshot(const char *path) {
-  const size_t row = static_cast<size_t>(ViewWidth) * 3, rows = ViewHeight;
-  std::vector<u8> pixels(row * rows);
-  glPixelStorei(GL_PACK_ALIGNMENT, 1);
-  glReadBuffer(GL_BACK);
-  glReadPixels(0, 0, ViewWidth, ViewHeight, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
-  // OpenGL begins with the lowest row, a picture with the highest.
-  for (size_t y = 0; y < rows / 2; y++)
-    std::swap_ranges(pixels.begin() + static_cast<std::ptrdiff_t>(y * row), pixels.begin() + static_cast<std::ptrdiff_t>((y + 1) * row),
-                     pixels.begin() + static_cast<std::ptrdiff_t>((rows - 1 - y) * row));
-  return WritePng(path, pixels.data(), ViewWidth, ViewHeight);
 }

@@ -8,4 +8,3 @@
 // Clears, stars, voxels, then the state for 2D: SquareArray and Program2D in use, texture unit 0, no depth test, blending
 // on, GL_CCW as front face. Reads drawnCount of the list and nothing else.
 void DrawFrame(const Player &player, const VoxelList &list);
-bool SaveScreenshot(const char *path);  // The frame last drawn and not yet swapped, as PNG. False when it can't be written.

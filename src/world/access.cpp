@@ -24,9 +24,7 @@ static void RetireDamageBits(GraphicBlock *g) {
   if (bits != nullptr) RetiredDamage.push_back(bits);
 }
 
-static bool InRange(u16 x, u16 y, u16 z) { return x < CellsPerAxis && y < CellsPerAxis && z < CellsPerAxis; }
-
-static int ReportOutOfRange(u16 x, u16 y, u16 z) {
+int ReportOutOfRange(u16 x, u16 y, u16 z) {
   std::printf("%i %i %i :", x, y, z);
   return LogError("Block get attempt outside bounds");
 }

@@ -5,6 +5,10 @@
 #include "content/components.h"
 #include "world/tree.h"
 
+// Whether a cell lies in the cube.
+inline bool InRange(u16 x, u16 y, u16 z) { return x < CellsPerAxis && y < CellsPerAxis && z < CellsPerAxis; }
+int ReportOutOfRange(u16 x, u16 y, u16 z);  // A read outside of it: the cell on standard output and an error; always 0.
+
 inline bool GivesLight(u16 component) { return (ComponentTraits[component] & TraitGivesLight) != 0; }
 
 inline u64 HeadOfCell(const ChunkCells &cells, unsigned i) { return cells.heads[i].load(std::memory_order_relaxed); }

@@ -1,19 +1,9 @@
 // Which blocks can be seen at all: a decision for each cell from the kinds of its six neighbours.
-#include <cstdio>
-
 #include "content/components.h"
 #include "content/materials.h"
 #include "content/options.h"
-#include "core/log.h"
 #include "world/access.h"
 #include "world/cells.h"
-
-static bool ReportedOutOfRange(u16 x, u16 y, u16 z) {
-  if (x < CellsPerAxis && y < CellsPerAxis && z < CellsPerAxis) return false;
-  std::printf("%i %i %i :", x, y, z);
-  LogError("Block get attempt outside bounds");
-  return true;
-}
 
 static int KindOfCell(const ChunkCells &cells, unsigned i) {
   if (!CellOccupied(cells, i)) return 0;
@@ -25,7 +15,7 @@ static int KindOfCell(const ChunkCells &cells, unsigned i) {
 }
 
 int NeighbourKind(u16 x, u16 y, u16 z, const Ship &ship) {
-  if (ReportedOutOfRange(x, y, z)) return 0;
+  if (!InRange(x, y, z)) return ReportOutOfRange(x, y, z);
   const CellAddress a = AddressOf(x, y, z);
   const ChunkCells *cells = FindCells(a, ship);
   return cells == nullptr ? 0 : KindOfCell(*cells, a.block);
@@ -49,7 +39,10 @@ static int LeastNeighbourKind(u16 x, u16 y, u16 z, const CellAddress &a, const C
 }
 
 void RefreshVisibility(u16 x, u16 y, u16 z, const Ship &ship) {
-  if (ReportedOutOfRange(x, y, z)) return;
+  if (!InRange(x, y, z)) {
+    ReportOutOfRange(x, y, z);
+    return;
+  }
   const CellAddress a = AddressOf(x, y, z);
   ChunkCells *cells = FindCells(a, ship);
   if (cells == nullptr || !CellOccupied(*cells, a.block)) return;
