@@ -3,6 +3,7 @@
 #include "components.h"
 #include "language.h"
 #include "materials.h"
+#include "sound_effects.h"
 #include "stars.h"
 
 #include <cstdio>
@@ -15,9 +16,11 @@ static bool MakeContent() {
 int main(int argc, char **argv) {
   if (argc == 1) return MakeContent() ? 0 : 1;
   if (argc == 2 && std::strcmp(argv[1], "--check") == 0) return CheckContent() == 0 ? 0 : 1;
+  if (argc == 2 && std::strcmp(argv[1], "sounds") == 0) return WriteSounds() ? 0 : 1;
   std::fprintf(stderr,
                "usage: %s          make the tables, shapes, stars and texts of the game\n"
-               "       %s --check  look for faults in them\n",
-               argv[0], argv[0]);
+               "       %s sounds   make its sounds\n"
+               "       %s --check  look for faults in all of it\n",
+               argv[0], argv[0], argv[0]);
   return 2;
 }
