@@ -2,6 +2,7 @@
 // arguments, so that every run makes the same sounds.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
