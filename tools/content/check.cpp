@@ -122,6 +122,7 @@ int CheckContent() {
   const TableIds components = CheckComponents();
   CheckLanguages(materials, components);
   CheckStars();
+  CheckSounds();
   CheckShader("config/shaders/MainVertShader.txt",
               {"CubeVertices", "LocTexture", "ColTexture", "ProjectionModel", "CamLoc", "gl_InstanceID"});
   CheckShader("config/shaders/MainFragShader.txt", {});

@@ -54,3 +54,4 @@ void CheckNeededComponents(const TextFile &file, const TableIds &ids);
 TableIds CheckMaterials();
 TableIds CheckComponents();
 void CheckLanguages(const TableIds &materials, const TableIds &components);
+void CheckSounds();  // and the music

@@ -3,8 +3,6 @@
 
 #include "sound_ogg.h"
 
-#include <string>
-
 constexpr float Quality = 0.5f;
 constexpr float AsMade = 0;    // the maker has set the level itself
 constexpr float Lead = 0.002f;  // of silence, so that the coder's echo of an attack has room before it
@@ -57,10 +55,20 @@ static Samples Made(const Effect &effect) {
   return led;
 }
 
+static std::string PathOf(const Effect &effect) {
+  return std::string("config/audio/sounds/") + effect.file + ".ogg";
+}
+
 bool WriteSounds() {
   for (const Effect &effect : effects) {
     const Samples sound = Made(effect);
-    if (!WriteOgg(std::string("config/audio/sounds/") + effect.file + ".ogg", {&sound}, Quality, effect.title)) return false;
+    if (!WriteOgg(PathOf(effect), {&sound}, Quality, effect.title)) return false;
   }
   return true;
+}
+
+std::vector<std::string> SoundPaths() {
+  std::vector<std::string> paths;
+  for (const Effect &effect : effects) paths.push_back(PathOf(effect));
+  return paths;
 }

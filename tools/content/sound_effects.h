@@ -3,8 +3,13 @@
 
 #include "sound_synth.h"
 
+#include <string>
+
 // Writes all of them into "config/audio/sounds". False when one can't be written.
 bool WriteSounds();
+
+// The paths of all that the game needs.
+std::vector<std::string> SoundPaths();
 
 // Blocks that are put down, by what they are made of, and the knocks of the suit.
 Samples PlaceSoft();
