@@ -57,12 +57,12 @@ Samples PlaceHard() {
 
 // Metal: a clank whose tones lie beside each other and beat, and ring on.
 Samples PlaceMetal() {
-  Samples sound = Silence(1.25f);
-  Mix(&sound, Thump(0.14f, 150, 92), 0, 0.55f);
+  Samples sound = Silence(1.55f);
+  Mix(&sound, Thump(0.14f, 150, 92), 0, 0.45f);
   Strike(&sound, 0.0005f,
-         {{411, 0.75f, 0.55f}, {415.5f, 0.7f, 0.4f}, {667, 0.95f, 0.6f}, {1093, 1.05f, 0.55f}, {1099, 0.9f, 0.45f},
-          {1797, 0.8f, 0.42f}, {2633, 0.6f, 0.34f}, {2648, 0.5f, 0.25f}, {3871, 0.35f, 0.2f}, {5423, 0.2f, 0.12f}},
-         0.26f);
+         {{411, 1.1f, 0.5f}, {415.5f, 1.0f, 0.36f}, {667, 1.5f, 0.6f}, {1093, 1.7f, 0.6f}, {1099, 1.4f, 0.45f},
+          {1797, 1.3f, 0.46f}, {2633, 0.9f, 0.36f}, {2648, 0.75f, 0.26f}, {3871, 0.5f, 0.2f}, {5423, 0.25f, 0.12f}},
+         0.3f);
   Mix(&sound, Puff(0.03f, 2900, 0.6f, 0.0006f, 41), 0, 0.55f);
   Strike(&sound, 0.058f, {{667, 0.3f, 1}, {1797, 0.2f, 0.5f}}, 0.06f);
   Fade(&sound, 0.0006f, 0.25f);
