@@ -26,12 +26,12 @@ static Samples JetRush(float seconds, uint32_t seed) {
   return rush;
 }
 
-// The valve opens with a tick, and the rush is there in a third of a second; the game goes over to the loop after half
-// a second and a little, so it goes on as the loop does until then.
+// The valve opens with a tick, and the rush is there in a third of a second. The game goes over to the loop after half a
+// second, or later where its pictures are slow, so this goes on as the loop does until then.
 Samples JetStart() {
-  Samples sound = JetRush(1.2f, 71);
+  Samples sound = JetRush(2.8f, 71);
   SweepLow(&sound, {{0, 300}, {0.12f, 1500}, {0.32f, 9000}, {0.4f, 18000}});
-  Shape(&sound, {{0, 0}, {0.05f, 0.5f}, {0.16f, 0.72f}, {0.34f, 1}, {1.2f, 1}});
+  Shape(&sound, {{0, 0}, {0.05f, 0.5f}, {0.16f, 0.72f}, {0.34f, 1}, {2.8f, 1}});
   Samples tick = Silence(0.06f);
   Strike(&tick, 0, {{1320, 0.03f, 1}, {2210, 0.02f, 0.6f}, {310, 0.05f, 1}}, 0.05f);
   Mix(&sound, tick);
