@@ -2,7 +2,6 @@
 #include "gui/mode.h"
 
 #include "core/log.h"
-#include "gui/language.h"
 #include "platform/window.h"
 
 static constexpr u8 ModePlaying = 0, ModeMenu = 1;
@@ -22,9 +21,3 @@ int SetUiMode(std::atomic<u8> *mode) {
 }
 
 int ToggleMenu() { return SetUiMode(&uiMode); }
-
-void InitGui() {
-  uiMode = ModePlaying;
-  MenuClosable = true;
-  LoadLanguage();
-}
