@@ -9,9 +9,11 @@
 struct Category {
   std::string name;
   std::vector<u16> rows;
+  bool open = false;  // the selector shows its rows
 };
 
-extern std::vector<Category> MaterialCategories, ComponentCategories;  // "debug" and "Common" always stand first
+// "debug" and "Common" always stand first. Main thread.
+extern std::vector<Category> MaterialCategories, ComponentCategories;
 
 void SortMaterials();
 void SortComponents();

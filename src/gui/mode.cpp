@@ -2,6 +2,7 @@
 #include "gui/mode.h"
 
 #include "core/log.h"
+#include "gui/screens.h"
 #include "platform/window.h"
 
 static constexpr u8 ModePlaying = 0, ModeMenu = 1;
@@ -17,6 +18,7 @@ int SetUiMode(std::atomic<u8> *mode) {
   ShowMouseCursor(toMenu);
   PlayerFlags.menuOpen = toMenu;
   mode->store(toMenu ? ModeMenu : ModePlaying);
+  if (toMenu) BuildPauseMenu();
   return toMenu;
 }
 
