@@ -71,9 +71,15 @@ static void AcceptName(int) {
   CloseMenu(0);
 }
 
+static std::string NameOf(const Ship *ship) {
+  if (ship == nullptr) return "";
+  const ScopedLock world(&WorldMutex);
+  return TypeableName(ship->displayName);
+}
+
 void BuildShipNaming() {
   NamedShip = CurrentShip();
-  NameAtOpening = NamedShip == nullptr ? "" : TypeableName(NamedShip->displayName);
+  NameAtOpening = NameOf(NamedShip);
   ClearElements();
   GuiScreen = ScreenNaming;
   AddElement(TypeHeading, 0, 200, 0, "Ship Name", nullptr, 0);
