@@ -5,7 +5,6 @@
 
 #include "gameplay/debug_keys.h"
 #include "gameplay/play.h"
-#include "gui/tutorial.h"
 #include "platform/threads.h"
 #include "render/debris.h"
 
@@ -75,24 +74,6 @@ TEST_F(Input, TheWheelMovesALockedPlaneAndHeatsTheHeatTool) {
   EXPECT_EQ(ReadPlayer().toolTemperature, 16400);
   OnMouseWheel(-50);
   EXPECT_EQ(ReadPlayer().toolTemperature, 400);
-}
-
-TEST_F(Input, TheTutorialAdvancesOnTheKeyThatItWaitsFor) {
-  const Controls &c = Options.controls;
-  const struct { u8 wait; int key, action; } cases[] = {
-      {WaitSpace, c.stop, 0},    {WaitMoveKeys, c.moveUp, 0},    {WaitUse, c.use, 1},  {WaitEsc, KeyEsc, 1},
-      {WaitQ, c.blockSelect, 1}, {WaitEscOrQ, c.blockSelect, 1}, {WaitKey1, '1', 1},   {WaitKey5, '5', 1},
-      {WaitKey2or5, '2', 1},     {WaitKey2or5, '5', 1}};
-  for (const auto &k : cases) {
-    Options.Tutorial = true;
-    uiMode = 0;
-    tutorialStep = k.wait;
-    OnKey('3', k.action);
-    EXPECT_EQ(tutorialStep, k.wait);
-    OnKey(k.key, k.action);
-    EXPECT_NE(tutorialStep, k.wait) << int{k.wait};
-    EXPECT_EQ(uiMode, k.key == c.blockSelect) << "Esc is the tutorial's alone";
-  }
 }
 
 TEST_F(Input, EscOpensTheMenuAndSavesTheShipOfALonePlayer) {
