@@ -10,7 +10,7 @@
 #include <cstring>
 
 static bool MakeContent() {
-  return WriteMaterials() && WriteComponents() && WriteLanguages() && WriteStars();
+  return WriteMaterials() && WriteComponents() && WriteLanguages() && WriteStars() && WriteGuiPictures();
 }
 
 int main(int argc, char **argv) {

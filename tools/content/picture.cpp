@@ -12,32 +12,48 @@ static void AppendBytes(png_structp png, png_bytep data, png_size_t size) {
 
 static void FlushNothing(png_structp) {}
 
+// What the two kinds of picture have in common.
+struct Rows {
+  int width;
+  int height;
+  const uint8_t *pixels;
+  int channels;  // 3, or 4 with opacity
+};
+
 // False when the library gives up half-way.
-static bool Encode(png_structp png, png_infop info, const Picture &picture, std::string *bytes) {
+static bool Encode(png_structp png, png_infop info, const Rows &rows, std::string *bytes) {
   if (setjmp(png_jmpbuf(png))) return false;
   png_set_write_fn(png, bytes, AppendBytes, FlushNothing);
-  png_set_IHDR(png, info, static_cast<png_uint_32>(picture.width), static_cast<png_uint_32>(picture.height), 8,
-               PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+  png_set_IHDR(png, info, static_cast<png_uint_32>(rows.width), static_cast<png_uint_32>(rows.height), 8,
+               rows.channels == 4 ? PNG_COLOR_TYPE_RGBA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+               PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
   png_set_compression_level(png, 9);
   png_write_info(png, info);
-  for (int y = 0; y < picture.height; y++) {
-    png_write_row(png, picture.pixels.data() + static_cast<size_t>(y) * static_cast<size_t>(picture.width) * 3);
-  }
+  const size_t stride = static_cast<size_t>(rows.width) * static_cast<size_t>(rows.channels);
+  for (int y = 0; y < rows.height; y++) png_write_row(png, rows.pixels + static_cast<size_t>(y) * stride);
   png_write_end(png, info);
   return true;
 }
 
-bool WritePicture(const Picture &picture, const std::string &path) {
+static bool WriteRows(const Rows &rows, const std::string &path) {
   std::string bytes;
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
   png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
-  const bool done = info != nullptr && Encode(png, info, picture, &bytes);
+  const bool done = info != nullptr && Encode(png, info, rows, &bytes);
   png_destroy_write_struct(&png, &info);
   if (!done) {
     std::fprintf(stderr, "%s: can't be made into a picture\n", path.c_str());
     return false;
   }
   return WriteIfChanged(path, bytes);
+}
+
+bool WritePicture(const Picture &picture, const std::string &path) {
+  return WriteRows({picture.width, picture.height, picture.pixels.data(), 3}, path);
+}
+
+bool WriteRgbaPicture(const RgbaPicture &picture, const std::string &path) {
+  return WriteRows({picture.width, picture.height, picture.pixels.data(), 4}, path);
 }
 
 static int BigEndian(const std::string &bytes, size_t at) {
