@@ -47,3 +47,8 @@ void SortComponents() {
   SortRows(&made, Components);
   ComponentCategories = std::move(made);
 }
+
+void SortByNewNames() {
+  SortRows(&MaterialCategories, Materials);
+  SortRows(&ComponentCategories, Components);
+}

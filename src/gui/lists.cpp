@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "content/categories.h"
 #include "content/options.h"
 #include "core/log.h"
 #include "gameplay/player.h"
@@ -110,6 +111,7 @@ void BuildLanguageList(int) {
 static void ChooseLanguage(const std::string &name) {
   Options.Language = name;
   LoadLanguage();
+  SortByNewNames();
   SaveOptions();
   BuildTitleMenu();
 }

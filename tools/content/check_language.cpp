@@ -13,7 +13,7 @@ constexpr size_t NeededTexts = 89;
 constexpr size_t MostTexts = 128;
 constexpr size_t LongestText = 191;
 constexpr size_t LongestStep = 511;
-constexpr size_t LongestName = 16;  // what a cell of the block list has room for
+constexpr size_t LongestName = 15;  // what a cell of the block list has room for
 constexpr int WindowLines = 8;      // of the tutorial's window
 constexpr size_t WindowWidth = 26;  // letters of such a line, with the blank it begins with; words stay below it
 
@@ -124,7 +124,7 @@ static bool CheckNames(Lines *lines, const std::string &mark, const TableIds &id
       Fault(lines->path, LineNow(*lines), "the table has no id " + std::to_string(pair.number));
     } else if (pair.number != 0) {
       missing.erase(pair.number);
-      if (pair.word.size() > LongestName) Fault(lines->path, LineNow(*lines), "the name has more than 16 letters");
+      if (pair.word.size() > LongestName) Fault(lines->path, LineNow(*lines), "the name has more than 15 letters");
       if (!taken.insert(pair.word).second) Fault(lines->path, LineNow(*lines), "a line before gives this name");
     }
   }
