@@ -79,7 +79,7 @@ TEST_F(Language, NamesRowsAndFamilies) {
 
 TEST_F(Language, AnotherOneOrdersTheListsAnew) {
   for (size_t i = 1; i < 3; ++i) Materials[i].tags[0] = "Common";
-  for (size_t i : {1, 4}) Components[i].primaryTag = "Common";
+  for (const size_t i : {1u, 4u}) Components[i].primaryTag = "Common";
   using Rows = std::vector<u16>;
   LogOfLoading("Yes\n0 #MatStart\n10 Iron 20 Rock 0 #ComStart 100 Hull 400 Prow 0 #CatStart\n");
   SortMaterials();
