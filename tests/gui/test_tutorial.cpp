@@ -108,12 +108,12 @@ TEST_F(Tutorial, KeepsTheScriptThatItOpened) {
 
 TEST_F(Tutorial, TakesAnyFileWithoutHarm) {
   std::mt19937 random(7);
-  const std::string letters = std::string("$ #\n\r\0\t1023Space\xc3\xff", 20);
+  const char letters[] = "$ #\n\r\0\t1023Space\xc3\xff";
   bool fits = true;
   testing::internal::CaptureStdout();
   for (int round = 0; round < 200; ++round) {
     std::string script;
-    for (int i = 0; i < 3000; ++i) script += letters[random() % letters.size()];
+    for (int i = 0; i < 3000; ++i) script += letters[random() % sizeof letters];
     Run(script);
     for (int step = 0; step < 300 && Options.Tutorial; ++step) {
       TutorialNext();
