@@ -25,6 +25,7 @@ static void DrawElement(int row) {
 void DrawMenu() {
   DrawBackdrop();
   for (int row = 0; row < GuiElementCount; row++) DrawElement(row);
+  UpdateHover();  // a screen that was just built has its hit boxes only now
   const bool selector = GuiScreen == ScreenMaterials || GuiScreen == ScreenComponents;
   if (selector && Options.Tutorial) DrawTutorial(TutorialSide);
 }
