@@ -1,6 +1,7 @@
 // Who owns the input: play, menu or chat typing.
 #include "gui/mode.h"
 
+#include "content/options.h"
 #include "core/log.h"
 #include "gui/screens.h"
 #include "platform/window.h"
@@ -18,8 +19,10 @@ int SetUiMode(std::atomic<u8> *mode) {
   ShowMouseCursor(toMenu);
   PlayerFlags.menuOpen = toMenu;
   mode->store(toMenu ? ModeMenu : ModePlaying);
-  if (toMenu) BuildPauseMenu();
-  return toMenu;
+  if (!toMenu) return 0;
+  BuildPauseMenu();
+  PointAt(Options.ScreenWidth / 2, Options.ScreenHeight / 2);  // where play keeps the pointer
+  return 1;
 }
 
 int ToggleMenu() { return SetUiMode(&uiMode); }
