@@ -23,8 +23,8 @@ static Mask CrosshairMask(const Canvas &canvas, double thickness) {
 }
 
 static void DrawCrosshair(Canvas *canvas, const Hue &tint) {
-  const Mask lines = CrosshairMask(*canvas, 2.6);
-  Fill(canvas, Blurred(CrosshairMask(*canvas, 5.0), 1), Black, 0.55f);
+  const Mask lines = CrosshairMask(*canvas, 3.0);
+  Fill(canvas, Blurred(CrosshairMask(*canvas, 6.2), 1), Black, 0.72f);
   Fill(canvas, lines, Mixed(tint, White, 0.12f), 1.0f);
 }
 
@@ -50,7 +50,7 @@ void DrawCrosshairYellow(Canvas *canvas) {
 
 void DrawCrosshairRainbow(Canvas *canvas) {
   DrawCrosshair(canvas, White);
-  const Mask lines = CrosshairMask(*canvas, 2.6);
+  const Mask lines = CrosshairMask(*canvas, 3.0);
   constexpr std::array<Hue, 6> colours{HueOf(255, 80, 70),  HueOf(255, 170, 50), HueOf(250, 235, 70),
                                         HueOf(90, 235, 100), HueOf(80, 180, 255), HueOf(190, 110, 255)};
   for (size_t i = 0; i < colours.size(); i++) {

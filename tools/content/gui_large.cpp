@@ -12,43 +12,60 @@ static float *PixelAt(Canvas *canvas, int x, int y) {
   return &canvas->pixels[(static_cast<size_t>(y) * static_cast<size_t>(canvas->width) + static_cast<size_t>(x)) * 4];
 }
 
-// The name, 8 letters wide; `top` and `height` may turn it upside down.
-static Mask NameMask(const Canvas &canvas, double top, double height) {
+static void Blend(float *pixel, const Hue &hue, float cover) {
+  pixel[0] += (hue.red - pixel[0]) * cover;
+  pixel[1] += (hue.green - pixel[1]) * cover;
+  pixel[2] += (hue.blue - pixel[2]) * cover;
+  pixel[3] += (1.0f - pixel[3]) * cover;
+}
+
+// The name in letters of 66 x 84 points; `top` and `height` may turn it upside down.
+static Mask NameMask(const Canvas &canvas, double top, double height, double thickness) {
   cairo_t *drawing = BeginMask(canvas.width, canvas.height);
   cairo_translate(drawing, 0.0, top);
   cairo_scale(drawing, 1.0, height / 84.0);
-  cairo_set_line_width(drawing, 19.0);
+  cairo_set_line_width(drawing, thickness);
   cairo_set_line_join(drawing, CAIRO_LINE_JOIN_MITER);
+  cairo_set_line_cap(drawing, CAIRO_LINE_CAP_SQUARE);
   for (int i = 0; i < 8; i++) {
     const char letter[2] = {"TARNVALE"[i], '\0'};
     cairo_save(drawing);
-    cairo_translate(drawing, 32.0 + 111.0 * i, 10.0);
-    cairo_scale(drawing, 1.85, 1.0);
-    LetterPath(drawing, letter, 0.0, 0.0, 66.0);
+    cairo_translate(drawing, 34.0 + 112.0 * i, 11.0);
+    cairo_scale(drawing, 1.6, 1.0);
+    LetterPath(drawing, letter, 0.0, 0.0, 62.0);
     cairo_restore(drawing);
     cairo_stroke(drawing);
   }
   return EndMask(drawing);
 }
 
-void DrawLogo(Canvas *canvas) {
-  const Mask name = NameMask(*canvas, 10, 100);
-  Shadow(canvas, name, 3, 6, 5, 0.7f);
-  Plate(canvas, name, {Enamel, DarkSteel, 5.0f, 1.2f, 0.10f, 0.40f, 0.22f, false}, 301);
-  const Mask water = NameMask(*canvas, 176, -52);
-  for (int y = 124; y < canvas->height; y++) {
+// The letters stand at a shore, and the water below gives them back in thin, unquiet lines.
+static void DrawReflection(Canvas *canvas) {
+  const Mask water = NameMask(*canvas, 181, -54, 20);
+  for (int y = 128; y < canvas->height; y++) {
+    const float depth = static_cast<float>(y - 128) / 58.0f;
+    const int ripple = static_cast<int>(std::lround(depth * 5.0f * std::sin(static_cast<float>(y / 3) * 1.9f)));
     for (int x = 0; x < canvas->width; x++) {
-      const float fade = 1.0f - static_cast<float>(y - 124) / 62.0f;
-      const float cover = water.cover[static_cast<size_t>(y) * 920 + static_cast<size_t>(x)] * fade * (y % 4 < 2 ? 0.55f : 0.25f);
-      float *pixel = PixelAt(canvas, x, y);
-      pixel[0] += (Teal.red - pixel[0]) * cover;
-      pixel[1] += (Teal.green - pixel[1]) * cover;
-      pixel[2] += (Teal.blue - pixel[2]) * cover;
-      pixel[3] += (1.0f - pixel[3]) * cover;
+      const int from = x + ripple;
+      if (from < 0 || from >= canvas->width) continue;
+      const float cover = water.cover[static_cast<size_t>(y) * static_cast<size_t>(canvas->width) + static_cast<size_t>(from)];
+      Blend(PixelAt(canvas, x, y), Teal, cover * (1.0f - depth) * (y % 3 < 2 ? 0.62f : 0.22f));
     }
   }
-  const Mask shore = PolyMask(*canvas, {{4, 119}, {460, 117}, {916, 119}, {460, 121}});
-  Glow(canvas, shore, Amber, 5, 1.0f);
+}
+
+void DrawLogo(Canvas *canvas) {
+  DrawReflection(canvas);
+  const Mask back = NameMask(*canvas, 14, 96, 32);
+  Shadow(canvas, back, 2, 5, 5, 0.6f);
+  Plate(canvas, back, {Iron, Steel, 4.0f, 1.2f, 0.14f, 0.14f, 0.2f, false}, 301);
+  const Mask name = NameMask(*canvas, 14, 96, 20);
+  Shadow(canvas, name, 1, 2, 2, 0.6f);
+  Plate(canvas, name, {Enamel, Gunmetal, 3.0f, 1.0f, 0.08f, 0.10f, 0.20f, false}, 302);
+  const Mask foot = Both(name, RoundMask(*canvas, 0, 88, canvas->width, 7, 0));
+  Coat(canvas, foot, Mustard, 0.36f, 303);
+  Scratch(canvas, name, 160, 304);
+  Glow(canvas, PolyMask(*canvas, {{4, 123}, {460, 121}, {916, 123}, {460, 125}}), Amber, 5, 1.0f);
 }
 
 static Mask FrameMask(const Canvas &canvas) {
@@ -91,7 +108,32 @@ static void DrawPlan(Canvas *canvas) {
   Fill(canvas, LetterMask(*canvas, "TARNVALE  TV-07", 1240, 172, 12, 1.6), Teal, 0.4f);
 }
 
+// A field sunk into the panel, so that words stand on a darker ground.
+static void DrawField(Canvas *canvas, const Mask &field, const Hue &hue, float opacity) {
+  const Mask rim = Without(Blurred(field, 2), field);
+  Fill(canvas, rim, Black, 0.5f);
+  Fill(canvas, field, hue, opacity);
+  Fill(canvas, Both(Blurred(Without(RoundMask(*canvas, 0, 0, canvas->width, canvas->height, 0), field), 7), field), Black, 0.6f);
+}
+
+// Where the panel's sheets meet, and what holds them.
+static void DrawSeams(Canvas *canvas) {
+  cairo_t *drawing = BeginMask(canvas->width, canvas->height);
+  cairo_set_line_width(drawing, 2.0);
+  for (const double x : {330.0, 640.0, 950.0}) {
+    cairo_move_to(drawing, x, 44);
+    cairo_line_to(drawing, x, 900);
+  }
+  cairo_move_to(drawing, 1190, 762);
+  cairo_line_to(drawing, 1837, 762);
+  cairo_stroke(drawing);
+  Fill(canvas, EndMask(drawing), Black, 0.35f);
+}
+
 void DrawSelectorFrame(Canvas *canvas) {
+  DrawSeams(canvas);
+  DrawField(canvas, ChamferMask(*canvas, 96, 72, 1004, 806, 14), HueOf(22, 23, 25), 0.62f);
+  DrawField(canvas, ChamferMask(*canvas, 1204, 72, 604, 664, 14), HueOf(10, 26, 26), 0.72f);
   DrawPlan(canvas);
   const Mask opening = ChamferMask(*canvas, 56, 44, 1781, 856, 18);
   Fill(canvas, Both(Blurred(FrameMask(*canvas), 9), opening), Black, 0.7f);
@@ -146,12 +188,7 @@ static void DrawTube(Canvas *canvas, const Mask &glass, double x, double y, doub
       const float v = static_cast<float>((row - y) / height * 2.0);
       const float far = u * u * 0.55f + v * v * 0.55f;
       const float light = (1.0f - 0.75f * (far > 1.0f ? 1.0f : far)) * (row % 4 < 2 ? 1.0f : 0.78f);
-      float *pixel = PixelAt(canvas, column, row);
-      const Hue tint = Scaled(HueOf(9, 46, 24), light);
-      pixel[0] += (tint.red - pixel[0]) * cover;
-      pixel[1] += (tint.green - pixel[1]) * cover;
-      pixel[2] += (tint.blue - pixel[2]) * cover;
-      pixel[3] += (1.0f - pixel[3]) * cover;
+      Blend(PixelAt(canvas, column, row), Scaled(HueOf(9, 46, 24), light), cover);
     }
   }
 }

@@ -5,8 +5,8 @@
 namespace {
 
 // Black words stand on these.
-constexpr Finish lightEnamel{Enamel, Gunmetal, 5.0f, 1.1f, 0.07f, 0.34f, 0.20f, false};
-constexpr Finish darkMetal{Iron, Steel, 5.0f, 1.3f, 0.16f, 0.22f, 0.22f, false};
+constexpr Finish lightEnamel{Enamel, Gunmetal, 5.0f, 1.1f, 0.07f, 0.34f, 0.20f, false, false};
+constexpr Finish darkMetal{Iron, Steel, 5.0f, 1.3f, 0.16f, 0.22f, 0.22f, false, false};
 constexpr Finish steelPart{Steel, Bright, 6.0f, 1.2f, 0.16f, 0.28f, 0.22f, false};
 
 }  // namespace
@@ -27,7 +27,7 @@ void DrawButton(Canvas *canvas) {
   DrawSign(canvas, lightEnamel, 11);
   const Mask groove = Without(ChamferMask(*canvas, 17, 21, 266, 96, 13), ChamferMask(*canvas, 19, 23, 262, 92, 12.5));
   Engrave(canvas, groove, 0.55f);
-  Coat(canvas, PolyMask(*canvas, {{62, 101}, {238, 101}, {232, 109}, {56, 109}}), Mustard, 0.44f, 12);
+  Coat(canvas, PolyMask(*canvas, {{62, 101}, {238, 101}, {232, 109}, {56, 109}}), Mustard, 0.40f, 12);
   Engrave(canvas, LetterMask(*canvas, "TV-07", 124, 30, 8, 1.3), 0.6f);
   SignRivets(canvas, Steel, 13);
 }

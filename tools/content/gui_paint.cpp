@@ -191,11 +191,10 @@ Mask LetterMask(const Canvas &canvas, const char *text, double x, double y, doub
 static void BlurLine(const float *from, float *to, int length, size_t stride, int radius) {
   const auto value = [&](int i) { return from[static_cast<size_t>(std::clamp(i, 0, length - 1)) * stride]; };
   double sum = 0.0;
-  for (int i = -radius; i <= radius; i++) sum += static_cast<double>(i < 0 || i >= length ? 0.0f : value(i));
+  for (int i = -radius; i <= radius; i++) sum += static_cast<double>(value(i));
   for (int i = 0; i < length; i++) {
     to[static_cast<size_t>(i) * stride] = static_cast<float>(sum / (2 * radius + 1));
-    if (i + radius + 1 < length) sum += static_cast<double>(value(i + radius + 1));
-    if (i - radius >= 0) sum -= static_cast<double>(value(i - radius));
+    sum += static_cast<double>(value(i + radius + 1)) - static_cast<double>(value(i - radius));
   }
 }
 
@@ -282,9 +281,12 @@ void Shadow(Canvas *canvas, const Mask &mask, int right, int down, int blur, flo
 
 // Light and shade of the bevelled edge, from the slope of the softened mask.
 static float Relief(const Mask &soft, int x, int y, const Finish &finish) {
-  const float slopeX = At(soft, x + 1, y) - At(soft, x - 1, y);
-  const float slopeY = At(soft, x, y + 1) - At(soft, x, y - 1);
-  return -(slopeX * LightX + slopeY * LightY) * finish.bevel * finish.relief * 0.5f;
+  const int right = std::min(x + 1, soft.width - 1);
+  const int low = std::min(y + 1, soft.height - 1);
+  const float slopeX = At(soft, right, y) - At(soft, std::max(x - 1, 0), y);
+  const float slopeY = At(soft, x, low) - At(soft, x, std::max(y - 1, 0));
+  const float light = -(slopeX * LightX + slopeY * LightY) * finish.bevel * finish.relief * 0.5f;
+  return std::min(light, 0.55f * finish.relief);
 }
 
 static float Brushed(float x, float y, bool upright, uint32_t seed) {
@@ -296,12 +298,13 @@ static float Brushed(float x, float y, bool upright, uint32_t seed) {
 }
 
 // How much of the coat is gone: at the edges, where `depth` is near 0, and in rare flakes on the flat.
-static float Bareness(float x, float y, float depth, float wear, uint32_t seed) {
+static float Bareness(float x, float y, float depth, const Finish &finish, uint32_t seed) {
+  const float wear = finish.wear;
   if (wear <= 0.0f) return 0.0f;
   const float patch = LayeredNoise(x / 23.0f, y / 23.0f, 0.0f, 4, seed + 3);
   const float edge = wear * (0.25f + 1.9f * Clamped(patch - 0.28f));
   const float worn = 1.0f - Step(edge * 0.75f, edge * 1.1f + 0.02f, depth);
-  const float flake = Step(0.80f - 0.14f * wear, 0.83f - 0.14f * wear, patch);
+  const float flake = finish.flakes ? Step(0.80f - 0.14f * wear, 0.83f - 0.14f * wear, patch) : 0.0f;
   return std::max(worn, flake * 0.85f);
 }
 
@@ -315,12 +318,13 @@ void Plate(Canvas *canvas, const Mask &mask, const Finish &finish, uint32_t seed
       const float u = static_cast<float>(x);
       const float v = static_cast<float>(y);
       const float depth = Clamped(2.0f * wide.cover[at] - 1.0f);
-      const float bare = Bareness(u, v, depth, finish.wear, seed);
+      const float bare = Bareness(u, v, depth, finish, seed);
       const float dirt = finish.grime * (0.55f * LayeredNoise(u / 90.0f, v / 60.0f, 0.0f, 4, seed + 9) + 0.45f * (1.0f - depth));
       const float grain = Brushed(u, v, finish.upright, seed + 5) * finish.grain * (1.0f + bare);
-      const float light = 1.0f + grain + Relief(soft, x, y, finish) - dirt;
+      const float light = 1.0f + grain + Relief(soft, x, y, finish) - dirt * 0.7f;
       const float sheen = 1.05f - 0.10f * v / static_cast<float>(mask.height);
-      Over(&canvas->pixels[at * 4], Scaled(Mixed(finish.paint, finish.bare, bare), std::max(0.0f, light * sheen)), mask.cover[at]);
+      const Hue coat = Mixed(Mixed(finish.paint, finish.bare, bare), Rust, dirt * 0.8f);
+      Over(&canvas->pixels[at * 4], Scaled(coat, std::max(0.0f, light * sheen)), mask.cover[at]);
     }
   }
 }

@@ -44,6 +44,7 @@ struct Finish {
   float wear = 0.3f;     // how far the coat has come off the edges
   float grime = 0.2f;    // dirt
   bool upright = false;  // brushed from top to bottom
+  bool flakes = true;    // the coat is gone in spots on the flat as well
 };
 
 Canvas NewCanvas(int width, int height);

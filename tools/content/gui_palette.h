@@ -12,12 +12,14 @@ constexpr Hue White{1.0f, 1.0f, 1.0f};
 
 // Metal
 constexpr Hue Pit = HueOf(14, 15, 18);
-constexpr Hue Iron = HueOf(42, 45, 51);
-constexpr Hue DarkSteel = HueOf(66, 70, 77);
-constexpr Hue Gunmetal = HueOf(84, 89, 97);
+constexpr Hue Iron = HueOf(52, 54, 58);
+constexpr Hue DarkSteel = HueOf(78, 81, 85);
+constexpr Hue Gunmetal = HueOf(92, 96, 101);
 constexpr Hue Steel = HueOf(140, 146, 152);
 constexpr Hue Bright = HueOf(196, 200, 202);
 constexpr Hue Brass = HueOf(206, 166, 88);
+
+constexpr Hue Rust = HueOf(86, 58, 38);
 
 // Paint
 constexpr Hue Enamel = HueOf(222, 214, 196);
