@@ -58,6 +58,19 @@ Block ShownBlock(int tool, const Block &held, const Block &aimedAt) {
   return tool == 3 ? aimedAt : Block{};
 }
 
+int ChatRows(const ChatLines &log, int most, std::string_view *rows) {
+  int count = 0;
+  for (const std::string_view line : log) {
+    if (line.empty()) continue;
+    for (size_t begin = (line.size() - 1) / HudLineWidth * HudLineWidth;; begin -= HudLineWidth) {
+      if (count == most) return count;
+      rows[count++] = line.substr(begin, HudLineWidth);
+      if (begin == 0) break;
+    }
+  }
+  return count;
+}
+
 char ChatCursor(double now, double blink) {
   if (now < blink) return '|';
   return std::fmod(now - blink, 2 * BlinkPeriod) < BlinkPeriod ? ' ' : '|';

@@ -3,8 +3,12 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
+#include "net/chat_log.h"
 #include "world/block.h"
+
+constexpr size_t HudLineWidth = 66;  // letters of the chat that stand beside the block panels in any window
 
 // The panels that name the held block. A place is 0 when the panel is in, and below 0 by so many design units on its way.
 struct HudPanels {
@@ -27,5 +31,7 @@ struct FrameRate {
 void StepPanels(HudPanels *panels, const Block &shown);  // One frame. A zero block has no names.
 const ToolLook &LookOfTool(int tool);                    // Any number: one that is no tool has a look too.
 Block ShownBlock(int tool, const Block &held, const Block &aimedAt);  // What the panels name; zero for nothing.
+// The rows in which the chat shows, newest first and most of them at the most; a long line takes several. Their number.
+int ChatRows(const ChatLines &log, int most, std::string_view *rows);
 char ChatCursor(double now, double blink);               // "|" or a blank; blink: when it goes for the first time.
 void CountFrame(FrameRate *rate, double now);

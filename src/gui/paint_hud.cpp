@@ -12,9 +12,9 @@
 #include "platform/window.h"
 #include "world/tree.h"
 
-constexpr size_t WidestLine = 120;          // characters of the terminal face that any window has room for
-constexpr double StemPeriod = 0.5;          // seconds between two looks at the ship's name
-constexpr float CrosshairTurn = 45;         // degrees
+constexpr int RowsInPlay = 4, RowsTyping = 10;  // of the chat
+constexpr double StemPeriod = 0.5;              // seconds between two looks at the ship's name
+constexpr float CrosshairTurn = 45;             // degrees
 
 static HudPanels Panels;
 static FrameRate Rate;
@@ -35,19 +35,19 @@ static void DrawTyping() {
   ChatEntry entry = ReadChat();
   if (entry.cursor >= 0) entry.text[entry.cursor] = ChatCursor(ClockNow(), entry.blink);
   const size_t length = std::strlen(entry.text);
-  DrawLine(0, -500, entry.text + (length > WidestLine ? length - WidestLine : 0));
+  DrawLine(0, -500, entry.text + (length > HudLineWidth ? length - HudLineWidth : 0));
 }
 
 static void DrawChat() {
   const bool typing = uiMode == 2;
   if (typing) DrawTyping();
   CopyChatLog(&Log);
-  const int rows = typing ? 10 : 4;
-  for (int row = 0; row < rows; ++row) {
-    std::string &line = Log[static_cast<size_t>(row)];
-    if (line.empty()) continue;
-    if (line.size() > WidestLine) line.resize(WidestLine);
-    DrawLine(0, 30 * row - 470, line.c_str());
+  std::string_view rows[RowsTyping];
+  const int count = ChatRows(Log, typing ? RowsTyping : RowsInPlay, rows);
+  for (int row = 0; row < count; ++row) {
+    char text[HudLineWidth + 1] = {};
+    rows[row].copy(text, HudLineWidth);
+    DrawLine(0, 30 * row - 470, text);
   }
 }
 

@@ -71,3 +71,14 @@ TEST_F(Hud, TheCursorBlinksAndTheRateIsThatOfTheLastHalfSecond) {
   CountFrame(&rate, 1100);
   EXPECT_EQ(rate.perSecond, 0);
 }
+
+TEST_F(Hud, ALongLineOfChatTakesSeveralRows) {
+  ChatLines log;
+  log[0] = std::string(66, 'a') + "b", log[1] = std::string(66, 'c'), log[2] = "dd", log[3] = std::string(300, 'e');
+  std::string_view rows[10];
+  ASSERT_EQ(ChatRows(log, 4, rows), 4);
+  const std::string_view expected[4] = {"b", std::string_view(log[0]).substr(0, 66), log[1], "dd"};
+  for (int row = 0; row < 4; ++row) EXPECT_EQ(rows[row], expected[row]);
+  EXPECT_EQ(ChatRows(log, 10, rows), 9);
+  EXPECT_EQ(ChatRows(log, 1, rows), 1);
+}
