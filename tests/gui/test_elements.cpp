@@ -124,19 +124,6 @@ TEST_F(Elements, ACallbackMayCloseTheMenuBehindTheClick) {
 
 constexpr GuiWindow Window{960, 600, 0.5f};
 
-TEST(Layout, AnchorsRelateQuadsToTheWindow) {
-  const struct { int anchor; float x, y; } rows[] = {
-      {0, 5, 10}, {2, 480 + 5 - 25, 10 - 300 + 10}, {3, 5 - 480 + 25, 10 - 300 + 10}, {4, 480 + 5 - 25, 300 + 10 - 10},
-      {5, 5 - 480 + 25, 300 + 10 - 10}};
-  for (const auto &row : rows) {
-    const QuadPlace q = PlaceQuad(10, 20, 100, 40, row.anchor, Window);
-    EXPECT_FLOAT_EQ(q.x, row.x) << row.anchor;
-    EXPECT_FLOAT_EQ(q.y, row.y) << row.anchor;
-    EXPECT_FLOAT_EQ(q.width, 50);
-    EXPECT_FLOAT_EQ(q.height, 20);
-  }
-}
-
 TEST(Layout, LabelsStandByTheirOffsetAndAnchor) {
   const struct { float offset; int anchor, x, y; TextAlign align; } rows[] = {
       {0, 0, 100, 50, AlignCentre},       {1010, 0, 100, 55, AlignCentre},    {-1010, 0, 100, 45, AlignCentre},
