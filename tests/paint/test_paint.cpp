@@ -204,6 +204,7 @@ TEST_F(Paint, AStillScreenSendsNoGlyphAndAFullSheetStartsAnew) {
   InitGui();
   for (int i = 0; i < 18; i++) AddElement(i % 2 == 0 ? TypeRow : TypeChosenRow, 0, 400 - 42 * i, 0, "Alloy plating, edge", nullptr, 0);
   uiMode = 1;
+  PointAt(0, 0);  // over none of them
   BeginFrame();
   DrawMenu();
   const std::vector<u8> first = Pixels();
