@@ -26,6 +26,7 @@ static Mask NameMask(const Canvas &canvas, double top, double height, double thi
   cairo_scale(drawing, 1.0, height / 84.0);
   cairo_set_line_width(drawing, thickness);
   cairo_set_line_join(drawing, CAIRO_LINE_JOIN_MITER);
+  cairo_set_miter_limit(drawing, 2.2);  // no spikes on the N
   cairo_set_line_cap(drawing, CAIRO_LINE_CAP_SQUARE);
   for (int i = 0; i < 8; i++) {
     const char letter[2] = {"TARNVALE"[i], '\0'};

@@ -62,11 +62,22 @@ static int BigEndian(const std::string &bytes, size_t at) {
   return value > 65535 ? 65535 : static_cast<int>(value);
 }
 
-bool PictureSize(const std::string &path, int *width, int *height) {
+bool ReadPictureForm(const std::string &path, PictureForm *form) {
   std::string bytes;
-  if (!ReadWhole(path, &bytes) || bytes.size() < 24) return false;
+  if (!ReadWhole(path, &bytes) || bytes.size() < 26) return false;
   if (bytes.compare(0, 8, "\x89PNG\r\n\x1a\n") != 0 || bytes.compare(12, 4, "IHDR") != 0) return false;
-  *width = BigEndian(bytes, 16);
-  *height = BigEndian(bytes, 20);
+  const int colours = static_cast<uint8_t>(bytes[25]);
+  *form = {BigEndian(bytes, 16), BigEndian(bytes, 20), static_cast<uint8_t>(bytes[24]),
+           colours == PNG_COLOR_TYPE_RGBA ? 4 : colours == PNG_COLOR_TYPE_RGB ? 3 : 0};
   return true;
+}
+
+bool PictureDecodes(const std::string &path) {
+  std::string bytes;
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  if (!ReadWhole(path, &bytes) || png_image_begin_read_from_memory(&image, bytes.data(), bytes.size()) == 0) return false;
+  image.format = PNG_FORMAT_RGBA;
+  std::vector<uint8_t> pixels(PNG_IMAGE_SIZE(image));
+  return png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr) != 0;
 }

@@ -21,5 +21,16 @@ struct RgbaPicture {
 bool WritePicture(const Picture &picture, const std::string &path);
 bool WriteRgbaPicture(const RgbaPicture &picture, const std::string &path);
 
-// Reads the size that a PNG file says it has; false when it isn't one.
-bool PictureSize(const std::string &path, int *width, int *height);
+// What a PNG file says of itself.
+struct PictureForm {
+  int width = 0;
+  int height = 0;
+  int depth = 0;     // bits of a channel
+  int channels = 0;  // 3, or 4 with opacity; 0 for grey and palettes
+};
+
+// Reads the head of a PNG file; false when it isn't one.
+bool ReadPictureForm(const std::string &path, PictureForm *form);
+
+// True when the whole picture can be decoded.
+bool PictureDecodes(const std::string &path);
