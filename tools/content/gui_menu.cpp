@@ -194,9 +194,9 @@ void DrawTextRow(Canvas *canvas) {
     for (int x = 0; x < canvas->width; x++) {
       const float u = 1.0f - static_cast<float>(x < 100 ? 99 - x : x - 100) / 100.0f;
       const float v = static_cast<float>(y < 20 ? y : 39 - y) / 6.0f;
-      const float edge = (u < 0.5f ? u * 2.0f : 1.0f) * (v < 1.0f ? v : 1.0f);
+      const float edge = (u < 0.3f ? u / 0.3f : 1.0f) * (v < 1.0f ? v : 1.0f);
       float *pixel = &canvas->pixels[(static_cast<size_t>(y) * static_cast<size_t>(canvas->width) + static_cast<size_t>(x)) * 4];
-      pixel[3] = 0.34f * edge * edge;
+      pixel[3] = 0.60f * edge * edge * (3.0f - 2.0f * edge);
     }
   }
 }
