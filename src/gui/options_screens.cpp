@@ -37,7 +37,7 @@ struct Slider {
   void (*set)(double);
   double lower, raise;                       // steps
   double lowest, highest;                    // it moves only from above and from below these
-  double zeroBelow, most;                    // where a step ends
+  double zeroBelow, most;                    // where a step down and a step up end
   ValueLabel label;
   double knobFrom, knobScale;                // the knob stands (value - knobFrom) x knobScale along its way
   void (*changed)() = nullptr;
@@ -150,7 +150,7 @@ static void Step(int first, bool up) {
   if (up ? value > s->highest - Drift : value < s->lowest + Drift) return;
   if (s->raise == 0) value = NextSamples(value, up);
   else value = up ? std::min(value + s->raise, s->most) : std::max(value - s->lower, 0.0);
-  if (value < s->zeroBelow) value = 0;
+  if (!up && value < s->zeroBelow) value = 0;
   s->set(value);
   if (s->changed != nullptr) s->changed();
   ShowValue(*s, first);

@@ -112,6 +112,7 @@ TEST_F(Screens, ASliderStepsToItsEndsAndShowsItsValue) {
       {BuildGraphicsOptions, fov, -150, 75, true, 80, "80", 61},             {BuildGraphicsOptions, fov, -150, 90, true, 90, "90", 184},
       {BuildGraphicsOptions, fov, -150, 65, false, 60, "60", -186},          {BuildGraphicsOptions, fov, -150, 64, false, 64, "64", -137},
       {BuildGameOptions, dampening, 250, 1, false, 0.9001, "90%", 147},      {BuildGameOptions, dampening, 250, 0.2, false, 0, "0%", -186},
+      {BuildGameOptions, dampening, 250, 0, true, 0.1, "10%", -149},
       {BuildGameOptions, dampening, 250, 0.95, true, 1, "100%", 184},        {BuildGameOptions, dampening, 250, 4, true, 4, "400%", 184},
       {BuildMouseOptions, mouse, 350, 0.05, true, 0.06, "6", 158},           {BuildMouseOptions, mouse, 350, 0.01, false, 0.01, "1", 121},
       {BuildMouseOptions, mouse, 350, 0.49, true, 0.49, "49", 477},          {BuildSoundOptions, sound, 100, 1, true, 1, "100", 184},
