@@ -62,7 +62,6 @@ struct Screens : testing::Test {
     uiMode = 1;
     BuildPauseMenu();
   }
-  static Ship *LastShip() { return ShipAt(TheShipTable, static_cast<u16>(TheShipTable.count - 1)); }
 };
 
 TEST_F(Screens, ThePauseMenuLeadsEverywhere) {
@@ -274,8 +273,9 @@ TEST_F(Screens, ALoadedShipStandsBeforeThePlayerAndSavesUnderANameOfItsOwn) {
     RelativeTo(*loaded, p.solarLoc, place);
     for (const float c : place) EXPECT_NEAR(c, loaded->summary->maxX + 3, 1) << l.file;
   }
-  EXPECT_EQ(Load(BuildShipList, "Middle.ssf")->summary, nullptr) << "a file that can't be read leaves an empty ship";
-  EXPECT_NE(LastShip()->fileStem, "Middle");
+  const Ship *broken = Load(BuildShipList, "Middle.ssf");
+  EXPECT_TRUE(broken->summary == nullptr || broken->summary->blockCount == 0) << "what can't be read leaves an empty ship";
+  EXPECT_NE(broken->fileStem, "Middle");
 }
 
 TEST_F(Screens, PickingALanguageReadsAndKeepsIt) {
