@@ -19,7 +19,7 @@ constexpr size_t MaxNames = 1020;
 constexpr int WindowRows = 16, FirstRowY = 350, BarX = 300;
 constexpr int KnobWay = 450, KnobBottom = -240;
 constexpr size_t LongestLabel = 30, LongestStem = 200;
-constexpr int MaxLanguages = 21, LanguagePitch = 42, LanguageTop = 440;
+constexpr int MaxLanguages = 21, LanguagePitch = 42, LanguageTop = 440;  // rows count from 1: the heading stands at the top
 constexpr int SightReach = 30;  // blocks; what is further off on an axis was not put before the player
 
 i16 ListFirstRow = 0, ListChosenRow = -1;
@@ -103,7 +103,7 @@ void BuildLanguageList(int) {
   AddElement(TypeHeading, 0, 450, 49, "", nullptr, 0);
   for (int i = 0; i < static_cast<int>(Names.size()); ++i) {
     const std::string &name = Names[static_cast<size_t>(i)];
-    AddElement(name == Options.Language ? TypeChosenRow : TypeRow, 0, LanguageTop - LanguagePitch * i, 0,
+    AddElement(name == Options.Language ? TypeChosenRow : TypeRow, 0, LanguageTop - LanguagePitch * (i + 1), 0,
                name.c_str(), nullptr, i);
   }
 }

@@ -196,7 +196,7 @@ class Menus(unittest.TestCase):
         words = player.game.picture()
         player.click(SHIPS, CANCEL, LANGUAGES)
         names = [entry for entry in os.listdir(self.root / "config/language") if not entry.startswith(".")]
-        player.click((0, 440 - 42 * names.index("deutsch")))
+        player.click((0, 440 - 42 * (names.index("deutsch") + 1)))
         self.assertEqual(self.options()["Language"], "deutsch")
         player.click((0, -100))                      # play
         player.key("Escape")

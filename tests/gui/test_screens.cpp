@@ -285,7 +285,7 @@ TEST_F(Screens, PickingALanguageReadsAndKeepsIt) {
   BuildLanguageList(0);
   const std::vector<std::string> names = Rows();
   ASSERT_EQ(names.size(), 2u);
-  Click(0, names[0] == "other" ? 440 : 398);
+  Click(0, names[0] == "other" ? 398 : 356);
   EXPECT_EQ(GuiStrings[2], "Ja");
   EXPECT_EQ(GuiScreen, ScreenTitle);
   EXPECT_NE(ReadText("config/text/options").find("Language other\n"), std::string::npos);
