@@ -109,8 +109,9 @@ void BuildLanguageList(int) {
 }
 
 static void ChooseLanguage(const std::string &name) {
+  const std::string before = Options.Language;
   Options.Language = name;
-  LoadLanguage();
+  if (!LoadLanguage()) Options.Language = before;  // a file that happens to lie there
   SortByNewNames();
   SaveOptions();
   BuildTitleMenu();
