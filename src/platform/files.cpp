@@ -46,14 +46,17 @@ static void SyncFolderOf(const std::string &path) {
   close(descriptor);
 }
 
-bool CommitReplacement(FileReplacement *r) {
-  if (r->failed || fsync(r->descriptor) != 0) {
-    AbandonReplacement(r);
-    return false;
-  }
-  const bool closed = close(r->descriptor) == 0;
+bool SettleReplacement(FileReplacement *r) {
+  const bool good = !r->failed && fsync(r->descriptor) == 0;
+  const bool closed = r->descriptor >= 0 && close(r->descriptor) == 0;
   r->descriptor = -1;
-  if (!closed || rename(r->temporary.c_str(), r->path.c_str()) != 0) {
+  if (!good || !closed) AbandonReplacement(r);
+  return good && closed;
+}
+
+bool CommitReplacement(FileReplacement *r) {
+  const bool settled = !r->failed && (r->descriptor < 0 || SettleReplacement(r));
+  if (!settled || rename(r->temporary.c_str(), r->path.c_str()) != 0) {
     AbandonReplacement(r);
     return false;
   }
@@ -73,6 +76,12 @@ bool ReplaceFile(const char *path, const void *bytes, size_t count) {
   if (!BeginReplacement(&r, path)) return false;
   WriteReplacement(&r, bytes, count);
   return CommitReplacement(&r);
+}
+
+bool RemoveFile(const char *path) {
+  if (unlink(path) == 0) SyncFolderOf(path);
+  else if (errno != ENOENT) return false;
+  return true;
 }
 
 // Reads a plain file to its end or to most bytes, whichever comes first.

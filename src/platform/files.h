@@ -16,9 +16,13 @@ struct FileReplacement {
 
 bool BeginReplacement(FileReplacement *r, const char *path);  // False when the temporary can't be created.
 bool WriteReplacement(FileReplacement *r, const void *bytes, size_t count);
+// The first half of a commit, for files that change together: the bytes are safe, only the name is missing. False: the
+// replacement is off, and the old file stays.
+bool SettleReplacement(FileReplacement *r);
 bool CommitReplacement(FileReplacement *r);  // Sync, rename, sync the folder. False: the old file stays as it was.
 void AbandonReplacement(FileReplacement *r);  // Removes the temporary.
 bool ReplaceFile(const char *path, const void *bytes, size_t count);  // The four calls in one.
+bool RemoveFile(const char *path);  // And makes sure of it. False: it is still there. A missing file is no fault.
 
 bool ReadWholeFile(const char *path, size_t limit, std::vector<u8> *out);  // False: missing, unreadable or over limit.
 bool ReadFileFront(const char *path, size_t most, std::vector<u8> *out);   // All, or the first bytes of a longer file.
