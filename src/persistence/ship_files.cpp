@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "core/log.h"
+#include "persistence/backup.h"
 #include "persistence/gzip_file.h"
 #include "persistence/placing.h"
 #include "persistence/stream.h"
@@ -24,6 +25,7 @@ static bool CopyShip(Ship *ship, std::vector<u8> *bytes, std::string *stem) {
 }
 
 static GzipWritten WriteShip(const char *path, const std::vector<u8> &bytes) {
+  KeepBackup(path, LocalDate());
   const GzipWritten result = ReplaceGzip(path, bytes);
   if (result == GzipWritten::Failed)
     LogError((std::string("Could not write ") + path + ". The old file stays.").c_str());
