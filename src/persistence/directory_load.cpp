@@ -142,6 +142,7 @@ int LoadShipDirectory(Ship *ship, const char *name, bool blocksToo, bool leaveUn
     close(folder);
     return LogError("Could not allocate block");
   }
+  SettleUpdate(folder);
   SlotReader r = BeginSlots(ship, path, blocksToo);
   ReadMegas(&r, folder);
   close(folder);

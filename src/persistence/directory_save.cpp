@@ -221,6 +221,7 @@ static bool ReplaceShip(const ShipCopy &copy) {
   bool good = BeginFolder(&r, path.c_str());
   if (good) {
     int oldShip = OpenFolder(AT_FDCWD, path.c_str());
+    if (oldShip >= 0) SettleUpdate(oldShip);
     good = WriteShip(copy, r.descriptor, oldShip);
     Close(&oldShip);
   }

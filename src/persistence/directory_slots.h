@@ -20,6 +20,8 @@ inline std::string SuperName(unsigned super) { return std::to_string(super) + ".
 
 extern Mutex StoreMutex;  // one save or update at a time; taken outside the world mutex
 
+// Ends an update that a kill cut off. Before anything is read from a ship's folder or written into it.
+void SettleUpdate(int shipFolder);
 void PackRecord(u64 head, const u8 *tail, u8 *at);  // 14 bytes; tail may be null for zeros.
 void PackSlot(const ChunkCells *cells, u16 chunk, u8 *at);  // SlotBytes; cells may be null. World mutex.
 

@@ -5,7 +5,8 @@
 //     u16 material row, u16 component row, u16 temp, 6 bytes tail
 //
 // What a kill leaves: a save makes a folder of its own and exchanges the names. An update writes within one page of the
-// file, or makes the file anew. A new slot counts once its last byte stands; an update cuts off what was begun before.
+// file, or notes in the file .update what it is about to write. A new slot counts once its last byte stands. The next load,
+// save or update ends or cuts off what was begun.
 #pragma once
 
 #include <string>

@@ -1,15 +1,14 @@
 // One block into a ship's files. A kill at any moment leaves the old block or the new one: bytes within one page reach the
-// file at once; a record on the border of two pages goes into a copy of the file that takes its place; and a slot begins to
-// count with its last byte, behind a sync of all others.
+// file at once; a record across two pages is noted in a file of its own first, which the next opening of the ship carries
+// out; and a slot begins to count with its last byte, behind a sync of all others.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 
 #include "core/log.h"
-#include "core/utils.h"
+#include "persistence/cursor.h"
 #include "persistence/directory_slots.h"
 #include "persistence/directory_store.h"
 #include "platform/folders.h"
@@ -17,7 +16,9 @@
 
 constexpr u16 LowestUpdate = 2, HighestUpdate = 9998;
 constexpr i64 PageBytes = 4096;  // what every system writes at once
-constexpr size_t CopyBytes = 1 << 20;
+// The note of an update across two pages: u16 mega, super, slot, block, and the record. Gone once the record is written.
+constexpr const char *NoteName = ".update";
+constexpr size_t NoteBytes = 8 + RecordBytes;
 
 // One update on its way. Descriptors are -1 while they aren't open.
 struct BlockUpdate {
@@ -27,11 +28,30 @@ struct BlockUpdate {
   std::string path, name;  // of the ship's folder, and of the file in its mega's folder
   int slot = -1;
   bool inMemory = false;   // the chunk has blocks in memory
-  int megaFolder = -1, file = -1;
+  int shipFolder = -1, megaFolder = -1, file = -1;
 };
 
-static i64 RecordOffset(const BlockUpdate &u) {
-  return SlotOffset(u.slot) + 2 + static_cast<i64>(u.at.block * RecordBytes);
+static i64 RecordOffset(int slot, unsigned block) { return SlotOffset(slot) + 2 + static_cast<i64>(block * RecordBytes); }
+
+// Carries out a note, unless it names a record that isn't there.
+static void CarryOut(int shipFolder, const u8 *note) {
+  Reader r{note, NoteBytes};
+  const unsigned mega = TakeU16(&r), super = TakeU16(&r), slot = TakeU16(&r), block = TakeU16(&r);
+  const int folder = OpenFolder(shipFolder, std::to_string(mega).c_str());
+  const int file = folder < 0 ? -1 : OpenFile(folder, SuperName(super).c_str(), FileUse::Change);
+  if (file >= 0 && block < CellsPerChunk && FileLength(file) >= SlotOffset(static_cast<int>(slot) + 1))
+    WriteAt(file, RecordOffset(static_cast<int>(slot), block), r.bytes, RecordBytes);
+  if (file >= 0) close(file);
+  if (folder >= 0) close(folder);
+}
+
+void SettleUpdate(int shipFolder) {
+  const int file = OpenFile(shipFolder, NoteName, FileUse::Read);
+  if (file < 0) return;
+  u8 note[NoteBytes];
+  if (ReadAt(file, 0, note, NoteBytes) == NoteBytes) CarryOut(shipFolder, note);
+  close(file);
+  unlinkat(shipFolder, NoteName, 0);
 }
 
 // Finds the chunk's entry, with the levels above it, and where the ship's files are.
@@ -49,13 +69,13 @@ static bool FindEntry(BlockUpdate *u) {
 
 static bool OpenMegaFolder(BlockUpdate *u) {
   SettleFolder(u->path.c_str());
-  const int ship = OpenFolder(AT_FDCWD, u->path.c_str());
-  if (ship < 0) return LogError("Can't find ship directory to save block update to") != 0;
+  u->shipFolder = OpenFolder(AT_FDCWD, u->path.c_str());
+  if (u->shipFolder < 0) return LogError("Can't find ship directory to save block update to") != 0;
+  SettleUpdate(u->shipFolder);
   const std::string mega = std::to_string(u->at.mega);
-  const bool made = mkdirat(ship, mega.c_str(), 0777) == 0;
-  u->megaFolder = OpenFolder(ship, mega.c_str());
-  if (made) fsync(ship);
-  close(ship);
+  const bool made = mkdirat(u->shipFolder, mega.c_str(), 0777) == 0;
+  u->megaFolder = OpenFolder(u->shipFolder, mega.c_str());
+  if (made) fsync(u->shipFolder);
   return true;
 }
 
@@ -108,36 +128,23 @@ static bool AppendSlot(BlockUpdate *u) {
   return true;
 }
 
-static bool CopyBytesTo(int from, int to) {
-  std::vector<u8> buffer;
-  if (!TryReserve(&buffer, CopyBytes)) return false;
-  buffer.resize(CopyBytes);
-  for (i64 offset = 0;;) {
-    const size_t got = ReadAt(from, offset, buffer.data(), CopyBytes);
-    if (!WriteAt(to, offset, buffer.data(), got)) return false;
-    offset += static_cast<i64>(got);
-    if (got < CopyBytes) return offset == FileLength(from);
-  }
-}
-
-// Writes the record into a copy of the file, which then takes the file's place. Its name begins with a dot: no reader
-// takes what a kill leaves of it for a file of the store.
-static bool ReplaceRecord(const BlockUpdate &u) {
-  const std::string temporary = "." + u.name + ".tmp";
-  unlinkat(u.megaFolder, temporary.c_str(), 0);
-  const int copy = OpenFile(u.megaFolder, temporary.c_str(), FileUse::MakeNew);
-  if (copy < 0) return false;
-  bool good = CopyBytesTo(u.file, copy) && WriteAt(copy, RecordOffset(u), u.record, RecordBytes) && fsync(copy) == 0;
-  good = close(copy) == 0 && good;
-  good = good && renameat(u.megaFolder, temporary.c_str(), u.megaFolder, u.name.c_str()) == 0;
-  if (good) fsync(u.megaFolder);
-  else unlinkat(u.megaFolder, temporary.c_str(), 0);
-  return good;
+static bool WriteAcrossPages(const BlockUpdate &u, i64 offset) {
+  std::vector<u8> note;
+  for (const int v : {int{u.at.mega}, int{u.at.super}, u.slot, int{u.at.block}}) PutU16(&note, static_cast<u16>(v));
+  PutBytes(&note, u.record, RecordBytes);
+  const int file = OpenFile(u.shipFolder, NoteName, FileUse::MakeNew);
+  if (file < 0) return false;
+  const bool noted = WriteAt(file, 0, note.data(), NoteBytes);
+  close(file);
+  if (noted && !WriteAt(u.file, offset, u.record, RecordBytes)) return false;  // the note stays, for a better day
+  unlinkat(u.shipFolder, NoteName, 0);
+  return noted;
 }
 
 static bool WriteRecord(const BlockUpdate &u) {
-  const bool onePage = RecordOffset(u) % PageBytes <= PageBytes - static_cast<i64>(RecordBytes);
-  return onePage ? WriteAt(u.file, RecordOffset(u), u.record, RecordBytes) : ReplaceRecord(u);
+  const i64 offset = RecordOffset(u.slot, u.at.block);
+  const bool onePage = offset % PageBytes <= PageBytes - static_cast<i64>(RecordBytes);
+  return onePage ? WriteAt(u.file, offset, u.record, RecordBytes) : WriteAcrossPages(u, offset);
 }
 
 // A chunk whose slot is not where it was, because another save replaced the files, or that is known from its file only, may
@@ -168,5 +175,6 @@ int SaveBlockUpdate(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
   const bool stored = OpenMegaFolder(&u) && StoreRecord(&u);
   if (u.file >= 0) close(u.file);
   if (u.megaFolder >= 0) close(u.megaFolder);
+  if (u.shipFolder >= 0) close(u.shipFolder);
   return stored;
 }

@@ -36,7 +36,7 @@ class DirectoryStore : public testing::Test {
     ship = NewShip("a", {});
   }
   void TearDown() override { Drop(ship); }
-  static Ship *NewShip(const char *stem, const Cells &cells) {
+  static Ship *NewShip(const std::string &stem, const Cells &cells) {
     Ship *made = NewTestShip();
     made->fileStem = stem;
     Fill(made, cells);
@@ -142,6 +142,18 @@ TEST_F(DirectoryStore, UpdatesReuseTheSlotOfTheirChunk) {
   SaveNew("a", model);  // another record of the ship changes the order of its slots
   EXPECT_EQ(Update(ship, {5015, 5000, 5000}, model[{5015, 5000, 5000}] = PlacedHead(3, 3, 3, 3)), 1);
   EXPECT_TRUE(Loaded("a") == model && fs::file_size(file) == 2 * Slot);
+  const std::string whole = ReadText(file);
+  const size_t torn = whole[0] == 1 ? 2 + 5 * 14 : Slot + 2 + 5 * 14;  // an update of (5015, 5000, 5000) that was killed halfway
+  const std::string note("\x2b\2\0\0\0\0\5\0", 8);
+  for (const auto &[bytes, fate] : {std::pair{note.substr(0, 4) + (torn < Slot ? "" : "\1") + note.substr(torn < Slot ? 4 : 5) + whole.substr(torn, 14), whole},
+                                    {std::string("\x2b\2\0\0\2\0\5\0", 8) + std::string(14, 'x'), std::string()}, {std::string(), std::string()},
+                                    {std::string("\x2b\2\0\0\0\0\xe8\3", 8) + std::string(14, 'x'), std::string()}}) {
+    const std::string half = std::string(whole).replace(torn, 7, 7, '\x1');
+    WriteText(file, half);
+    WriteText("saves/a/.update", bytes);
+    Loaded("a");
+    EXPECT_TRUE(ReadText(file) == (fate.empty() ? half : fate) && !fs::exists("saves/a/.update")) << bytes.size();
+  }
   fs::remove(file);
   EXPECT_EQ(Update(ship, {5015, 5000, 5000}, 0), 0);
   EXPECT_TRUE(Logged("*ERR: Coult not open superchunk file to save block update"));
@@ -232,7 +244,6 @@ TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
     setrlimit(RLIMIT_FSIZE, &limit);
     PlaceHere(ship, 4000, 4000, 4000, CubeOf());
     const int saved = SaveShipDirectory(ship);
-    ship->fileStem = "a";
     _exit(saved + Update(ship, {5900, 5900, 5900}, PlacedHead(1, 2, 1, 0)) + Update(ship, {5005, 5055, 5000}, 0));
   }
   int status = -1;
@@ -258,7 +269,7 @@ static unsigned Killed(std::mt19937 *random, Work work) {
   const pid_t child = fork();
   if (child == 0)
     for (unsigned i = 0;; *count = ++i) work(i);
-  usleep(static_cast<useconds_t>((*random)() % 60000));
+  usleep(static_cast<useconds_t>((*random)() % 150000));
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
   return *count;
