@@ -211,7 +211,7 @@ static u16 ComponentOfLine(TextLoad *t, const int *n) {
 static Block BlockOfLine(TextLoad *t, const int *n) {
   Block b;
   b.state = StateWhole;
-  b.rotation = static_cast<unsigned>(t->currentRotations ? n[AtRotation] : n[AtRotation] + 1) & 7u;
+  b.rotation = (static_cast<unsigned>(n[AtRotation]) + (t->currentRotations ? 0u : 1u)) & 7u;
   b.rotation2 = static_cast<unsigned>(n[AtRotation2]) & 3u;
   b.material = MaterialOfLine(t, n);
   b.component = ComponentOfLine(t, n);
