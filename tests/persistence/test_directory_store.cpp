@@ -77,7 +77,7 @@ TEST_F(DirectoryStore, AShipsFilesHaveTheDocumentedBytes) {
   std::vector<u8> info;
   PutU16(&info, 1);
   for (const i64 axis : {i64{-50500000}, i64{-50500000}, i64{-2}}) PutU64(&info, static_cast<u64>(axis));
-  for (const u32 axis : {7, 0, 0}) PutU32(&info, axis);
+  for (const u32 axis : {7u, 0u, 0u}) PutU32(&info, axis);
   EXPECT_EQ(ReadText("saves/a/info.sis"), Text(info));
   std::string slots(2 * Slot, '\0');  // chunk 104 (5042, 7, 310) and chunk 900 (5001, 0, 399), rising
   slots.replace(0, 2, "\x68\0", 2).replace(2 + 72 * 14, 8, "\xae\0\5\0\2\0\x20\3", 8);
