@@ -103,14 +103,14 @@ int VoxelClass(u64 head, const u8 *damageBits, int vx, int vy, int vz) {
   if (v < 0) return 1;
   const u8 alpha = Components[HeadComponent(head)].facts->alpha[v];
   if (alpha < 251 || (alpha == 254 && Materials[HeadMaterial(head)].alpha != 255)) return 1;
-  const bool gone = HeadState(head) == StateDamaged && damageBits != nullptr && (damageBits[v / 8] >> (v % 8) & 1) != 0;
+  const bool gone = HeadState(head) == StateDamaged && damageBits != nullptr && VoxelGone(damageBits, v);
   return gone ? 2 : 0;
 }
 
 bool HeadVoxelSolid(u64 head, const u8 *damageBits, int vx, int vy, int vz) {
   const int v = VoxelIndex(vx, vy, vz, HeadRotation(head), HeadRotation2(head));
   if (v < 0 || Components[HeadComponent(head)].facts->alpha[v] == 0) return false;
-  return HeadState(head) != StateDamaged || damageBits == nullptr || (damageBits[v / 8] >> (v % 8) & 1) == 0;
+  return HeadState(head) != StateDamaged || damageBits == nullptr || !VoxelGone(damageBits, v);
 }
 
 bool VoxelSolid(float fx, float fy, float fz, const Ship &ship) {
