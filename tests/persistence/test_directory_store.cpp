@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <random>
+#include <thread>
 
 #include "content/components.h"
 #include "content/materials.h"
@@ -258,6 +259,26 @@ TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
   EXPECT_EQ(Loaded("a"), expected);
   ship->fileStem = "NULL";
   EXPECT_TRUE(SaveShipDirectory(ship) == 0 && !fs::exists("saves/NULL"));
+}
+
+TEST_F(DirectoryStore, SavesBetweenUpdatesLoseNoneOfThem) {
+  ASSERT_EQ(SaveShipDirectory(ship), 1);
+  std::atomic<bool> done{false};
+  std::thread editor([&] {
+    for (u16 i = 0; i < 3000; ++i) {
+      const Cell at = {static_cast<u16>(5080 + i * 7 % 40), static_cast<u16>(5000 + i % 20), static_cast<u16>(5000 + i % 3)};
+      const u64 head = PlacedHead(1u + i % 7, 1u + i % 11, i % 8u, i % 4u);
+      {
+        ScopedLock world(&WorldMutex);
+        PlaceBlockFast(BlockFromHead(head), at[0], at[1], at[2], ship);
+      }
+      EXPECT_EQ(Update(ship, at, head), 1);
+    }
+    done = true;
+  });
+  while (!done) EXPECT_EQ(SaveShipDirectory(ship), 1);
+  editor.join();
+  EXPECT_EQ(Loaded("a"), CellsOf(*ship));
 }
 
 // Lets a child work until it is killed at some moment; its answer is what it had counted by then.
