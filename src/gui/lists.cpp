@@ -13,6 +13,7 @@
 #include "gui/screen_parts.h"
 #include "gui/screens.h"
 #include "persistence/stream.h"
+#include "persistence/text_form.h"
 #include "platform/threads.h"
 
 constexpr size_t MaxNames = 1020;
@@ -169,9 +170,8 @@ static void BringIntoSight(Ship *ship, const i64 (&solarLoc)[3]) {
 }
 
 static int LoadShipFile(const std::string &name, const i64 (&at)[3]) {
-  if (name.back() != 'f') return AddShipFromStream(&TheShipTable, name.c_str(), at[0], at[1], at[2]);
-  AppendShip(&TheShipTable);
-  return LogError("Cannot open save file");
+  if (name.back() == 'f') return AddShipFromText(&TheShipTable, name.c_str(), at[0], at[1], at[2]);
+  return AddShipFromStream(&TheShipTable, name.c_str(), at[0], at[1], at[2]);
 }
 
 void LoadChosenShip(int) {

@@ -103,14 +103,14 @@ int VoxelClass(u64 head, const u8 *damageBits, int vx, int vy, int vz) {
   if (v < 0) return 1;
   const u8 alpha = Components[HeadComponent(head)].facts->alpha[v];
   if (alpha < 251 || (alpha == 254 && Materials[HeadMaterial(head)].alpha != 255)) return 1;
-  const bool gone = HeadState(head) == StateDamaged && damageBits != nullptr && (damageBits[v / 8] >> (v % 8) & 1) != 0;
+  const bool gone = HeadState(head) == StateDamaged && damageBits != nullptr && VoxelGone(damageBits, v);
   return gone ? 2 : 0;
 }
 
 bool HeadVoxelSolid(u64 head, const u8 *damageBits, int vx, int vy, int vz) {
   const int v = VoxelIndex(vx, vy, vz, HeadRotation(head), HeadRotation2(head));
   if (v < 0 || Components[HeadComponent(head)].facts->alpha[v] == 0) return false;
-  return HeadState(head) != StateDamaged || damageBits == nullptr || (damageBits[v / 8] >> (v % 8) & 1) == 0;
+  return HeadState(head) != StateDamaged || damageBits == nullptr || !VoxelGone(damageBits, v);
 }
 
 bool VoxelSolid(float fx, float fy, float fz, const Ship &ship) {
@@ -131,7 +131,7 @@ bool VoxelSolid(float fx, float fy, float fz, const Ship &ship) {
                         static_cast<int>((fy - static_cast<float>(y)) * 16.0f), static_cast<int>((fz - static_cast<float>(z)) * 16.0f));
 }
 
-static void WriteTail(const Block &b, unsigned i, ChunkCells *cells) {
+void WriteTail(const Block &b, unsigned i, ChunkCells *cells) {
   static constexpr u8 none[6] = {};
   if (cells->tails == nullptr) {
     if (std::memcmp(b.tail, none, sizeof none) == 0) return;
