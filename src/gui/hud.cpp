@@ -80,7 +80,8 @@ void CountFrame(FrameRate *rate, double now) {
   ++rate->frames;
   const double span = now - rate->since;
   if (span < RateSpan) return;
-  rate->perSecond = static_cast<int>(std::lround(rate->frames / span));
+  const bool paused = span > 2 * RateSpan;  // nobody counted for a while: the figure before stays
+  if (!paused) rate->perSecond = static_cast<int>(std::lround(rate->frames / span));
   rate->since = now;
   rate->frames = 0;
 }

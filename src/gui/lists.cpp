@@ -33,7 +33,9 @@ static bool EndsWith(const std::string &name, const char *ending) {
 
 static bool IsShip(const std::string &name) { return EndsWith(name, "ssf") || EndsWith(name, "sts"); }
 static bool IsBackup(const std::string &name) { return EndsWith(name, "bak"); }
-static bool IsAny(const std::string &) { return true; }
+
+// The options file holds the language as one word.
+static bool IsLanguage(const std::string &name) { return name.find_first_of(" \t\r\n") == std::string::npos; }
 
 // The folder's names in its own order.
 static void ReadNames(const char *folder, size_t most, bool (*wanted)(const std::string &)) {
@@ -98,7 +100,7 @@ void BuildShipList(int) { OpenShips(ScreenShips, IsShip); }
 void BuildBackupList(int) { OpenShips(ScreenBackups, IsBackup); }
 
 void BuildLanguageList(int) {
-  ReadNames("config/language", MaxLanguages, IsAny);
+  ReadNames("config/language", MaxLanguages, IsLanguage);
   ClearElements();
   GuiScreen = ScreenLanguages;
   AddElement(TypeHeading, 0, 450, 49, "", nullptr, 0);
@@ -151,7 +153,9 @@ static void KeepStemsApart(Ship *ship, const std::string &file) {
     std::error_code error;
     return StemInUse(stem, ship) || (stem + ".sts" != file && std::filesystem::exists("saves/" + stem + ".sts", error));
   };
-  const std::string base = ship->fileStem.substr(0, LongestStem);
+  if (ship->fileStem.empty()) ship->fileStem = "Ship";
+  ship->fileStem.resize(std::min(ship->fileStem.size(), LongestStem));  // a save needs room for endings
+  const std::string base = ship->fileStem;
   for (int copy = 2; taken(ship->fileStem); ++copy) ship->fileStem = base + " " + std::to_string(copy);
 }
 
