@@ -77,9 +77,10 @@ static void PutShips() {
     ScopedLock world(&WorldMutex);
     PackShip(ship, &packed);
   }
-  PutSeed("ship_stream", "content", '\0' + std::string(packed.begin(), packed.end()));
+  for (const char *target : {"ship_stream", "ship_shell"})
+    PutSeed(target, "content", '\0' + std::string(packed.begin(), packed.end()));
   Demand(SaveShipStream(&ship, "saves/a.sts") == 1 && SaveShipText(ship, "a", false, true, true) == 1, "the ship is saved");
-  PutSeed("ship_stream", "file", '\1' + ReadAll("saves/a.sts"));
+  for (const char *target : {"ship_stream", "ship_shell"}) PutSeed(target, "file", '\1' + ReadAll("saves/a.sts"));
   const std::string light = Unpacked("cache/Default.slf"), voxels = Unpacked("cache/Default.scf");
   PutSeed("ship_text", "lit", U16(light.size()) + U16(voxels.size()) + light + voxels + Unpacked("saves/a.ssf"));
   for (const auto &entry : fs::directory_iterator(fs::path(TARNVALE_ROOT) / "tests/persistence/ships"))

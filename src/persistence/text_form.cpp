@@ -228,21 +228,27 @@ static bool PayFor(TextLoad *t, u64 bytes) {
   return true;
 }
 
+// What the levels above a block line's address may cost goes with the first chunk in them.
+static ChunkCells *MakeCells(TextLoad *t, const CellAddress &a) {
+  const bool haveChunks = FindChunk(a, *t->ship) != nullptr;
+  const bool paid = PayFor(t, sizeof(ChunkCells) + (haveChunks ? 0 : 1000 * (sizeof(Chunk) + sizeof(SuperChunk))));
+  if (!haveChunks && (!paid || EnsureChunks(a.mega, a.super, t->ship) == nullptr)) {
+    LogError("Ran out of memory while loading.");
+    return nullptr;
+  }
+  ChunkCells *cells = paid ? EnsureChunk(a.mega, a.super, a.chunk, t->ship) : nullptr;
+  if (cells == nullptr) LogError("Unable to allocate block. Out of memory while loading.");
+  return cells;
+}
+
 // The cells that a block line's address lies in. Null when memory, or the file's share of it, is used up.
 static ChunkCells *CellsOfLine(TextLoad *t, const CellAddress &a) {
   if (t->cells != nullptr && a.chunk == t->cellsAt.chunk && a.super == t->cellsAt.super && a.mega == t->cellsAt.mega)
     return t->cells;
   t->cells = FindCells(a, *t->ship);
   t->cellsAt = a;
-  if (t->cells == nullptr) {
-    u64 bytes = sizeof(ChunkCells);
-    if (FindChunk(a, *t->ship) == nullptr) bytes += 1000 * (sizeof(Chunk) + sizeof(SuperChunk));
-    t->cells = PayFor(t, bytes) ? EnsureChunk(a.mega, a.super, a.chunk, t->ship) : nullptr;
-  }
-  if (t->cells == nullptr) {
-    LogError("Unable to allocate block. Out of memory while loading.");
-    t->outOfMemory = true;
-  }
+  if (t->cells == nullptr) t->cells = MakeCells(t, a);
+  t->outOfMemory = t->cells == nullptr;
   return t->cells;
 }
 

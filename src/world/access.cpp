@@ -17,11 +17,14 @@
 constexpr size_t DamageBytes = 512;
 
 // Damage bits that a cell no longer has. Rays read them without a lock, so they wait here for the end of the program.
-static std::vector<u8 *> RetiredDamage;  // world mutex
+static Mutex RetiredMutex{MutexRank::Leaf, "retired", {}};
+static std::vector<u8 *> RetiredDamage;  // RetiredMutex: ships that are being loaded don't need the world's
 
 static void RetireDamageBits(GraphicBlock *g) {
   u8 *bits = g->damageBits.exchange(nullptr);
-  if (bits != nullptr) RetiredDamage.push_back(bits);
+  if (bits == nullptr) return;
+  ScopedLock retired(&RetiredMutex);
+  RetiredDamage.push_back(bits);
 }
 
 int ReportOutOfRange(u16 x, u16 y, u16 z) {
