@@ -15,8 +15,6 @@ constexpr int KnobStart = 186;               // from the middle of the track to 
 constexpr double KnobWay = 370;
 constexpr double Drift = 1e-5;               // what adding up steps may be off
 constexpr int RestartNoteRow = 72;           // language row
-constexpr int MusicSlot = 1;
-constexpr float MusicGain = 0.5f;
 
 struct Switch {
   u8 screen;
@@ -56,7 +54,7 @@ static void Set(double value) {
 
 static void CachesFollowDetail() { Options.EightCache = Options.QuadCache = Options.LevelOfDetail.load(); }
 static void RenewProjection() { ResizePending = true; }
-static void RenewMusicGain() { SetSlotGain(MusicSlot, Options.MusicVolume * MusicGain); }
+static void RenewMusicGain() { SetMusicGain(); }
 
 using O = OptionValues;
 
