@@ -80,8 +80,7 @@ void CountFrame(FrameRate *rate, double now) {
   ++rate->frames;
   const double span = now - rate->since;
   if (span < RateSpan) return;
-  const bool paused = span > 2 * RateSpan;  // nobody counted for a while: the figure before stays
-  if (!paused) rate->perSecond = static_cast<int>(std::lround(rate->frames / span));
+  rate->perSecond = static_cast<int>(std::lround(rate->frames / span));
   rate->since = now;
   rate->frames = 0;
 }
