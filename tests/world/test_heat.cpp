@@ -156,10 +156,11 @@ TEST_F(Heat, BlocksOnTheWrongSideOfTheirPointsAreFound) {
   for (const auto &r : rows) {
     const u16 at = static_cast<u16>(x += 1111);
     Put(at, 5000, 5000, r.component, r.temp, true);
+    Put(at, 5001, 5000, 2, 9000);  // at rest: never looked at
     ScopedLock world(&WorldMutex);
     EXPECT_EQ(ScanPhaseChange(ship), r.wrong ? 1 : 0) << r.component << " " << r.temp;
     ScopedLock heat(&HeatMutex);
-    ClearTempUnstable(AddressOf(at, 5000, 5000), ship);  // a block at rest is never looked at
+    ClearTempUnstable(AddressOf(at, 5000, 5000), ship);
   }
   EXPECT_EQ(ShipFault(*ship), "");
 }
@@ -178,35 +179,63 @@ static std::vector<bool> GrowAll(const std::vector<bool> &gone, const u8 *alpha)
   return left;
 }
 
+static void SetGone(u8 *bits, const std::vector<bool> &gone) {
+  for (int v = 0; v < VoxelsPerBlock; ++v) {
+    if (v % 8 == 0) bits[v / 8] = 0;
+    if (gone[static_cast<size_t>(v)]) bits[v / 8] |= static_cast<u8>(1 << v % 8);
+  }
+}
+
+static std::vector<bool> GoneOf(const u8 *bits) {
+  std::vector<bool> gone;
+  for (int v = 0; v < VoxelsPerBlock; ++v) gone.push_back(VoxelGone(bits, v));
+  return gone;
+}
+
+// Single holes all over a cube, where so many of their neighbours stand.
+static std::vector<bool> HolesWith(int standing) {
+  std::vector<bool> holes;
+  for (int v = 0; v < VoxelsPerBlock; ++v) {
+    int outer = 0, odd = 0;
+    for (const int p : {v / 256, v / 16 % 16, v % 16}) {
+      outer += p == 0 || p == 15 ? 1 : 0;
+      odd += p % 2 == 1 && p < 15 ? 1 : 0;
+    }
+    holes.push_back(outer == 6 - standing && odd + outer == 3);
+  }
+  return holes;
+}
+
 TEST_F(Heat, VoxelsGrowBackALayerAPass) {
   const struct {
-    int hole, surely, never;  // thresholds
-  } rows[] = {{8 * 273, 179, 1179}, {8 * 17, 149, 1149}, {8, 11, 1011}, {0, 8, 1008}};  // inside, face, edge, corner
+    int standing, surely, never;  // thresholds
+  } rows[] = {{6, 179, 1179}, {5, 149, 1149}, {4, 11, 1011}, {3, 8, 1008}};
+  const std::vector<bool> none(VoxelsPerBlock);
   GraphicBlock g;
+  BlockCache cache;
   u8 bits[512] = {};
   g.damageBits = bits;
-  BlockCache cache;
   g.cache = &cache;
   EXPECT_EQ(RegrowVoxels(CubeOf(), &g, -1), 2);
   for (const auto &r : rows) {
-    bits[r.hole / 8] = static_cast<u8>(1 << r.hole % 8);
+    SetGone(bits, HolesWith(r.standing));
     EXPECT_EQ(RegrowVoxels(CubeOf(5, 2, 7), &g, -1), 2);
     g.cacheDirty = false;
     EXPECT_EQ(RegrowVoxels(CubeOf(), &g, r.never), 1);
     EXPECT_TRUE(g.cacheDirty);
-    EXPECT_TRUE(VoxelGone(bits, r.hole));
+    EXPECT_EQ(GoneOf(bits), HolesWith(r.standing));
     EXPECT_EQ(RegrowVoxels(CubeOf(), &g, r.surely), 1);
-    EXPECT_FALSE(VoxelGone(bits, r.hole)) << r.hole;
+    EXPECT_EQ(GoneOf(bits), none) << r.standing;
   }
   for (const u16 id : {u16{10}, u16{340}, u16{1000}}) {
     const u16 row = static_cast<u16>(FindComponent(id));
-    std::vector<bool> gone(VoxelsPerBlock);
-    for (int v = 0; v < VoxelsPerBlock; ++v) gone[static_cast<size_t>(v)] = v % 16 < 12 || v % 7 == 0;
-    for (int v = 0; v < VoxelsPerBlock; ++v) bits[v / 8] = static_cast<u8>(bits[v / 8] & ~(1 << v % 8)) | static_cast<u8>((gone[static_cast<size_t>(v)] ? 1 : 0) << v % 8);
-    for (int pass = 0; pass < 14; ++pass) {
+    std::vector<bool> gone;
+    for (u32 v = 0; v < VoxelsPerBlock; ++v) gone.push_back(HashToUnit(v) < 0.98f);
+    SetGone(bits, gone);
+    for (unsigned pass = 0; pass < 8; ++pass) {
       gone = GrowAll(gone, Components[row].facts->alpha);
-      RegrowVoxels(CubeOf(5, row, 1 + static_cast<unsigned>(pass) % 6), &g, -1);
-      for (int v = 0; v < VoxelsPerBlock; ++v) ASSERT_EQ(VoxelGone(bits, v), gone[static_cast<size_t>(v)]) << id << " " << pass << " " << v;
+      RegrowVoxels(CubeOf(5, row, 1 + pass % 6), &g, -1);
+      ASSERT_EQ(GoneOf(bits), gone) << id << " " << pass;
     }
   }
   g.damageBits = nullptr;
