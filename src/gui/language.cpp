@@ -15,13 +15,16 @@ static constexpr const char *Unknown = "Unknown";
 
 std::vector<std::string> GuiStrings(GuiStringRows);
 
-// Takes lines as rows until the mark, which becomes a row too. False when the file ends without it.
+// Takes lines as rows until the mark, which becomes a row too. False when the file ends without it: then it is no language
+// file, and the rows stay as they were.
 static bool ReadTexts(TextCursor *cursor) {
-  GuiStrings.assign(GuiStringRows, "");
+  std::vector<std::string> rows(GuiStringRows);
   std::string_view line;
   for (size_t row = 1; ScanLine(cursor, LongestRow, &line); ++row) {
-    if (row < GuiStrings.size()) GuiStrings[row] = line;
-    if (line == "0 #MatStart") return true;
+    if (row < rows.size()) rows[row] = line;
+    if (line != "0 #MatStart") continue;
+    GuiStrings.swap(rows);
+    return true;
   }
   return LogError("The language file ends before its line \"0 #MatStart\"") != 0;
 }
@@ -80,23 +83,27 @@ static void FillNames() {
   }
 }
 
-static bool ReadLanguage(TextCursor *cursor) {
-  return ReadTexts(cursor) &&
-         ReadPairs(cursor, "#ComStart", "Error in language file in Material section", NameMaterial) &&
+static bool ReadNames(TextCursor *cursor) {
+  return ReadPairs(cursor, "#ComStart", "Error in language file in Material section", NameMaterial) &&
          ReadPairs(cursor, "#CatStart", "Error in language file in Component section", NameComponent);
 }
 
-void LoadLanguage() {
+bool OpenLanguage(std::vector<u8> *bytes, TextCursor *cursor) {
+  const std::string &language = Options.Language;  // names one file of the folder, never a path out of it
+  if (language.find('/') == std::string::npos &&
+      LoadText(("config/language/" + language).c_str(), LanguageFileLimit, bytes, cursor))
+    return true;
+  return LogError("Could not open language file!") != 0;
+}
+
+bool LoadLanguage() {
   std::vector<u8> bytes;
   TextCursor cursor;
-  const std::string &language = Options.Language;  // names one file of the folder, never a path out of it
-  if (language.find('/') != std::string::npos ||
-      !LoadText(("config/language/" + language).c_str(), LanguageFileLimit, &bytes, &cursor)) {
-    LogError("Could not open language file!");
-    return;
-  }
-  ClearNames();
-  const bool whole = ReadLanguage(&cursor);
+  if (!OpenLanguage(&bytes, &cursor)) return false;
+  const bool texts = ReadTexts(&cursor);
+  if (texts) ClearNames();
+  const bool whole = texts && ReadNames(&cursor);
   FillNames();
   if (whole) LogInfo("Successfully loaded language file!");
+  return texts;
 }

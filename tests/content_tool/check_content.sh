@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the content checker: on config/, which has no fault, and on copies that the examples in broken/ break.
-# An example is a few commands that run in the copy; each line that begins with "#: " is a pattern that the
+# The copies have one language, English. An example is a few commands that run in the copy; each line that begins with "#: " is a pattern that the
 # checker must print. Usage: check_content.sh CHECKER ROOT
 set -uo pipefail
 checker=$1
@@ -31,6 +31,7 @@ RunExample() {
   rm -rf "$work/copy"
   mkdir -p "$work/copy/config"
   cp -r "$root"/config/[!a]* "$work/copy/config/"
+  find "$work/copy/config/language" -type f ! -name english -delete
   # The music is large; only an example that names it gets a copy of its own.
   if grep -q config/audio "$root/tests/content_tool/broken/$1.sh"; then cp -r "$root/config/audio" "$work/copy/config/"
   else ln -s "$root/config/audio" "$work/copy/config/"; fi
