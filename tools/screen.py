@@ -29,9 +29,10 @@ class Picture:
 
 
 def start_display(width=1024, height=768):
-    """A screen on a display number that nobody uses; end it with stop_display."""
+    """A screen on a display number that nobody uses; end it with stop_display. Without -noreset it would start anew whenever
+    a game ends, and the next one may come in between."""
     reader, writer = os.pipe()
-    server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp", "-noreset"],
                               pass_fds=[writer], stderr=subprocess.DEVNULL)
     os.close(writer)
     with os.fdopen(reader) as pipe:

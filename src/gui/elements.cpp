@@ -12,7 +12,6 @@
 #include "gui/mode.h"
 #include "gui/screens.h"
 
-constexpr int ClickSound = 3;
 constexpr float ClickGain = 0.9f;
 constexpr int FullTable = GuiElementRows - 1;           // what the count can say
 constexpr int OwnIndex = -1, LeaveGame = -2;            // meanings of arg
@@ -80,7 +79,7 @@ int HandleClick() {
     if (!element.hovered) continue;
     const GuiCallback callback = element.callback;
     const i32 arg = element.arg;
-    PlaySlotAt(ClickSound, 1.0f, ClickGain);
+    PlaySlotAt(SlotSwitch, 1.0f, ClickGain);
     if (callback != nullptr) callback(arg == OwnIndex ? i : arg);
     else if (arg == LeaveGame) return -1;
     else ScreenClick(i);

@@ -34,7 +34,7 @@ Samples PlaceSoft() {
 // Plastic: a hollow tock in the middle of the range.
 Samples PlaceMedium() {
   Samples sound = Silence(0.4f);
-  Mix(&sound, Thump(0.12f, 210, 135), 0, 0.5f);
+  Mix(&sound, Thump(0.12f, 210, 135), 0, 0.3f);
   Strike(&sound, 0.001f, {{318, 0.22f, 1}, {547, 0.16f, 0.62f}, {874, 0.11f, 0.4f}, {1312, 0.06f, 0.2f}}, 0.6f);
   Mix(&sound, Puff(0.05f, 1700, 0.8f, 0.001f, 21), 0, 0.7f);
   Strike(&sound, 0.062f, {{402, 0.12f, 1}, {691, 0.08f, 0.5f}}, 0.16f);
@@ -46,7 +46,7 @@ Samples PlaceMedium() {
 // Stone, ceramic and crystal: a bright, dry clack, and grit.
 Samples PlaceHard() {
   Samples sound = Silence(0.4f);
-  Mix(&sound, Thump(0.09f, 260, 170), 0, 0.4f);
+  Mix(&sound, Thump(0.09f, 260, 170), 0, 0.24f);
   Strike(&sound, 0.0005f, {{1460, 0.09f, 1}, {2287, 0.07f, 0.75f}, {3190, 0.055f, 0.6f}, {4715, 0.04f, 0.4f}, {6380, 0.03f, 0.2f}}, 0.5f);
   Mix(&sound, Puff(0.035f, 3800, 0.7f, 0.0006f, 31), 0, 1.0f);
   Strike(&sound, 0.043f, {{1712, 0.06f, 1}, {2604, 0.05f, 0.6f}}, 0.14f);
