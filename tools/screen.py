@@ -48,8 +48,16 @@ def stop_display(display):
 
 
 def take_picture(display):
-    out = subprocess.run(["import", "-window", "root", "-depth", "8", "ppm:-"], env=display.environment(), check=True,
-                         capture_output=True).stdout
+    # import can wait for ever for a window that closes just then.
+    for patience in (20, 20, 60):
+        try:
+            out = subprocess.run(["import", "-window", "root", "-depth", "8", "ppm:-"], env=display.environment(), check=True,
+                                 capture_output=True, timeout=patience).stdout
+            break
+        except subprocess.TimeoutExpired:
+            continue
+    else:
+        raise RuntimeError("no picture of the display could be taken")
     head = re.match(rb"P6\s+(\d+)\s+(\d+)\s+255\s", out)
     return Picture(int(head[1]), int(head[2]), out[head.end():])
 

@@ -147,7 +147,8 @@ class Menus(unittest.TestCase):
         player.click(APPLY)
         self.assertGreater(screen.changed(there, player.game.picture()), 5000, "Apply did not")
         player.key("Escape")
-        player.click(QUIT)
+        player.point(QUIT)
+        player.game.click()
         self.assertEqual(player.game.finish(), 0)
 
     def test_a_block_of_the_chosen_component_and_material_is_placed(self):
