@@ -102,16 +102,36 @@ bool BeginFolder(FolderReplacement *r, const char *path) {
 
 static bool Rename(const std::string &from, const std::string &to) { return rename(from.c_str(), to.c_str()) == 0; }
 
-// The new folder gets the name; the old one, if there is one, is left under a hidden name.
-static bool TakePlace(const FolderReplacement &r) {
-  if (!IsThere(r.path)) return Rename(r.fresh, r.path);
-  if (renameat2(AT_FDCWD, r.fresh.c_str(), AT_FDCWD, r.path.c_str(), RENAME_EXCHANGE) == 0) return true;
-  const std::string old = HiddenBeside(r.path, ".old");
-  RemoveAll(old);
+static bool Exchange(const std::string &a, const std::string &b) {
+  return renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+}
+
+// The same in two steps, for a disk that can't exchange names.
+static bool ExchangeInSteps(const FolderReplacement &r, const std::string &old) {
   if (!Rename(r.path, old)) return false;
   if (Rename(r.fresh, r.path)) return true;
   Rename(old, r.path);
   return false;
+}
+
+// The new folder has the old one's later name before the exchange, so that there is no moment in which a kill makes the old
+// one look like what a killed game left.
+static bool TakePlaceAndKeep(const FolderReplacement &r) {
+  if (!Rename(r.fresh, r.kept)) return false;
+  if (Exchange(r.kept, r.path)) return true;
+  return Rename(r.kept, r.fresh) && ExchangeInSteps(r, r.kept);
+}
+
+// The new folder gets the name; the old one, if there is one, is left under a hidden name, or the one to keep it under.
+static bool TakePlace(FolderReplacement *r) {
+  if (!IsThere(r->path)) return Rename(r->fresh, r->path);
+  if (!r->kept.empty()) return TakePlaceAndKeep(*r);
+  if (Exchange(r->fresh, r->path)) return true;
+  const std::string old = HiddenBeside(r->path, ".old");
+  RemoveAll(old);
+  if (!ExchangeInSteps(*r, old)) return false;
+  r->fresh = old;
+  return true;
 }
 
 static void SyncFolderAbove(const std::string &path) {
@@ -123,7 +143,7 @@ static void SyncFolderAbove(const std::string &path) {
 }
 
 bool CommitFolder(FolderReplacement *r) {
-  if (fsync(r->descriptor) != 0 || !TakePlace(*r)) {
+  if (fsync(r->descriptor) != 0 || !TakePlace(r)) {
     AbandonFolder(r);
     return false;
   }
@@ -131,7 +151,6 @@ bool CommitFolder(FolderReplacement *r) {
   r->descriptor = -1;
   SyncFolderAbove(r->path);
   RemoveAll(r->fresh);
-  RemoveAll(HiddenBeside(r->path, ".old"));
   return true;
 }
 
@@ -141,16 +160,18 @@ void AbandonFolder(FolderReplacement *r) {
   RemoveAll(r->fresh);
 }
 
-void SettleFolder(const char *path) {
+void SettleFolder(const char *path, const char *mark) {
   const std::string old = HiddenBeside(path, ".old");
-  if (!IsThere(path) && IsThere(old)) Rename(old, path);
+  if (!IsThere(old + "/" + mark)) return;
+  if (IsThere(path)) RemoveAll(old);
+  else Rename(old, path);
 }
 
-void SettleFoldersIn(const char *path) {
+void SettleFoldersIn(const char *path, const char *mark) {
   const int folder = OpenFolderHere(path);
   if (folder < 0) return;
   for (const std::string &name : Entries(folder, true))
     if (name.size() > 5 && name.ends_with(".old"))
-      SettleFolder((std::string(path) + "/" + name.substr(1, name.size() - 5)).c_str());
+      SettleFolder((std::string(path) + "/" + name.substr(1, name.size() - 5)).c_str(), mark);
   close(folder);
 }
