@@ -4,6 +4,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +12,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+
+constexpr int LockTries = 50;
+constexpr useconds_t LockPause = 20000;  // microseconds between two of them
 
 int OpenFolderHere(const char *path) { return open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC); }
 
@@ -91,12 +95,35 @@ static bool IsThere(const std::string &path) {
   return lstat(path.c_str(), &info) == 0;
 }
 
+// A folder held open against other programs; -1 when it isn't there or one of them has it. A disk without locks counts as
+// free.
+static int OpenLocked(const std::string &path) {
+  const int folder = OpenFolder(AT_FDCWD, path.c_str());
+  if (folder < 0) return -1;
+  struct stat opened, named;
+  const bool busy = flock(folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  if (!busy && fstat(folder, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_ino == named.st_ino) return folder;
+  close(folder);
+  return -1;
+}
+
+static void RemoveContent(const std::string &path) {
+  std::error_code ignored;
+  for (std::filesystem::directory_iterator entry(path, ignored), end; !ignored && entry != end; entry.increment(ignored))
+    RemoveAll(entry->path());
+}
+
 bool BeginFolder(FolderReplacement *r, const char *path) {
   *r = {};
   r->path = path;
   r->fresh = HiddenBeside(r->path, ".new");
-  RemoveAll(r->fresh);
-  if (mkdir(r->fresh.c_str(), 0777) == 0) r->descriptor = OpenFolder(AT_FDCWD, r->fresh.c_str());
+  unlink(r->fresh.c_str());  // a file or a link can't become it; of a folder this does nothing
+  for (int i = 0; i < LockTries && r->descriptor < 0; ++i) {
+    if (i > 0) usleep(LockPause);
+    mkdir(r->fresh.c_str(), 0777);
+    r->descriptor = OpenLocked(r->fresh);
+  }
+  if (r->descriptor >= 0) RemoveContent(r->fresh);
   return r->descriptor >= 0;
 }
 
@@ -143,21 +170,26 @@ static void SyncFolderAbove(const std::string &path) {
 }
 
 bool CommitFolder(FolderReplacement *r) {
-  if (fsync(r->descriptor) != 0 || !TakePlace(r)) {
+  // Locked, the old folder isn't taken for a left one that may be written anew while it is being removed.
+  const int old = OpenLocked(r->path);
+  const bool good = fsync(r->descriptor) == 0 && TakePlace(r);
+  if (good) {
+    SyncFolderAbove(r->path);
+    if (old >= 0) RemoveAll(r->fresh);
+    close(r->descriptor);
+    r->descriptor = -1;
+  } else {
     AbandonFolder(r);
-    return false;
   }
-  close(r->descriptor);
-  r->descriptor = -1;
-  SyncFolderAbove(r->path);
-  RemoveAll(r->fresh);
-  return true;
+  if (old >= 0) close(old);
+  return good;
 }
 
 void AbandonFolder(FolderReplacement *r) {
-  if (r->descriptor >= 0) close(r->descriptor);
-  r->descriptor = -1;
+  if (r->descriptor < 0) return;
   RemoveAll(r->fresh);
+  close(r->descriptor);
+  r->descriptor = -1;
 }
 
 void SettleFolder(const char *path, const char *mark) {

@@ -16,7 +16,7 @@ i64 FileLength(int file);                                 // -1 when it can't be
 size_t ReadAt(int file, i64 offset, void *out, size_t count);  // The bytes that are there, at most count.
 bool WriteAt(int file, i64 offset, const void *bytes, size_t count);
 
-// A folder in the making, beside the one that it replaces. What is written into it has to be synced before the commit.
+// A folder in the making, beside the one that it replaces, locked against other programs. What is written into it has to be synced before the commit.
 struct FolderReplacement {
   int descriptor = -1;
   std::string path;   // the name that the folder will get
@@ -24,7 +24,8 @@ struct FolderReplacement {
   std::string kept;   // the free name that the old folder gets; empty: it is removed
 };
 
-bool BeginFolder(FolderReplacement *r, const char *path);  // Empty; what a killed game left there is gone.
+// Empty; what a killed game left there is gone. False when it can't be made, or another program has been at it for a second.
+bool BeginFolder(FolderReplacement *r, const char *path);
 // False: the old folder stays as it was. Else it has the name kept, or is gone with all that is in it.
 bool CommitFolder(FolderReplacement *r);
 void AbandonFolder(FolderReplacement *r);

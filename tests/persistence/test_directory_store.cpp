@@ -19,6 +19,7 @@
 #include "persistence/cursor.h"
 #include "persistence/ships.h"
 #include "persistence/stream.h"
+#include "platform/folders.h"
 #include "platform/threads.h"
 #include "support/installation.h"
 #include "world/access.h"
@@ -257,6 +258,11 @@ TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
   Fill(ship, cells);
   EXPECT_EQ(SaveShipDirectory(ship), 1);
   EXPECT_TRUE(Loaded("a") == cells && !fs::exists("saves/a/111") && !fs::exists("saves/.a.new"));
+  FolderReplacement others, late;
+  ASSERT_TRUE(BeginFolder(&others, "saves/a") && !BeginFolder(&late, "saves/a")) << "one program at a time";
+  AbandonFolder(&late);
+  EXPECT_TRUE(fs::exists("saves/.a.new"));
+  AbandonFolder(&others);
   const pid_t child = fork();
   if (child == 0) {  // a disk that fills up
     const rlimit limit{20000, 20000};
