@@ -41,6 +41,7 @@ static void PutSlot(Reader *r, std::vector<u8> *file) {
 }
 
 static void MakeFolder(Reader *r) {
+  fs::remove_all("saves/a.damaged");
   WriteInput("saves/a/.update", TakePart(r, 22));
   WriteInput("saves/a/info.sis", TakePart(r, InfoBytes));
   std::vector<u8> file;

@@ -26,11 +26,17 @@ static bool BeginConversion(Ship *ship) {
   return AllocShipTable(ship) || LogError("Could not allocate block") != 0;
 }
 
+// A source that was not read whole must not cost a target that may be.
+static void KeepTarget(Ship *ship) {
+  if (ship->keepAs != nullptr) ship->keepAs = ".replaced";
+}
+
 int ConvertStreamToDirectory(const char *name) {
   Ship ship;
   if (!BeginConversion(&ship)) return 0;
   int result = IsShipStem(name) ? LoadShipStream(&ship, StreamPath(name).c_str(), false) : 0;
   ship.fileStem = name;
+  KeepTarget(&ship);
   if (result != 0) result = SaveShipDirectory(&ship);
   FreeShip(&ship);
   return result;
@@ -39,13 +45,14 @@ int ConvertStreamToDirectory(const char *name) {
 int ConvertDirectoryToStream(const char *name) {
   const std::string stem = name;
   if (stem == "NULL" || !IsShipStem(stem)) return 0;
-  SettleFolder(ShipFolder(stem).c_str());
+  SettleFolder(ShipFolder(stem).c_str(), InfoName);
   if (!IsFolder(ShipFolder(stem))) return 0;
   std::printf("Convert to sts: %s \n", name);
   Ship ship;
   if (!BeginConversion(&ship)) return 0;
   int result = LoadShipDirectory(&ship, name, true, true);
   ship.fileStem = name;
+  KeepTarget(&ship);
   if (result != 0) result = SaveShipStream(&ship, StreamPath(stem).c_str());
   FreeShip(&ship);
   return result;
@@ -82,9 +89,16 @@ static void LoadRow(ShipTable *table, const char *stem, bool blocksToo) {
 
 static bool IsFileName(const std::string &name) { return name.size() >= 4 && name[name.size() - 4] == '.'; }
 
+// Whether a folder is one that a save kept, as "ship.damaged" and "ship.replaced2".
+static bool IsKept(std::string name) {
+  if (!name.empty() && name.back() >= '2' && name.back() <= '9') name.pop_back();
+  return name.ends_with(".damaged") || name.ends_with(".replaced");
+}
+
 // One entry of the folder. Of the files only streams can become folders; backups and other forms stay what they are.
 static void LoadEntry(ShipTable *table, const std::string &name) {
-  const bool file = IsFileName(name);
+  if (IsKept(name)) return;
+  const bool file = IsFileName(name) && !IsFolder(ShipFolder(name));
   const std::string stem = file ? name.substr(0, name.size() - 4) : name;
   if (file && (name != stem + ".sts" || IsFolder(ShipFolder(stem)))) return;
   std::printf("Loading Ship: %s \n", name.c_str());
@@ -94,7 +108,7 @@ static void LoadEntry(ShipTable *table, const std::string &name) {
 
 void LoadAllShips(ShipTable *table) {
   EmptyTable(table);
-  SettleFoldersIn("saves");
+  SettleFoldersIn("saves", InfoName);
   const int saves = OpenFolderHere("saves");
   if (saves < 0) {
     LogError("Could not open save dir");

@@ -14,7 +14,6 @@
 #include "persistence/stream.h"
 #include "platform/folders.h"
 
-constexpr size_t LongestMegaName = 4;
 constexpr size_t StrangeNames = 5;  // reported of one ship
 constexpr size_t SlotsAtOnce = 64;  // of one read
 
@@ -26,17 +25,6 @@ struct NumberedEntry {
 
 static void NoteStrange(SlotReader *r, const std::string &name) {
   if (r->strange.size() < StrangeNames) r->strange.push_back(name);
-}
-
-// The number at the front of a name; -1 without one, or above 999.
-static int LeadingNumber(const std::string &name) {
-  int number = -1;
-  for (const char c : name) {
-    if (c < '0' || c > '9') break;
-    number = std::max(number, 0) * 10 + (c - '0');
-    if (number > 999) return -1;
-  }
-  return number;
 }
 
 // The entries that stand for indices, each index once: of several names with one number the plain one counts.
@@ -96,7 +84,8 @@ static void ReadMega(SlotReader *r, const NumberedEntry &entry, int ship, std::v
     NoteStrange(r, entry.name);
     return;
   }
-  if (EnsureSupers(entry.index, r->ship) != nullptr)
+  if (EnsureSupers(entry.index, r->ship) == nullptr) r->tooLarge = true;
+  else
     for (const NumberedEntry &super : NumberedEntries(r, folder, ".sss", std::string::npos))
       if (!r->tooLarge) ReadSuper(r, entry.index, super, folder, buffer);
   close(folder);
@@ -105,7 +94,7 @@ static void ReadMega(SlotReader *r, const NumberedEntry &entry, int ship, std::v
 static void ReadMegas(SlotReader *r, int ship) {
   std::vector<u8> buffer;
   if (!TryReserve(&buffer, SlotsAtOnce * SlotBytes)) {
-    LogError("Not enough memory to load the ship");
+    r->tooLarge = true;
     return;
   }
   buffer.resize(SlotsAtOnce * SlotBytes);
@@ -128,10 +117,17 @@ static void ReadInfo(Ship *ship, int folder) {
   for (auto &axis : ship->velocity) axis = static_cast<i32>(TakeU32(&reader));
 }
 
+void LoadShipPlace(Ship *ship, const char *name) {
+  const int folder = OpenFolder(AT_FDCWD, ShipFolder(name).c_str());
+  if (folder < 0) return;
+  ReadInfo(ship, folder);
+  close(folder);
+}
+
 int LoadShipDirectory(Ship *ship, const char *name, bool blocksToo, bool leaveUnfinished) {
   if (!IsShipStem(name)) return LogError((std::string(name) + " can't be a ship directory").c_str());
   const std::string path = ShipFolder(name);
-  SettleFolder(path.c_str());
+  SettleFolder(path.c_str(), InfoName);
   struct stat info;
   if (lstat(path.c_str(), &info) != 0) return LogError("Missing ship directory!");
   const int folder = OpenFolder(AT_FDCWD, path.c_str());
@@ -147,6 +143,8 @@ int LoadShipDirectory(Ship *ship, const char *name, bool blocksToo, bool leaveUn
   ReadMegas(&r, folder);
   close(folder);
   ReportSlots(r);
+  ship->slotsOnly = !blocksToo;
+  if (!AllWasRead(r)) ship->keepAs = ".damaged";
   if (blocksToo && !leaveUnfinished) FinishShip(ship);
   return 1;
 }

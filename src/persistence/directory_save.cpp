@@ -27,6 +27,8 @@ struct ChunkCopy {
 
 struct ShipCopy {
   std::string stem;
+  const char *keepAs = nullptr;          // as in the ship
+  bool slotsOnly = false;
   std::vector<u8> info;                  // the bytes of the info file
   std::vector<u16> megas;                // those with a folder
   std::vector<std::pair<u16, u16>> supers;  // mega and super of those with a file
@@ -114,6 +116,8 @@ static void PackInfo(const Ship &ship, std::vector<u8> *out) {
 static bool CopyShip(const Ship &ship, ShipCopy *copy) {
   ScopedLock world(&WorldMutex);
   copy->stem = ship.fileStem;
+  copy->keepAs = ship.keepAs;
+  copy->slotsOnly = ship.slotsOnly;
   if (copy->stem == "NULL") return false;
   if (!IsShipStem(copy->stem)) return LogError(("A ship can't be saved under the name " + copy->stem).c_str()) != 0;
   if (!ReserveCopy(ship, copy)) return LogError("Not enough memory to save the ship") != 0;
@@ -144,8 +148,9 @@ static bool ReadOldSlot(const SlotWriter &w, const ChunkCopy &c, u8 *at) {
 }
 
 static bool PutSlot(SlotWriter *w, const ChunkCopy &c, u8 *at) {
-  if (!c.inMemory) return ReadOldSlot(*w, c, at);
-  PackSlot(nullptr, c.chunk, at);
+  const bool carried = !c.inMemory || (w->ship->slotsOnly && c.oldSlot >= 0);
+  if (!carried) PackSlot(nullptr, c.chunk, at);
+  else if (!ReadOldSlot(*w, c, at)) return false;
   ForEachBit(c.occupied, [&](u16 i) {
     PackRecord(w->ship->heads[w->head++], c.hasTails ? &w->ship->tails[w->tail] : nullptr, at + 2 + i * RecordBytes);
     if (c.hasTails) w->tail += 6;
@@ -210,10 +215,33 @@ static bool WriteShip(const ShipCopy &copy, int ship, int oldShip) {
   return good;
 }
 
+// A free name for a folder that is to outlive its replacement, or empty.
+static std::string NameToKeep(const std::string &path, const char *ending) {
+  struct stat info;
+  for (int copy = 1; copy <= 9; ++copy) {
+    const std::string name = path + ending + (copy == 1 ? "" : std::to_string(copy));
+    if (lstat(name.c_str(), &info) != 0) return name;
+  }
+  return {};
+}
+
+static bool CommitShip(const ShipCopy &copy, FolderReplacement *r) {
+  struct stat info;
+  const bool keep = copy.keepAs != nullptr && lstat(r->path.c_str(), &info) == 0;
+  if (keep) r->kept = NameToKeep(r->path, copy.keepAs);
+  if (keep && r->kept.empty()) {
+    AbandonFolder(r);
+    return LogError((r->path + " can't be kept beside the new one: too many are. Move them away and save again.").c_str()) != 0;
+  }
+  if (!CommitFolder(r)) return false;
+  if (keep) LogWarn(("The folder as it was is kept as " + r->kept).c_str());
+  return true;
+}
+
 // Writes the new folder and puts it in the old one's place.
 static bool ReplaceShip(const ShipCopy &copy) {
   const std::string path = ShipFolder(copy.stem);
-  SettleFolder(path.c_str());
+  SettleFolder(path.c_str(), InfoName);
   struct stat info;
   if (lstat(path.c_str(), &info) == 0 && !S_ISDIR(info.st_mode))
     return LogError((path + " is there already, and no folder").c_str()) != 0;
@@ -225,7 +253,7 @@ static bool ReplaceShip(const ShipCopy &copy) {
     good = WriteShip(copy, r.descriptor, oldShip);
     Close(&oldShip);
   }
-  if (good) good = CommitFolder(&r);
+  if (good) good = CommitShip(copy, &r);
   else AbandonFolder(&r);
   if (!good) LogError("Couldn't save SuperChunk - Maybe we're out of disk space?");
   return good;
@@ -234,6 +262,7 @@ static bool ReplaceShip(const ShipCopy &copy) {
 // The chunks' places in the new files, in the order in which those were written.
 static void RecordSlots(const ShipCopy &copy, Ship *ship) {
   ScopedLock world(&WorldMutex);
+  ship->keepAs = nullptr;
   i16 slot = 0;
   for (size_t i = 0; i < copy.chunks.size(); ++i) {
     const ChunkCopy &c = copy.chunks[i];

@@ -1,6 +1,7 @@
 // Packing and unpacking of slots.
 #include "persistence/directory_slots.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "content/components.h"
@@ -49,6 +50,7 @@ static bool Pay(SlotReader *r, u64 cost) {
 Chunk *MakeSuper(SlotReader *r, u16 mega, u16 super) {
   if (!Pay(r, 1000 * sizeof(Chunk))) return nullptr;
   Chunk *chunks = EnsureChunks(mega, super, r->ship);
+  r->tooLarge = chunks == nullptr;
   for (int c = 0; chunks != nullptr && c < 1000; ++c) chunks[c].slot = -1;
   return chunks;
 }
@@ -113,11 +115,16 @@ void ReadSlot(SlotReader *r, u16 mega, u16 super, int slot, const u8 *bytes) {
   }
   if (r->blocksToo) {
     ChunkCells *cells = CellsOfSlot(r, a);
+    r->tooLarge = r->tooLarge || cells == nullptr;
     if (cells == nullptr) return;
     for (const u8 *at = bytes + 2; a.block < CellsPerChunk; ++a.block, at += RecordBytes)
       if ((at[0] & 3) != StateEmpty) PlaceRecord(r, a, cells, at);
   }
   FindChunk(a, *r->ship)->slot = static_cast<i16>(slot);
+}
+
+bool AllWasRead(const SlotReader &r) {
+  return r.strange.empty() && !r.badIndex && !r.unknownRow && !r.cut && !r.tooLarge;
 }
 
 static void WarnIf(bool fault, const SlotReader &r, const char *text) {
@@ -130,4 +137,14 @@ void ReportSlots(const SlotReader &r) {
   WarnIf(r.unknownRow, r, " has blocks that the tables don't know. Placeholders were put in their places.");
   WarnIf(r.cut, r, " has a file that ends within a chunk. All that is whole was loaded.");
   WarnIf(r.tooLarge, r, " is too large. The rest of it was left out.");
+}
+
+int LeadingNumber(const std::string &name) {
+  int number = -1;
+  for (const char c : name) {
+    if (c < '0' || c > '9') break;
+    number = std::max(number, 0) * 10 + (c - '0');
+    if (number > 999) return -1;
+  }
+  return number;
 }

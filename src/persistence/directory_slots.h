@@ -39,4 +39,7 @@ struct SlotReader {
 SlotReader BeginSlots(Ship *ship, const std::string &folder, bool blocksToo);
 Chunk *MakeSuper(SlotReader *r, u16 mega, u16 super);  // The chunk table with no slots, or null over the budget.
 void ReadSlot(SlotReader *r, u16 mega, u16 super, int slot, const u8 *bytes);  // 2 bytes, or SlotBytes with blocksToo.
+bool AllWasRead(const SlotReader &r);
 void ReportSlots(const SlotReader &r);
+constexpr size_t LongestMegaName = 4;
+int LeadingNumber(const std::string &name);  // The number at the front of a name; -1 without one, or above 999.

@@ -20,7 +20,9 @@ bool IsShipStem(const std::string &name);
 // caller must not hold it.
 //
 // The whole ship. Gives every chunk with blocks in memory its slot; one that has only a slot is carried over from the old
-// folder. 1, or 0 and the old folder as it was: for the fileStem "NULL" nothing is done, all else is logged.
+// folder. In a ship that is known by its slots, blocks in memory replace those of their cells only. An old folder that was
+// not read whole stays as <fileStem>.damaged. 1, or 0 and the old folder as it was: for the fileStem "NULL" nothing is done,
+// all else is logged.
 int SaveShipDirectory(Ship *ship);
 // Stores one block, state 0 for a removed one, in the ship's files and not in memory. 1, or 0 (logged), and then the block
 // in the files is the old one.
@@ -32,9 +34,13 @@ int SaveBlockUpdate(const Block &b, u16 x, u16 y, u16 z, Ship *ship);
 int LoadShipDirectory(Ship *ship, const char *name, bool blocksToo, bool leaveUnfinished);
 int AddShipFromDirectory(ShipTable *table, const char *name, i64 x, i64 y, i64 z);  // World mutex held. 1 or 0.
 
-// Between saves/<name>.sts and saves/<name>/, whichever is there. The source stays. 1, or 0 and the target as it was.
+// Place and speed of the ship as saves/<name>/ has them, when it is there.
+void LoadShipPlace(Ship *ship, const char *name);
+
+// Between saves/<name>.sts and saves/<name>/, whichever is there. The source stays; so does a target, as <target>.replaced,
+// when the source could not be read whole. 1, or 0 and the target as it was.
 int ConvertStreamToDirectory(const char *name);
 int ConvertDirectoryToStream(const char *name);
 // Fills an emptied table with all ships of saves/: folders with their slots only, stream files converted to folders first
-// and with their blocks. Before other threads look at the table; the world mutex must not be held.
+// and with their blocks. Folders that a save kept are passed over. Before other threads look at the table; the world mutex must not be held.
 void LoadAllShips(ShipTable *table);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "core/log.h"
 #include "persistence/cursor.h"
@@ -33,25 +34,32 @@ struct BlockUpdate {
 
 static i64 RecordOffset(int slot, unsigned block) { return SlotOffset(slot) + 2 + static_cast<i64>(block * RecordBytes); }
 
-// Carries out a note, unless it names a record that isn't there.
-static void CarryOut(int shipFolder, const u8 *note) {
+// Behind an opening that failed: whether that is for good, because there is no such file. 0 stands for one of a wrong kind.
+static bool IsMissing() { return errno == 0 || errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == EISDIR; }
+
+// Carries out a note. False when that could not be done for now; one that names a record that isn't there is done.
+static bool CarryOut(int shipFolder, const u8 *note) {
   Reader r{note, NoteBytes};
   const unsigned mega = TakeU16(&r), super = TakeU16(&r), slot = TakeU16(&r), block = TakeU16(&r);
+  errno = 0;
   const int folder = OpenFolder(shipFolder, std::to_string(mega).c_str());
   const int file = folder < 0 ? -1 : OpenFile(folder, SuperName(super).c_str(), FileUse::Change);
+  bool done = file >= 0 || IsMissing();
   if (file >= 0 && block < CellsPerChunk && FileLength(file) >= SlotOffset(static_cast<int>(slot) + 1))
-    WriteAt(file, RecordOffset(static_cast<int>(slot), block), r.bytes, RecordBytes);
+    done = WriteAt(file, RecordOffset(static_cast<int>(slot), block), r.bytes, RecordBytes);
   if (file >= 0) close(file);
   if (folder >= 0) close(folder);
+  return done;
 }
 
 void SettleUpdate(int shipFolder) {
   const int file = OpenFile(shipFolder, NoteName, FileUse::Read);
   if (file < 0) return;
   u8 note[NoteBytes];
-  if (ReadAt(file, 0, note, NoteBytes) == NoteBytes) CarryOut(shipFolder, note);
+  const bool done = ReadAt(file, 0, note, NoteBytes) == NoteBytes ? CarryOut(shipFolder, note) : FileLength(file) < i64{NoteBytes};
   close(file);
-  unlinkat(shipFolder, NoteName, 0);
+  if (done) unlinkat(shipFolder, NoteName, 0);
+  else LogWarn("A block that was stored halfway can't be written yet. It stays noted.");
 }
 
 // Finds the chunk's entry, with the levels above it, and where the ship's files are.
@@ -64,23 +72,34 @@ static bool FindEntry(BlockUpdate *u) {
   u->inMemory = chunks[u->at.chunk].cells.load() != nullptr;
   u->path = ShipFolder(u->ship->fileStem);
   u->name = SuperName(u->at.super);
-  return IsShipStem(u->ship->fileStem) && u->ship->fileStem != "NULL";
+  if (IsShipStem(u->ship->fileStem) && u->ship->fileStem != "NULL") return true;
+  return LogError("Can't find ship directory to save block update to") != 0;
+}
+
+// Whether an entry stands for a number under another name than the plain one, which would hide it.
+static bool IsTaken(int folder, int number, size_t longest) {
+  const std::vector<std::string> names = FolderEntries(folder);
+  return std::any_of(names.begin(), names.end(),
+                     [=](const std::string &name) { return name.size() <= longest && LeadingNumber(name) == number; });
 }
 
 static bool OpenMegaFolder(BlockUpdate *u) {
-  SettleFolder(u->path.c_str());
+  SettleFolder(u->path.c_str(), InfoName);
   u->shipFolder = OpenFolder(AT_FDCWD, u->path.c_str());
   if (u->shipFolder < 0) return LogError("Can't find ship directory to save block update to") != 0;
   SettleUpdate(u->shipFolder);
   const std::string mega = std::to_string(u->at.mega);
-  const bool made = mkdirat(u->shipFolder, mega.c_str(), 0777) == 0;
   u->megaFolder = OpenFolder(u->shipFolder, mega.c_str());
-  if (made) fsync(u->shipFolder);
+  if (u->megaFolder >= 0 || IsTaken(u->shipFolder, u->at.mega, LongestMegaName)) return true;
+  if (mkdirat(u->shipFolder, mega.c_str(), 0777) == 0) fsync(u->shipFolder);
+  u->megaFolder = OpenFolder(u->shipFolder, mega.c_str());
   return true;
 }
 
-static bool OpenSuper(BlockUpdate *u, FileUse use) {
-  u->file = u->megaFolder < 0 ? -1 : OpenFile(u->megaFolder, u->name.c_str(), use);
+static bool OpenSuper(BlockUpdate *u) {
+  u->file = u->megaFolder < 0 ? -1 : OpenFile(u->megaFolder, u->name.c_str(), FileUse::Change);
+  if (u->file < 0 && u->megaFolder >= 0 && u->slot < 0 && !IsTaken(u->megaFolder, u->at.super, std::string::npos))
+    u->file = OpenFile(u->megaFolder, u->name.c_str(), FileUse::ChangeOrMake);
   return u->file >= 0 || LogError("Coult not open superchunk file to save block update") != 0;
 }
 
@@ -156,7 +175,7 @@ static void CheckSlot(BlockUpdate *u) {
 }
 
 static bool StoreRecord(BlockUpdate *u) {
-  if (!OpenSuper(u, u->slot < 0 ? FileUse::ChangeOrMake : FileUse::Change)) return false;
+  if (!OpenSuper(u)) return false;
   CheckSlot(u);
   const bool stored = u->slot >= 0 ? WriteRecord(*u) : AppendSlot(u);
   if (!stored) LogError(("Could not write " + u->path + "/" + std::to_string(u->at.mega) + "/" + u->name + ". The old block stays.").c_str());
@@ -171,8 +190,7 @@ int SaveBlockUpdate(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
   u.at = AddressOf(x, y, z);
   u.ship = ship;
   PackRecord(HeadOf(b), b.tail, u.record);
-  if (!FindEntry(&u)) return LogError("Can't find ship directory to save block update to");
-  const bool stored = OpenMegaFolder(&u) && StoreRecord(&u);
+  const bool stored = FindEntry(&u) && OpenMegaFolder(&u) && StoreRecord(&u);
   if (u.file >= 0) close(u.file);
   if (u.megaFolder >= 0) close(u.megaFolder);
   if (u.shipFolder >= 0) close(u.shipFolder);

@@ -1,6 +1,10 @@
 // Gzip streams on zlib's own calls: its file functions hide what was decoded just before a fault.
 #include "persistence/gzip_file.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -29,23 +33,30 @@ static void BeginNextMember(GzipReader *g) {
   g->damaged = g->z.avail_in > 0;
 }
 
-static bool OpenInput(GzipReader *g, const char *path) {
-  g->file = std::fopen(path, "rb");
-  if (g->file == nullptr) return false;
+// Plain files only: the opening of a pipe would wait for one who writes into it.
+static bool OpenInput(GzipReader *g, const char *path, bool *opened) {
+  const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  *opened = descriptor >= 0;
+  struct stat info;
+  if (*opened && fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode)) g->file = fdopen(descriptor, "rb");
+  if (g->file == nullptr) {
+    if (*opened) close(descriptor);
+    return false;
+  }
   g->input = std::make_unique_for_overwrite<u8[]>(GzipBufferBytes);  // a small file touches little of it
   return true;
 }
 
 bool OpenGzip(GzipReader *g, const char *path, bool *opened) {
-  *opened = OpenInput(g, path);
-  if (!*opened) return false;
+  if (!OpenInput(g, path, opened)) return false;
   if (AtMagic(g) && inflateInit2(&g->z, GzipWindow) == Z_OK) return true;
   std::fclose(g->file);
   return false;
 }
 
 bool OpenGzipOrPlain(GzipReader *g, const char *path) {
-  if (!OpenInput(g, path)) return false;
+  bool opened;
+  if (!OpenInput(g, path, &opened)) return false;
   g->plain = !AtMagic(g);
   if (g->plain || inflateInit2(&g->z, GzipWindow) == Z_OK) return true;
   std::fclose(g->file);

@@ -1,4 +1,6 @@
 // Ships by file name: saving and loading the stream form, and ships that join the table.
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -17,45 +19,65 @@ static Mutex SaveMutex{MutexRank::Save, "save", {}};
 
 constexpr i64 PlacingDistance = 50030000;  // the middle cell's distance from a ship's corner, and three blocks
 
+// What a save needs of a ship.
+struct ShipCopy {
+  std::vector<u8> bytes;
+  std::string stem;
+  const char *keepAs = nullptr;  // as in the ship
+};
+
 // The only step of a save for which the world stands still.
-static bool CopyShip(Ship *ship, std::vector<u8> *bytes, std::string *stem) {
+static bool CopyShip(const Ship &ship, ShipCopy *copy) {
   ScopedLock world(&WorldMutex);
-  *stem = ship->fileStem;
-  return PackShip(*ship, bytes);
+  copy->stem = ship.fileStem;
+  copy->keepAs = ship.keepAs;
+  return PackShip(ship, &copy->bytes);
 }
 
-static GzipWritten WriteShip(const char *path, const std::vector<u8> &bytes) {
+static bool IsThere(const std::string &path) { return access(path.c_str(), F_OK) == 0; }
+
+// What could not be read of a file, or another ship of the same name, would be lost with the save, were it not for this.
+static bool KeepOldFile(const char *path, const char *ending) {
+  if (ending == nullptr || !IsThere(path)) return true;
+  const std::string name = KeepBeside(path, ending);
+  if (name.empty()) return LogError((std::string(path) + " can't be kept beside the new one. The ship was not saved.").c_str()) != 0;
+  LogWarn(("The file as it was is kept as " + name).c_str());
+  return true;
+}
+
+static GzipWritten WriteShip(Ship *ship, const char *path, const ShipCopy &copy) {
+  if (!KeepOldFile(path, copy.keepAs)) return GzipWritten::Failed;
   KeepBackup(path, LocalDate());
-  const GzipWritten result = ReplaceGzip(path, bytes);
+  const GzipWritten result = ReplaceGzip(path, copy.bytes);
   if (result == GzipWritten::Failed)
     LogError((std::string("Could not write ") + path + ". The old file stays.").c_str());
+  if (result != GzipWritten::Whole || copy.keepAs == nullptr) return result;
+  ScopedLock world(&WorldMutex);
+  ship->keepAs = nullptr;
   return result;
 }
 
 int SaveShipStream(Ship *ship, const char *path) {
   ScopedLock save(&SaveMutex);
-  std::vector<u8> bytes;
-  std::string stem;
-  return CopyShip(ship, &bytes, &stem) && WriteShip(path, bytes) == GzipWritten::Whole;
+  ShipCopy copy;
+  return CopyShip(*ship, &copy) && WriteShip(ship, path, copy) == GzipWritten::Whole;
 }
 
 int SaveShipByName(Ship *ship) {
   ScopedLock save(&SaveMutex);
-  std::vector<u8> bytes;
-  std::string stem;
-  if (!CopyShip(ship, &bytes, &stem)) return 0;
-  const std::string path = "saves/" + stem + ".sts";
-  const GzipWritten result = WriteShip(path.c_str(), bytes);
+  ShipCopy copy;
+  if (!CopyShip(*ship, &copy)) return 0;
+  const std::string path = "saves/" + copy.stem + ".sts";
+  const GzipWritten result = WriteShip(ship, path.c_str(), copy);
   if (result == GzipWritten::NotOpened) LogError(("Could not create " + path).c_str());
   return result == GzipWritten::Whole;
 }
 
 int SaveShipRawStream(Ship *ship, const char *name) {
   ScopedLock save(&SaveMutex);
-  std::vector<u8> bytes;
-  std::string stem;
-  if (!CopyShip(ship, &bytes, &stem)) return 0;
-  return ReplaceFile((std::string("saves/") + name + ".sls").c_str(), bytes.data(), bytes.size());
+  ShipCopy copy;
+  if (!CopyShip(*ship, &copy)) return 0;
+  return ReplaceFile((std::string("saves/") + name + ".sls").c_str(), copy.bytes.data(), copy.bytes.size());
 }
 
 // "saves/stem.sts" and "cache/stem.sss" alike: what stands between the first six and the last four letters.
@@ -63,10 +85,25 @@ static std::string StemOf(const std::string &path) {
   return path.size() < 10 ? std::string() : path.substr(6, path.size() - 10);
 }
 
-// What could not be read of a file would be lost with the next save, were it not for this.
-static void KeepDamagedFile(const char *path) {
+// The next free name for a ship whose own is taken.
+static std::string FreeStem(const std::string &stem) {
+  for (int copy = 2;; ++copy) {
+    const std::string name = stem + " " + std::to_string(copy);
+    if (!IsThere("saves/" + name + ".sts")) return name;
+  }
+}
+
+// The file as it was gets a second name at once. Where that can't be done, the ship gets one, so that both stay.
+static void KeepDamagedFile(const char *path, Ship *ship) {
+  ship->keepAs = ".damaged";
+  if (!IsThere(path)) return;
   const std::string name = KeepBeside(path, ".damaged");
-  if (!name.empty()) LogWarn(("The file as it was is kept as " + name).c_str());
+  if (!name.empty()) {
+    LogWarn(("The file as it was is kept as " + name).c_str());
+  } else if (ship->fileStem == StemOf(path)) {
+    ship->fileStem = FreeStem(ship->fileStem);
+    LogError((std::string(path) + " can't be kept beside a new one. The ship will be saved as " + ship->fileStem).c_str());
+  }
 }
 
 // Decompresses into a buffer that always has room for the longest piece and unpacks what is whole in it. Whether that was
@@ -103,7 +140,7 @@ int ReadShipStream(Ship *ship, const char *path, bool *whole) {
 int LoadShipStream(Ship *ship, const char *path, bool finish) {
   bool whole;
   const int read = ReadShipStream(ship, path, &whole);
-  if (!whole) KeepDamagedFile(path);
+  if (!whole) KeepDamagedFile(path, ship);
   if (read != 0 && finish) FinishShip(ship);
   return read;
 }

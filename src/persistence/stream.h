@@ -18,12 +18,14 @@ bool PackShip(const Ship &ship, std::vector<u8> *out);
 // that no other thread sees. Sets displayName.
 void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path);
 
-// Takes the world mutex for the copy of the blocks; compresses and writes outside it. 1, or 0 and the old file as it was.
+// Takes the world mutex for the copy of the blocks; compresses and writes outside it. 1, or 0 and the old file as it was. A
+// file that Ship::keepAs speaks of is kept beside the new one first.
 int SaveShipStream(Ship *ship, const char *path);
 int SaveShipByName(Ship *ship);                          // To saves/<fileStem>.sts.
 int SaveShipRawStream(Ship *ship, const char *name);     // The uncompressed bytes, to saves/<name>.sls.
 // path: saves/<stem>.sts or cache/<stem>.sss. 1, or 0 when the file can't be opened or is no gzip file. A file that is
-// damaged in any way is kept beside it, as <path>.damaged, before a save can replace it. finish: with origins, light,
+// damaged in any way is kept beside it, as <path>.damaged, before a save can replace it; where that can't be done the ship
+// gets another fileStem (logged). finish: with origins, light,
 // visibility and summary. World mutex, or a ship that no other thread sees.
 int LoadShipStream(Ship *ship, const char *path, bool finish);
 int ReadShipStream(Ship *ship, const char *path, bool *whole);  // The same unfinished, and nothing is kept beside the file.

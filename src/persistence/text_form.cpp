@@ -420,17 +420,11 @@ int LoadShipText(Ship *ship, const char *name, i64 x, i64 y, i64 z) {
   return EndText(&t, end, {x, y, z});
 }
 
-// From now on the ship is saved as a stream file. One that has the name already may be a ship of its own.
-static void KeepNamesake(const std::string &stem) {
-  const std::string kept = KeepBeside(("saves/" + stem + ".sts").c_str(), ".replaced");
-  if (!kept.empty()) LogWarn(("There is a newer form of this ship. It is kept as " + kept).c_str());
-}
-
 int AddShipFromText(ShipTable *table, const char *name, i64 x, i64 y, i64 z) {
   Ship *ship = PrepareShip(table);
   if (ship == nullptr) return 0;
   const int loaded = LoadShipText(ship, name, x, y, z);
-  if (loaded != 0) KeepNamesake(ship->fileStem);
+  ship->keepAs = ".replaced";  // a stream file that has the name may be a ship of its own
   if (ship->summary != nullptr) {
     const u16 size[3] = {ship->summary->sizeX, ship->summary->sizeY, ship->summary->sizeZ};
     for (int axis = 0; axis < 3; ++axis)

@@ -173,8 +173,9 @@ static bool CommitTextFiles(TextFiles *f) {
 static bool PrepareTextFiles(const Ship &ship, const std::string &path, TextFiles *f, bool light, bool cache, TextShip *content) {
   if (!BeginReplacement(&f->text, path.c_str())) return LogError(("Could not create " + path).c_str()) != 0;
   ScopedLock world(&WorldMutex);
-  f->withLight = BeginCompanion(&f->light, light, ship.fileStem, ".slf");
-  f->withCache = BeginCompanion(&f->cache, cache, ship.fileStem, ".scf");
+  const bool own = path.size() > 4 && path.substr(0, path.size() - 4) == "saves/" + ship.fileStem;  // else they are another text's
+  f->withLight = BeginCompanion(&f->light, light && own, ship.fileStem, ".slf");
+  f->withCache = BeginCompanion(&f->cache, cache && own, ship.fileStem, ".scf");
   return PackText(ship, f->withLight, f->withCache, content);
 }
 

@@ -4,6 +4,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,12 +12,38 @@
 #include <cerrno>
 #include <cstdio>
 
+constexpr int LockTries = 50;
+constexpr useconds_t LockPause = 20000;  // microseconds between two of them
+
+// Whether a name still means the open file: another program may have renamed it meanwhile.
+static bool IsNameOf(const char *name, int descriptor) {
+  struct stat named, opened;
+  return fstat(descriptor, &opened) == 0 && lstat(name, &named) == 0 && named.st_dev == opened.st_dev &&
+         named.st_ino == opened.st_ino;
+}
+
+// -1 when it can't be opened; *busy tells that another program has it. A disk without locks counts as free.
+static int OpenLocked(const char *name, bool *busy) {
+  const int descriptor = open(name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
+  if (descriptor < 0) return -1;
+  *busy = flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  if (!*busy) *busy = !IsNameOf(name, descriptor);
+  if (!*busy && ftruncate(descriptor, 0) == 0) return descriptor;
+  close(descriptor);
+  return -1;
+}
+
 bool BeginReplacement(FileReplacement *r, const char *path) {
   *r = {};
   r->path = path;
   // A fixed name: what a killed game left is overwritten by the next save instead of piling up.
   r->temporary = r->path + ".tmp";
-  r->descriptor = open(r->temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
+  for (int i = 0; i < LockTries; ++i) {
+    bool busy = false;
+    r->descriptor = OpenLocked(r->temporary.c_str(), &busy);
+    if (!busy) break;
+    usleep(LockPause);
+  }
   r->failed = r->descriptor < 0;
   return !r->failed;
 }
@@ -46,28 +73,29 @@ static void SyncFolderOf(const std::string &path) {
 }
 
 bool SettleReplacement(FileReplacement *r) {
-  const bool good = !r->failed && fsync(r->descriptor) == 0;
-  const bool closed = r->descriptor >= 0 && close(r->descriptor) == 0;
-  r->descriptor = -1;
-  if (!good || !closed) AbandonReplacement(r);
-  return good && closed;
+  r->settled = !r->failed && fsync(r->descriptor) == 0;
+  if (!r->settled) AbandonReplacement(r);
+  return r->settled;
 }
 
 bool CommitReplacement(FileReplacement *r) {
-  const bool settled = !r->failed && (r->descriptor < 0 || SettleReplacement(r));
+  const bool settled = !r->failed && (r->settled || SettleReplacement(r));
   if (!settled || rename(r->temporary.c_str(), r->path.c_str()) != 0) {
     AbandonReplacement(r);
     return false;
   }
+  close(r->descriptor);  // and with it the lock, now that the temporary is gone
+  r->descriptor = -1;
   SyncFolderOf(r->path);
   return true;
 }
 
 void AbandonReplacement(FileReplacement *r) {
-  if (r->descriptor >= 0) close(r->descriptor);
-  r->descriptor = -1;
   r->failed = true;
+  if (r->descriptor < 0) return;
   unlink(r->temporary.c_str());
+  close(r->descriptor);
+  r->descriptor = -1;
 }
 
 bool ReplaceFile(const char *path, const void *bytes, size_t count) {
@@ -114,9 +142,28 @@ bool ReadFileFront(const char *path, size_t most, std::vector<u8> *out) {
   return good;
 }
 
+static bool SameBytes(int a, int b) {
+  std::vector<u8> first(1 << 16), second(1 << 16);
+  for (off_t at = 0;;) {
+    const ssize_t got = pread(a, first.data(), first.size(), at);
+    if (got < 0 || pread(b, second.data(), second.size(), at) != got) return false;
+    if (!std::equal(first.begin(), first.begin() + got, second.begin())) return false;
+    if (got == 0) return true;
+    at += got;
+  }
+}
+
+// One file under two names, or two plain files of the same bytes, as on a disk that has no second names.
 static bool IsSameFile(const char *a, const char *b) {
   struct stat first, second;
-  return lstat(a, &first) == 0 && lstat(b, &second) == 0 && first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+  if (lstat(a, &first) != 0 || lstat(b, &second) != 0) return false;
+  if (first.st_dev == second.st_dev && first.st_ino == second.st_ino) return true;
+  if (!S_ISREG(first.st_mode) || !S_ISREG(second.st_mode) || first.st_size != second.st_size) return false;
+  const int one = open(a, O_RDONLY | O_NONBLOCK | O_CLOEXEC), other = open(b, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  const bool same = one >= 0 && other >= 0 && SameBytes(one, other);
+  if (one >= 0) close(one);
+  if (other >= 0) close(other);
+  return same;
 }
 
 static bool CopyBytes(int from, FileReplacement *to) {
@@ -145,7 +192,7 @@ SecondName GiveSecondName(const char *path, const char *name) {
     return SecondName::Made;
   }
   if (errno == EEXIST) return SecondName::Taken;
-  const bool linkless = errno == EPERM || errno == EOPNOTSUPP || errno == EMLINK;
+  const bool linkless = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK;
   return linkless && CopyFile(path, name) ? SecondName::Made : SecondName::Failed;
 }
 

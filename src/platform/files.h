@@ -6,15 +6,17 @@
 
 #include "core/types.h"
 
-// A replacement in the making: bytes go to a temporary name in the same folder.
+// A replacement in the making: bytes go to a temporary name in the same folder, which is locked against other programs.
 struct FileReplacement {
-  int descriptor = -1;
+  int descriptor = -1;    // of the temporary, until the commit; -1: there is none that is ours
   std::string path;       // the name that the file will get
   std::string temporary;  // the name that it has until then
   bool failed = false;    // a write failed; the commit will refuse
+  bool settled = false;   // the bytes are safe
 };
 
-bool BeginReplacement(FileReplacement *r, const char *path);  // False when the temporary can't be created.
+// False when the temporary can't be created, or another program has been writing it for a second.
+bool BeginReplacement(FileReplacement *r, const char *path);
 bool WriteReplacement(FileReplacement *r, const void *bytes, size_t count);
 // The first half of a commit, for files that change together: the bytes are safe, only the name is missing. False: the
 // replacement is off, and the old file stays.
@@ -29,7 +31,8 @@ bool ReadFileFront(const char *path, size_t most, std::vector<u8> *out);   // Al
 enum class SecondName { Made, Taken, Failed };
 // Gives a file a second name under which it outlives a replacement, or a copy on a disk that has no second names.
 SecondName GiveSecondName(const char *path, const char *name);
-// The same with the name path + ending, or with 2 to 9 behind that. The name, also when the file has it already; empty when that can't be done. A missing file is no fault.
+// The same with the name path + ending, or with 2 to 9 behind that. The name, also when an equal file has it already; empty
+// when that can't be done or the file is missing.
 std::string KeepBeside(const char *path, const char *ending);
 bool MakeDirectory(const char *path);  // True when the directory was made.
 bool RemoveTree(const char *path);     // Deletes a file or a folder; entries that begin with "." stay, and their folder.

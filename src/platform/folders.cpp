@@ -4,6 +4,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +12,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+
+constexpr int LockTries = 50;
+constexpr useconds_t LockPause = 20000;  // microseconds between two of them
 
 int OpenFolderHere(const char *path) { return open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC); }
 
@@ -91,27 +95,70 @@ static bool IsThere(const std::string &path) {
   return lstat(path.c_str(), &info) == 0;
 }
 
+// A folder held open against other programs; -1 when it isn't there or one of them has it. A disk without locks counts as
+// free.
+static int OpenLocked(const std::string &path) {
+  const int folder = OpenFolder(AT_FDCWD, path.c_str());
+  if (folder < 0) return -1;
+  struct stat opened, named;
+  const bool busy = flock(folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  if (!busy && fstat(folder, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_ino == named.st_ino) return folder;
+  close(folder);
+  return -1;
+}
+
+static void RemoveContent(const std::string &path) {
+  std::error_code ignored;
+  for (std::filesystem::directory_iterator entry(path, ignored), end; !ignored && entry != end; entry.increment(ignored))
+    RemoveAll(entry->path());
+}
+
 bool BeginFolder(FolderReplacement *r, const char *path) {
   *r = {};
   r->path = path;
   r->fresh = HiddenBeside(r->path, ".new");
-  RemoveAll(r->fresh);
-  if (mkdir(r->fresh.c_str(), 0777) == 0) r->descriptor = OpenFolder(AT_FDCWD, r->fresh.c_str());
+  unlink(r->fresh.c_str());  // a file or a link can't become it; of a folder this does nothing
+  for (int i = 0; i < LockTries && r->descriptor < 0; ++i) {
+    if (i > 0) usleep(LockPause);
+    mkdir(r->fresh.c_str(), 0777);
+    r->descriptor = OpenLocked(r->fresh);
+  }
+  if (r->descriptor >= 0) RemoveContent(r->fresh);
   return r->descriptor >= 0;
 }
 
 static bool Rename(const std::string &from, const std::string &to) { return rename(from.c_str(), to.c_str()) == 0; }
 
-// The new folder gets the name; the old one, if there is one, is left under a hidden name.
-static bool TakePlace(const FolderReplacement &r) {
-  if (!IsThere(r.path)) return Rename(r.fresh, r.path);
-  if (renameat2(AT_FDCWD, r.fresh.c_str(), AT_FDCWD, r.path.c_str(), RENAME_EXCHANGE) == 0) return true;
-  const std::string old = HiddenBeside(r.path, ".old");
-  RemoveAll(old);
+static bool Exchange(const std::string &a, const std::string &b) {
+  return renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+}
+
+// The same in two steps, for a disk that can't exchange names.
+static bool ExchangeInSteps(const FolderReplacement &r, const std::string &old) {
   if (!Rename(r.path, old)) return false;
   if (Rename(r.fresh, r.path)) return true;
   Rename(old, r.path);
   return false;
+}
+
+// The new folder has the old one's later name before the exchange, so that there is no moment in which a kill makes the old
+// one look like what a killed game left.
+static bool TakePlaceAndKeep(const FolderReplacement &r) {
+  if (!Rename(r.fresh, r.kept)) return false;
+  if (Exchange(r.kept, r.path)) return true;
+  return Rename(r.kept, r.fresh) && ExchangeInSteps(r, r.kept);
+}
+
+// The new folder gets the name; the old one, if there is one, is left under a hidden name, or the one to keep it under.
+static bool TakePlace(FolderReplacement *r) {
+  if (!IsThere(r->path)) return Rename(r->fresh, r->path);
+  if (!r->kept.empty()) return TakePlaceAndKeep(*r);
+  if (Exchange(r->fresh, r->path)) return true;
+  const std::string old = HiddenBeside(r->path, ".old");
+  RemoveAll(old);
+  if (!ExchangeInSteps(*r, old)) return false;
+  r->fresh = old;
+  return true;
 }
 
 static void SyncFolderAbove(const std::string &path) {
@@ -123,34 +170,40 @@ static void SyncFolderAbove(const std::string &path) {
 }
 
 bool CommitFolder(FolderReplacement *r) {
-  if (fsync(r->descriptor) != 0 || !TakePlace(*r)) {
+  // Locked, the old folder isn't taken for a left one that may be written anew while it is being removed.
+  const int old = OpenLocked(r->path);
+  const bool good = fsync(r->descriptor) == 0 && TakePlace(r);
+  if (good) {
+    SyncFolderAbove(r->path);
+    if (old >= 0) RemoveAll(r->fresh);
+    close(r->descriptor);
+    r->descriptor = -1;
+  } else {
     AbandonFolder(r);
-    return false;
   }
-  close(r->descriptor);
-  r->descriptor = -1;
-  SyncFolderAbove(r->path);
-  RemoveAll(r->fresh);
-  RemoveAll(HiddenBeside(r->path, ".old"));
-  return true;
+  if (old >= 0) close(old);
+  return good;
 }
 
 void AbandonFolder(FolderReplacement *r) {
-  if (r->descriptor >= 0) close(r->descriptor);
-  r->descriptor = -1;
+  if (r->descriptor < 0) return;
   RemoveAll(r->fresh);
+  close(r->descriptor);
+  r->descriptor = -1;
 }
 
-void SettleFolder(const char *path) {
+void SettleFolder(const char *path, const char *mark) {
   const std::string old = HiddenBeside(path, ".old");
-  if (!IsThere(path) && IsThere(old)) Rename(old, path);
+  if (!IsThere(old + "/" + mark)) return;
+  if (IsThere(path)) RemoveAll(old);
+  else Rename(old, path);
 }
 
-void SettleFoldersIn(const char *path) {
+void SettleFoldersIn(const char *path, const char *mark) {
   const int folder = OpenFolderHere(path);
   if (folder < 0) return;
   for (const std::string &name : Entries(folder, true))
     if (name.size() > 5 && name.ends_with(".old"))
-      SettleFolder((std::string(path) + "/" + name.substr(1, name.size() - 5)).c_str());
+      SettleFolder((std::string(path) + "/" + name.substr(1, name.size() - 5)).c_str(), mark);
   close(folder);
 }

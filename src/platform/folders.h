@@ -16,16 +16,20 @@ i64 FileLength(int file);                                 // -1 when it can't be
 size_t ReadAt(int file, i64 offset, void *out, size_t count);  // The bytes that are there, at most count.
 bool WriteAt(int file, i64 offset, const void *bytes, size_t count);
 
-// A folder in the making, beside the one that it replaces. What is written into it has to be synced before the commit.
+// A folder in the making, beside the one that it replaces, locked against other programs. What is written into it has to be synced before the commit.
 struct FolderReplacement {
   int descriptor = -1;
   std::string path;   // the name that the folder will get
-  std::string fresh;  // the name that it has until then
+  std::string fresh;  // the name that it has until then; behind that, the name of the old one
+  std::string kept;   // the free name that the old folder gets; empty: it is removed
 };
 
-bool BeginFolder(FolderReplacement *r, const char *path);  // Empty; what a killed game left there is gone.
-bool CommitFolder(FolderReplacement *r);  // False: the old folder stays as it was. Else it is gone with all that is in it.
+// Empty; what a killed game left there is gone. False when it can't be made, or another program has been at it for a second.
+bool BeginFolder(FolderReplacement *r, const char *path);
+// False: the old folder stays as it was. Else it has the name kept, or is gone with all that is in it.
+bool CommitFolder(FolderReplacement *r);
 void AbandonFolder(FolderReplacement *r);
-// On a disk that can't exchange two names a kill may leave neither folder under the name: this gives it back the old one.
-void SettleFolder(const char *path);
-void SettleFoldersIn(const char *path);  // The same for all that were ever replaced in a folder.
+// On a disk that can't exchange two names a kill may leave neither folder under the name: this gives it back the old one, or
+// removes that where the new one stands. Only a folder that holds the file mark is taken for an old one.
+void SettleFolder(const char *path, const char *mark);
+void SettleFoldersIn(const char *path, const char *mark);  // The same for all that were ever replaced in a folder.

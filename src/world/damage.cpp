@@ -34,9 +34,9 @@ static bool AnyGone(const u8 *gone) {
 }
 
 int RegrowVoxels(const Block &b, GraphicBlock *g, int threshold) {
+  std::srand(static_cast<unsigned>(std::time(nullptr)));
   u8 *gone = g->damageBits.load(std::memory_order_relaxed);
   if (b.rotation == 0 || b.rotation == 7 || !AnyGone(gone)) return 2;
-  std::srand(static_cast<unsigned>(std::time(nullptr)));
   const u8 *alpha = Components[static_cast<size_t>(b.component)].facts->alpha;
   u8 grown[DamageBytes] = {};
   for (int v = 0; v < VoxelsPerBlock; ++v)

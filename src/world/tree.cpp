@@ -25,6 +25,8 @@ void InitShip(Ship *ship, u32 id) {
   ship->displayName = "Default";
   ship->fileStem = "Default";
   ship->lightCounter = ship->cacheCounter = 0;
+  ship->keepAs = nullptr;
+  ship->slotsOnly = false;
   ship->id = id;
 }
 

@@ -19,6 +19,7 @@
 #include "persistence/cursor.h"
 #include "persistence/ships.h"
 #include "persistence/stream.h"
+#include "platform/folders.h"
 #include "platform/threads.h"
 #include "support/installation.h"
 #include "world/access.h"
@@ -110,8 +111,12 @@ TEST_F(DirectoryStore, AShipKnownByItsSlotsLosesNothing) {
   EXPECT_EQ(Loaded("b"), expected);
   EXPECT_EQ(SaveShipDirectory(known), 1) << "chunks that aren't in memory come from the old files";
   EXPECT_EQ(Loaded("b"), expected);
-  PlaceHere(known, 5300, 5000, 5000, CubeOf(1, 2));
+  for (const Cell &at : {Cell{5300, 5000, 5000}, Cell{5001, 5001, 5000}}) {
+    expected[at] = PlacedHead(1, 2, 1, 0);
+    Fill(known, {{at, expected[at]}});
+  }
   EXPECT_EQ(SaveShipDirectory(known), 1);
+  EXPECT_EQ(Loaded("b"), expected) << "blocks in memory lie over those of the files";
   fs::remove("saves/b/555/0.sss");
   EXPECT_EQ(SaveShipDirectory(known), 0) << "what is nowhere can't be saved";
   EXPECT_EQ(Loaded("b").size(), 2u);
@@ -155,6 +160,21 @@ TEST_F(DirectoryStore, UpdatesReuseTheSlotOfTheirChunk) {
     Loaded("a");
     EXPECT_TRUE(ReadText(file) == (fate.empty() ? half : fate) && !fs::exists("saves/a/.update")) << bytes.size();
   }
+  WriteText("saves/a/.update", std::string("\x2b\2\0\0\0\0\5\0", 8) + whole.substr(2 + 5 * 14, 14));
+  if (const pid_t child = fork(); child == 0) {  // a disk that takes nothing
+    const rlimit limit{10, 10};
+    signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    Loaded("a");
+    _exit(0);
+  } else waitpid(child, nullptr, 0);
+  EXPECT_TRUE(fs::exists("saves/a/.update")) << "what could not be written stays noted";
+  Loaded("a");
+  EXPECT_FALSE(fs::exists("saves/a/.update"));
+  fs::rename("saves/a/555", "saves/a/0555");
+  EXPECT_EQ(Update(ship, {5015, 5000, 5000}, 0), 0);
+  EXPECT_FALSE(fs::exists("saves/a/555")) << "a second folder of the number would hide the first";
+  fs::rename("saves/a/0555", "saves/a/555");
   fs::remove(file);
   EXPECT_EQ(Update(ship, {5015, 5000, 5000}, 0), 0);
   EXPECT_TRUE(Logged("*ERR: Coult not open superchunk file to save block update"));
@@ -238,6 +258,11 @@ TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
   Fill(ship, cells);
   EXPECT_EQ(SaveShipDirectory(ship), 1);
   EXPECT_TRUE(Loaded("a") == cells && !fs::exists("saves/a/111") && !fs::exists("saves/.a.new"));
+  FolderReplacement others, late;
+  ASSERT_TRUE(BeginFolder(&others, "saves/a") && !BeginFolder(&late, "saves/a")) << "one program at a time";
+  AbandonFolder(&late);
+  EXPECT_TRUE(fs::exists("saves/.a.new"));
+  AbandonFolder(&others);
   const pid_t child = fork();
   if (child == 0) {  // a disk that fills up
     const rlimit limit{20000, 20000};
@@ -257,8 +282,38 @@ TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
   expected[{5900, 5900, 5900}] = PlacedHead(1, 2, 1, 0);
   fs::rename("saves/a", "saves/.a.old");  // killed between two renames, on a disk that can't exchange names
   EXPECT_EQ(Loaded("a"), expected);
+  fs::copy("saves/a", "saves/.a.old", fs::copy_options::recursive);  // killed behind them
+  WriteText("saves/.notes.old/file", "a stranger's");
+  static ShipTable table;
+  LoadAllShips(&table);
+  EXPECT_TRUE(!fs::exists("saves/.a.old") && fs::exists("saves/.notes.old/file") && !fs::exists("saves/notes"));
   ship->fileStem = "NULL";
   EXPECT_TRUE(SaveShipDirectory(ship) == 0 && !fs::exists("saves/NULL"));
+}
+
+TEST_F(DirectoryStore, WhatWasNotReadWholeCostsNothingThatIsThere) {
+  const Cells cells = MixedCells(30, 2);
+  const char *file = "saves/a/555/0.sss";
+  SaveNew("a", cells);
+  fs::resize_file(file, fs::file_size(file) - 1);
+  const std::string cut = ReadText(file);
+  fs::copy("saves/a", "saves/b", fs::copy_options::recursive);
+  ASSERT_EQ(LoadShipDirectory(ship, "a", true, true), 1);
+  EXPECT_EQ(SaveShipDirectory(ship) + SaveShipDirectory(ship), 2);
+  EXPECT_TRUE(ReadText("saves/a.damaged/555/0.sss") == cut && !fs::exists("saves/a.damaged2") && Loaded("a") == CellsOf(*ship));
+  ship->keepAs = ".damaged";
+  for (char copy = '2'; copy <= '9'; ++copy) fs::create_directory(std::string("saves/a.damaged") + copy);
+  EXPECT_EQ(SaveShipDirectory(ship), 0) << "all names are taken";
+  Ship *whole = NewShip("b", cells);
+  ASSERT_EQ(SaveShipByName(whole), 1);
+  EXPECT_EQ(ConvertDirectoryToStream("b"), 1);
+  EXPECT_TRUE(LoadShipStream(ship, "saves/b.sts.replaced", false) == 1 && CellsOf(*ship) == cells);
+  whole->fileStem = "c";
+  ASSERT_TRUE(SaveShipByName(whole) == 1 && SaveShipDirectory(whole) == 1);
+  fs::resize_file("saves/c.sts", fs::file_size("saves/c.sts") - 9);
+  EXPECT_EQ(ConvertStreamToDirectory("c"), 1);
+  EXPECT_EQ(Loaded("c.replaced"), cells);
+  Drop(whole);
 }
 
 TEST_F(DirectoryStore, SavesBetweenUpdatesLoseNoneOfThem) {
@@ -357,14 +412,17 @@ TEST_F(DirectoryStore, ShipsGoFromFormToFormAndIntoTheTable) {
   const Cells cells = MixedCells(500, 3);
   Ship *made = NewShip("one", cells);
   ASSERT_EQ(SaveShipByName(made), 1);
+  made->fileStem = "x.Car";
+  ASSERT_EQ(SaveShipByName(made), 1);
   Drop(made);
   SaveNew("two", cells);
+  SaveNew("two.damaged", cells);
   for (const char *name : {"three.ssf", "four.sts", "five.sts.damaged"}) WriteText(std::string("saves/") + name, "no ship");
   const std::string before = ReadText("saves/four.sts");
   for (u16 round = 0; round < 2; ++round) {  // the second time, the stream has its folder
     LoadAllShips(&table);
-    ASSERT_EQ(table.count, 2);
-    EXPECT_TRUE(ShipAt(table, 0)->fileStem == "one" && ShipAt(table, 1)->fileStem == "two");
+    ASSERT_EQ(table.count, 3);
+    EXPECT_TRUE(ShipAt(table, 0)->fileStem == "one" && ShipAt(table, 1)->fileStem == "two" && ShipAt(table, 2)->fileStem == "x.Car");
     EXPECT_EQ(CellsOf(*ShipAt(table, 0)).size(), round == 0 ? 500u : 0u);
     EXPECT_GE(FindChunk(AddressOf(5000, 5000, 5000), *ShipAt(table, round))->slot, 0);
   }
@@ -379,5 +437,5 @@ TEST_F(DirectoryStore, ShipsGoFromFormToFormAndIntoTheTable) {
   EXPECT_EQ(AddShipFromDirectory(&table, "missing", 0, 0, 0), 0);
   ASSERT_EQ(AddShipFromDirectory(&table, "two", 1000, INT64_MIN, 0), 1);  // 100 x 5 x 1 cells
   const i64 place[3] = {1000 - 500000 - 25030000, INT64_MIN, -5000 - 25030000};
-  for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(ShipAt(table, 3)->position[axis], place[axis]);
+  for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(ShipAt(table, 4)->position[axis], place[axis]);
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -137,8 +138,13 @@ TEST_F(ShipFiles, ADamagedFileOutlivesTheNextSaves) {
     Loaded("saves/cut.sts");
     EXPECT_EQ(ReadText("saves/cut.sts.damaged" + std::to_string(copy)), copy <= 9 ? "cut " + std::to_string(copy) : "");
   }
+  Ship *other = NewTestShip();
+  WriteText("saves/cut.sts", whole.substr(0, whole.size() - 9));
+  EXPECT_TRUE(LoadShipByName(other, "cut") == 1 && other->fileStem == "cut 2") << "there is no name for the old file, so the ship gets one";
+  Drop(other);
+  ASSERT_EQ(mkfifo("saves/pipe.sts", 0600), 0);
   fs::create_directory("saves/folder.sts");
-  for (const char *path : {"saves/none.sts", "saves/folder.sts"}) {
+  for (const char *path : {"saves/none.sts", "saves/folder.sts", "saves/pipe.sts"}) {
     int result = 1;
     EXPECT_TRUE(Loaded(path, &result).empty() && result == 0) << path;
   }

@@ -248,8 +248,9 @@ TEST_F(TextForm, AShipWithCompanionsIsWrittenToTheByteAndLoadsEqual) {
   EXPECT_TRUE(list.count == 300 && list.voxels[33].y == 2 && list.colours[33] == 0xff001021u && CacheTotal(*full->cache) == 300);
   EXPECT_TRUE(full->cacheId == 1 && glass->cacheId == 2 && glass->lightId == 6);
   EXPECT_TRUE(full->cacheDirty) << "drawn as it was until it is built again, with what the file doesn't keep";
-  EXPECT_EQ(SaveShipText(*ship, "again.txt", true, false, false), 1);
-  EXPECT_TRUE(fs::exists("saves/again.txt") && !fs::exists("cache/again.slf"));
+  WriteText("cache/bar.slf", "of bar.ssf");
+  EXPECT_EQ(SaveShipText(*ship, "again.txt", true, true, false), 1);
+  EXPECT_TRUE(fs::exists("saves/again.txt") && !fs::exists("cache/again.slf") && ReadText("cache/bar.slf") == "of bar.ssf");
 }
 
 TEST_F(TextForm, CompanionsThatDontFitAreLeftOut) {
@@ -368,7 +369,7 @@ TEST_F(TextForm, AShipJoinsTheTableBesideThePlayer) {
   ASSERT_TRUE(fs::copy_file(fs::path(TARNVALE_ROOT) / "tests/persistence/ships/no_end.ssf", "saves/pair.ssf"));
   WriteText("saves/pair.sts", "today's work");
   fs::create_directory("saves/folder.ssf");
-  ScopedLock world(&WorldMutex);
+  LockMutex(&WorldMutex);
   for (const char *name : {"none.ssf", "folder.ssf", "../saves/pair.ssf", "", ".ssf", "ab"}) {
     LogInit();
     EXPECT_EQ(AddShipFromText(&table, name, 0, 0, 0), 0) << name;
@@ -376,11 +377,13 @@ TEST_F(TextForm, AShipJoinsTheTableBesideThePlayer) {
   }
   const u16 before = table.count;  // empty ones stay
   ASSERT_EQ(AddShipFromText(&table, "pair.ssf", 1000, -70000000, INT64_MIN), 1);
-  const Ship &pair = *ShipAt(table, before);  // cells (5000, 5000, 5000) and (5001, ...): the middle is rounded up
+  UnlockMutex(&WorldMutex);
+  Ship &pair = *ShipAt(table, before);  // cells (5000, 5000, 5000) and (5001, ...): the middle is rounded up
   const i64 places[3] = {1000 - 50010000 + 30000 + 10000, -70000000 - 50000000 + 30000 + 5000, INT64_MIN + 30000 + 5000};
   for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(pair.position[axis], places[axis]) << axis;
   EXPECT_EQ(pair.id, before);
-  EXPECT_EQ(ReadText("saves/pair.sts.replaced"), "today's work") << "the ship will be saved as pair.sts";
+  EXPECT_TRUE(SaveShipByName(&pair) == 1 && SaveShipByName(&pair) == 1);
+  EXPECT_TRUE(ReadText("saves/pair.sts.replaced") == "today's work" && !fs::exists("saves/pair.sts.replaced2"));
 }
 
 TEST_F(TextForm, RubbishAndHurtFilesGiveWhatIsWholeAndNothingElse) {

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <thread>
 
 #include "support/installation.h"
 
@@ -48,6 +49,19 @@ TEST_F(Files, AReplacementIsWholeOrLeavesTheOldFile) {
   EXPECT_EQ(status, 0);
   EXPECT_EQ(ReadText("folder/name"), "newer");
   EXPECT_TRUE(EntriesIn("folder") == 1 && EntriesIn(".") == 2) << "nothing is left beside";
+  FileReplacement first, second;
+  ASSERT_TRUE(BeginReplacement(&first, "bare") && WriteReplacement(&first, "first", 5) && SettleReplacement(&first));
+  std::thread other([&] { EXPECT_TRUE(BeginReplacement(&second, "bare") && WriteReplacement(&second, "second", 6) && CommitReplacement(&second)); });
+  usleep(100000);  // the other one waits for its turn
+  EXPECT_TRUE(CommitReplacement(&first));
+  other.join();
+  EXPECT_EQ(ReadText("bare"), "second");
+  ASSERT_TRUE(BeginReplacement(&first, "bare"));
+  EXPECT_FALSE(BeginReplacement(&second, "bare")) << "and not for ever";
+  AbandonReplacement(&second);
+  EXPECT_TRUE(fs::exists("bare.tmp"));
+  AbandonReplacement(&first);
+  EXPECT_FALSE(fs::exists("bare.tmp"));
 }
 
 TEST_F(Files, AReadKeepsToItsLimitAndToPlainFiles) {

@@ -67,6 +67,15 @@ for ship in cut.sts kept.sts.damaged2 cut.sls cut.ssf cut; do
   Expect 0 'whole, [1-9]' verify "rescued-$ship/"
 done
 cmp saves/cut.sts saves/kept.sts.damaged2 || failed=1
+
+# They don't cost a whole one, and a folder keeps its place.
+for target in g.sts d.ssf h.sls f2/; do
+  Expect 1 "saves/$target: what could be read" convert --force cut.sts "$target"
+  [ -e "saves/${target%/}.replaced" ] || { echo "$target is lost"; failed=1; }
+done
+printf '\1\0%036d' 7 | tee place >saves/f3/info.sis
+Expect 0 'all of' convert --force a.sts f3
+cmp place saves/f3/info.sis || failed=1
 echo 'no ship' | tee saves/text.sts >saves/text
 ln -s f1 saves/linked
 for ship in text.sts text linked missing.sts missing; do Expect 1 "saves/$ship" verify "$ship" f1; done

@@ -12,6 +12,8 @@
 #include "content/options.h"
 #include "forms.h"
 #include "gui/language.h"
+#include "persistence/directory_store.h"
+#include "platform/files.h"
 #include "messages.h"
 #include "show.h"
 
@@ -136,12 +138,23 @@ static int ShowShip(const std::string &command, const ShipName &name) {
   });
 }
 
+// What is there must not be lost to a ship that could not be read whole. False, and told, when it can't be kept.
+static bool KeepTarget(const ShipName &to, Ship *ship) {
+  const bool folder = to.form == ShipForm::Folder;
+  ship->keepAs = folder ? ".replaced" : nullptr;  // the save sees to it
+  if (folder || !IsThere(to)) return true;
+  const std::string kept = KeepBeside(PathOf(to).c_str(), ".replaced");
+  if (kept.empty()) return Complain(PathOf(to) + " can't be kept beside the new one") == Done;
+  return Complain(PathOf(to) + " is kept as " + kept) != Done;
+}
+
 static int Convert(const ShipName &from, const ShipName &to, bool force) {
   if (from.file == to.file) return CalledWrongly("FROM and TO are the same");
   if (!to.ours) return CalledWrongly("the game would not find a ship under the name " + to.file);
   if (!force && IsThere(to)) return Complain(PathOf(to) + " is there already. --force replaces it.");
   return WithShip(from, false, [&](Ship *ship, bool sound) {
-    const bool written = WriteShip(to, ship);
+    if (from.form != ShipForm::Folder && to.form == ShipForm::Folder && IsThere(to)) LoadShipPlace(ship, to.stem.c_str());
+    const bool written = (sound || KeepTarget(to, ship)) && WriteShip(to, ship);
     TellMessages(to, true);
     if (!written) return Complain(PathOf(to) + " was not written");
     PrintResult("%s: %s%s\n", PathOf(to).c_str(), sound ? "all of " : "what could be read of ", PathOf(from).c_str());
