@@ -22,6 +22,7 @@
 #include "render/debris.h"
 #include "render/parse.h"
 #include "world/heat.h"
+#include "world/retire.h"
 
 constexpr double RenderDelay = 1.0 / 64, LinkDelay = 0.066, TickDelay = 0.033, MiscDelay = 0.25, OpsDelay = 1.0,
                  NetworkDelay = 0.1, SaveDelay = 300, SaveDelayOnline = 9000;
@@ -144,6 +145,7 @@ void OpsPiece(double *timer) {
   if (!TryLockMutex(&WorldMutex)) return;
   const double start = ClockNow();
   if (DebrisCount() != 0) AgeDebris();
+  SweepRetired();
   {
     ScopedLock heat(&HeatMutex);
     const Ship *ship = CurrentShip();
