@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "core/utils.h"
-#include "platform/files.h"
 
 constexpr int GzipWindow = 15 + 16;  // the largest window, in gzip's wrapping
 constexpr int DefaultMemory = 8;
@@ -30,17 +29,41 @@ static void BeginNextMember(GzipReader *g) {
   g->damaged = g->z.avail_in > 0;
 }
 
-bool OpenGzip(GzipReader *g, const char *path, bool *opened) {
+static bool OpenInput(GzipReader *g, const char *path) {
   g->file = std::fopen(path, "rb");
-  *opened = g->file != nullptr;
-  if (!*opened) return false;
+  if (g->file == nullptr) return false;
   g->input = std::make_unique_for_overwrite<u8[]>(GzipBufferBytes);  // a small file touches little of it
+  return true;
+}
+
+bool OpenGzip(GzipReader *g, const char *path, bool *opened) {
+  *opened = OpenInput(g, path);
+  if (!*opened) return false;
   if (AtMagic(g) && inflateInit2(&g->z, GzipWindow) == Z_OK) return true;
   std::fclose(g->file);
   return false;
 }
 
+bool OpenGzipOrPlain(GzipReader *g, const char *path) {
+  if (!OpenInput(g, path)) return false;
+  g->plain = !AtMagic(g);
+  if (g->plain || inflateInit2(&g->z, GzipWindow) == Z_OK) return true;
+  std::fclose(g->file);
+  return false;
+}
+
+static size_t ReadPlain(GzipReader *g, u8 *out, size_t room) {
+  if (g->z.avail_in == 0) FillInput(g);
+  g->ended = g->z.avail_in == 0;
+  const size_t count = std::min<size_t>(g->z.avail_in, room);
+  std::memcpy(out, g->z.next_in, count);
+  g->z.next_in += count;
+  g->z.avail_in -= static_cast<uInt>(count);
+  return count;
+}
+
 size_t ReadGzip(GzipReader *g, u8 *out, size_t room) {
+  if (g->plain) return ReadPlain(g, out, room);
   g->z.next_out = out;
   g->z.avail_out = static_cast<uInt>(room);
   while (!g->ended && g->z.avail_out > 0) {
@@ -54,7 +77,7 @@ size_t ReadGzip(GzipReader *g, u8 *out, size_t room) {
 }
 
 void CloseGzip(GzipReader *g) {
-  inflateEnd(&g->z);
+  if (!g->plain) inflateEnd(&g->z);
   std::fclose(g->file);
 }
 
@@ -70,7 +93,7 @@ static bool WriteDeflated(z_stream *z, int flush, std::vector<u8> *buffer, FileR
   return flush != Z_FINISH || code == Z_STREAM_END;
 }
 
-static bool WriteCompressed(const std::vector<u8> &bytes, FileReplacement *file) {
+bool WriteGzip(FileReplacement *file, const std::vector<u8> &bytes) {
   z_stream z{};
   if (deflateInit2(&z, Z_DEFAULT_COMPRESSION, Z_DEFLATED, GzipWindow, DefaultMemory, Z_DEFAULT_STRATEGY) != Z_OK) return false;
   std::vector<u8> buffer;
@@ -90,7 +113,7 @@ static bool WriteCompressed(const std::vector<u8> &bytes, FileReplacement *file)
 GzipWritten ReplaceGzip(const char *path, const std::vector<u8> &bytes) {
   FileReplacement file;
   if (!BeginReplacement(&file, path)) return GzipWritten::NotOpened;
-  if (!WriteCompressed(bytes, &file)) {
+  if (!WriteGzip(&file, bytes)) {
     AbandonReplacement(&file);
     return GzipWritten::Failed;
   }

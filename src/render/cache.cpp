@@ -17,7 +17,6 @@
 constexpr unsigned EightCells = 512, QuadCells = 64;
 constexpr unsigned Padding = 4;              // batches go on to a multiple of four
 constexpr u8 FaintAlpha = 150;               // see-through voxels up to this one are left out of the coarser lists
-constexpr size_t ReadPastEnd = 16;           // appends read four entries at once, past the end of the last list
 
 // Voxels that one rule colours, in ascending order of their index.
 struct VoxelRun {
@@ -230,7 +229,7 @@ static void BuildLists(const BuildInputs &in, const Ship &ship, u16 x, u16 y, u1
 static void StoreLists(GraphicBlock *g) {
   const size_t total = CacheTotal(Work.counts);
   std::free(g->cache);
-  g->cache = static_cast<BlockCache *>(std::malloc(sizeof(BlockCache) + total * (sizeof(CacheVoxel) + sizeof(u32)) + ReadPastEnd));
+  g->cache = static_cast<BlockCache *>(std::malloc(sizeof(BlockCache) + total * (sizeof(CacheVoxel) + sizeof(u32)) + CacheReadPastEnd));
   if (g->cache == nullptr) return;
   *g->cache = Work.counts;
   u8 *out = reinterpret_cast<u8 *>(g->cache + 1);

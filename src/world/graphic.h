@@ -28,6 +28,7 @@ enum CacheLevel : u8 { OpaqueList, TransparentList, EightList, QuadList, CacheLe
 struct BlockCache {
   u16 counts[CacheLevels] = {};
 };
+constexpr size_t CacheReadPastEnd = 16;  // spare bytes behind the last list: appends read four entries at once
 
 struct CacheList {
   const CacheVoxel *voxels;

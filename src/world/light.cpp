@@ -136,6 +136,14 @@ int RemoveLightEntry(i8 dx, i8 dy, i8 dz, u16 x, u16 y, u16 z, const Ship &ship)
   return g == nullptr ? 6 : RemoveEntry(g, dx, dy, dz);
 }
 
+bool SetLightList(GraphicBlock *g, const LightEntry *entries, unsigned count) {
+  g->lightCount = 0;
+  if (!ResizeLights(g, LightCapacity(count))) return false;
+  std::copy_n(entries, count, g->lightList);
+  g->lightCount = static_cast<u8>(count);
+  return true;
+}
+
 // Blocks on the way from a cell to a source: -1 when more than five stand in between.
 static int BlocksBetween(int x, int y, int z, u16 sx, u16 sy, u16 sz, const Ship &ship) {
   Ray ray = NewCellRay({static_cast<u16>(x), static_cast<u16>(y), static_cast<u16>(z)}, {sx, sy, sz});

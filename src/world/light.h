@@ -8,6 +8,8 @@ constexpr int LightRadius = 16;
 
 int AddLightEntry(const LightEntry &entry, u16 x, u16 y, u16 z, const Ship &ship);       // Result as of a read.
 int RemoveLightEntry(i8 dx, i8 dy, i8 dz, u16 x, u16 y, u16 z, const Ship &ship);        // ... or 6: no such entry.
+// A record's whole list, up to MaxBlockLights entries, as a ship file keeps it. False without memory.
+bool SetLightList(GraphicBlock *g, const LightEntry *entries, unsigned count);
 void CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &ship);
 void TakeLightAway(u16 sx, u16 sy, u16 sz, const Ship &ship);  // Removes the source from all cells of its cube.
 void LightPass(Ship *ship);     // CastLight for every block that gives light.
