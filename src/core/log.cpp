@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <mutex>
 
-static constexpr const char *LogPath = "errors.txt";
+static const char *LogPath = "errors.txt";  // set by LogInit, before there is a second thread
 
 static std::mutex logMutex;  // one round for each message, file and output together
 
@@ -35,7 +35,8 @@ __attribute__((format(printf, 1, 2))) static void Emit(const char *format, ...) 
   LogRaw(line, line);
 }
 
-void LogInit() {
+void LogInit(const char *path) {
+  LogPath = path;
   const char *line = "info: Error System Initialized \n";
   const std::lock_guard<std::mutex> lock(logMutex);
   FILE *file = std::fopen(LogPath, "w+");

@@ -5,7 +5,7 @@
 
 #include "core/types.h"
 
-void LogInit();                                              // Truncates the file and writes the first line.
+void LogInit(const char *path = "errors.txt");               // Truncates the file and writes the first line.
 int LogError(const char *text);                              // "*ERR: text"; always 0, so that a caller can return it.
 int LogWarn(const char *text);                               // "WARN: text"; always 0.
 int LogInfo(const char *text);                               // "info: text"; always 1.

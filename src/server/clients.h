@@ -1,0 +1,42 @@
+// Who is connected, and what is sent to them. The server has one thread; nothing here takes a lock but the calls of ENet.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "net/wire.h"
+
+struct Client {
+  ENetPeer *peer = nullptr;
+  std::string address;        // for the log
+  std::string name;           // empty until the hello
+  Motion motion;              // as last told
+  Motion shown;               // as last sent to the others
+  double connected = 0, heard = 0;  // times
+  double shownAt = 0;
+  double editBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
+  u32 refused = 0;            // edits since the last line in the log about them
+  double refusedAt = 0;
+  u32 edits = 0, lines = 0;   // in all, for the log and the list
+};
+
+extern std::vector<Client> Clients;  // in the order of their arrival; those with a name are rows of the player list
+extern ENetHost *ServerHost;
+
+double Now();                                            // Seconds, monotonic.
+void Say(const std::string &line);                       // An event, with date and time, to the log.
+std::string Printable(std::string_view text, size_t most);  // Without control characters, cut.
+Client *FindClient(const ENetPeer *peer);                // Null: none.
+Client *FindClientByName(std::string_view name);
+size_t PlayerCount();                                    // Clients with a name.
+
+// To one or to all with a name but one (null: to all). Queued, on its way at the end of the loop's pass.
+void SendTo(Client *client, u8 type, const std::vector<u8> &payload, bool reliable);
+void SendToAll(u8 type, const std::vector<u8> &payload, bool reliable, const Client *except);
+void SayTo(Client *client, std::string_view text);       // A line of chat.
+void SayToAll(std::string_view text);
+void SendPlayerLists();                                  // To everyone, each with their own row.
+void ShareMotions(double now);                           // Who has moved, to the others.
+void DropClient(Client *client, const char *why);        // Says goodbye to them; the disconnect event removes the row.
+void RemoveClient(const ENetPeer *peer);                 // After the disconnect event.

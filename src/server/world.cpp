@@ -1,0 +1,165 @@
+// The ships of the server.
+#include "server/world.h"
+
+#include <algorithm>
+
+#include "content/components.h"
+#include "content/materials.h"
+#include "core/log.h"
+#include "persistence/directory_store.h"
+#include "persistence/stream.h"
+#include "platform/threads.h"
+#include "server/clients.h"
+#include "world/access.h"
+#include "worldgen/asteroid.h"
+
+constexpr int FirstStored = 2, LastStored = 9998;  // coordinates that the directory store takes
+constexpr i64 Nowhere = -50500000;                 // a ship's corner before it is given a place
+constexpr i64 Gap = 20 * UnitsPerBlock;            // between two ships that the server places
+constexpr i64 StartDistance = 8 * UnitsPerBlock;   // from a new player to the first ship
+constexpr i64 StartSpacing = 3 * UnitsPerBlock;
+constexpr const char *GrownName = "Asteroid";
+
+static std::vector<bool> StreamIsOld;  // by row: edited since its stream file was written
+
+// LoadAllShips leaves folders on disk; the server wants their blocks too.
+static bool LoadBlocks(Ship *ship) {
+  const std::string stem = ship->fileStem;
+  const u32 id = ship->id;
+  FreeShip(ship);
+  InitShip(ship, id);
+  if (!AllocShipTable(ship) || LoadShipDirectory(ship, stem.c_str(), true, false) == 0) return false;
+  ship->displayName = stem;
+  return true;
+}
+
+// Ships that came from stream files have no place of their own yet: they are lined up along x, the first one in the middle.
+static void PlaceShips() {
+  i64 right = 0;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
+    Ship *ship = ShipAt(TheShipTable, row);
+    bool placed = false;
+    for (const auto &axis : ship->position) placed = placed || axis.load() != Nowhere;
+    const ShipSummary &s = *ship->summary;
+    if (!placed && s.blockCount != 0) {
+      const i64 middle[3] = {(s.minX + s.maxX) / 2, (s.minY + s.maxY) / 2, s.maxZ};
+      const i64 half = (s.maxX - s.minX) / 2 * UnitsPerBlock;
+      const i64 place[3] = {row == 0 ? 0 : right + Gap + half, 0, -StartDistance};
+      for (int axis = 0; axis < 3; ++axis) ship->position[axis] = place[axis] - middle[axis] * UnitsPerBlock;
+      SaveShipDirectory(ship);
+    }
+    if (s.blockCount != 0) right = std::max(right, ship->position[0].load() + s.maxX * UnitsPerBlock);
+  }
+}
+
+static bool GrowFirstShip(u16 largest) {
+  Say("No ships in saves: growing an asteroid");
+  const u16 size = std::clamp<u16>(largest, 1, 6);
+  if (!AddAsteroid(size, 0, 0, -StartDistance - 2 * size * UnitsPerBlock, &TheShipTable)) return false;
+  Ship *ship = ShipAt(TheShipTable, 0);
+  ship->displayName = ship->fileStem = GrownName;
+  return SaveShipDirectory(ship) != 0;
+}
+
+bool OpenWorld(u16 largestAsteroid) {
+  LoadAllShips(&TheShipTable);
+  if (TheShipTable.count.load() == 0 && !GrowFirstShip(largestAsteroid)) return LogError("There is no world to serve") != 0;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
+    Ship *ship = ShipAt(TheShipTable, row);
+    if (ship->summary == nullptr && !LoadBlocks(ship)) return LogError(("Can't read ship " + ship->fileStem).c_str()) != 0;
+    if (!SafeFileName(ship->fileStem))
+      LogWarn(("Games can't take a file named " + ship->fileStem + ": they will see that ship without blocks").c_str());
+  }
+  PlaceShips();
+  StreamIsOld.assign(TheShipTable.count.load(), true);
+  return RefreshStreamFiles();
+}
+
+static bool Storable(u16 c) { return c >= FirstStored && c <= LastStored; }
+
+static Ship *ShipOfRow(i32 row) {
+  return row >= 0 && row < TheShipTable.count.load() ? ShipAt(TheShipTable, static_cast<u16>(row)) : nullptr;
+}
+
+static const char *WhyNot(const BlockEdit &e) {
+  const Ship *ship = ShipOfRow(e.shipRow);
+  if (ship == nullptr) return "no such ship";
+  if (!Storable(e.x) || !Storable(e.y) || !Storable(e.z)) return "out of range";
+  if (e.type == PacketBlockPlace) {
+    const Block &b = e.block;
+    if (b.state == StateEmpty || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u)
+      return "no such block";
+    return nullptr;
+  }
+  if (e.type == PacketBlockComponent && e.component - 1u >= ComponentCount - 1u) return "no such block";
+  return HeadAt(e.x, e.y, e.z, *ship) == 0 ? "nothing there" : nullptr;
+}
+
+const char *DoEdit(const BlockEdit &edit) {
+  const char *why = WhyNot(edit);
+  if (why != nullptr) return why;
+  Ship *ship = ShipOfRow(edit.shipRow);
+  Block stored;
+  if (edit.type == PacketBlockPlace) stored = edit.block;
+  if (edit.type == PacketBlockComponent) {
+    stored = BlockFromHead(HeadAt(edit.x, edit.y, edit.z, *ship));
+    stored.component = edit.component;
+  }
+  if (SaveBlockUpdate(stored, edit.x, edit.y, edit.z, ship) == 0) return "it could not be stored";
+  StreamIsOld[static_cast<size_t>(edit.shipRow)] = true;
+  ApplyBlockEdit(edit);
+  return nullptr;
+}
+
+bool EditOfCell(const BlockEdit &at, BlockEdit *found) {
+  const Ship *ship = ShipOfRow(at.shipRow);
+  if (ship == nullptr) return false;
+  *found = at;
+  const u64 head = HeadAt(at.x, at.y, at.z, *ship);
+  found->type = HeadState(head) == StateEmpty ? PacketBlockRemove : PacketBlockPlace;
+  found->block = BlockFromHead(head);
+  return true;
+}
+
+std::string StreamPath(const std::string &stem) { return "saves/" + stem + ".sts"; }
+
+bool RefreshStreamFiles() {
+  bool all = true;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
+    if (!StreamIsOld[row]) continue;
+    Ship *ship = ShipAt(TheShipTable, row);
+    StreamIsOld[row] = SaveShipStream(ship, StreamPath(ship->fileStem).c_str()) == 0;
+    if (StreamIsOld[row]) all = LogError(("Could not write " + StreamPath(ship->fileStem)).c_str()) != 0;
+  }
+  return all;
+}
+
+std::vector<std::string> ShipStems() {
+  std::vector<std::string> stems;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) stems.push_back(ShipAt(TheShipTable, row)->fileStem);
+  return stems;
+}
+
+std::vector<u8> ShipListPayload() {
+  std::vector<u8> payload;
+  const u16 count = TheShipTable.count.load();
+  PutU32(&payload, count);
+  for (const std::string &stem : ShipStems()) WriteString(&payload, SafeFileName(stem) ? stem : "NULL");
+  for (u16 row = 0; row < count; ++row) {
+    const Ship *ship = ShipAt(TheShipTable, row);
+    Motion m;
+    for (int axis = 0; axis < 3; ++axis) {
+      m.place[axis] = ship->position[axis].load();
+      m.velocity[axis] = ship->velocity[axis].load();
+    }
+    WriteMotion(&payload, m);
+  }
+  return payload;
+}
+
+Motion StartingPlace(size_t player) {
+  Motion m;
+  const i64 step = static_cast<i64>(player / 2 + player % 2) * StartSpacing;
+  m.place[0] = player % 2 == 0 ? step : -step;
+  return m;
+}

@@ -1,0 +1,20 @@
+// The server's ships: in memory for its own rules, in the directory store so that each edit is on disk at once, and as stream
+// files, which is what games download.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "net/wire.h"
+
+// Loads all ships of saves/, and grows an asteroid of up to largest when there are none. False: no world (logged).
+bool OpenWorld(u16 largestAsteroid);
+// Stores the edit on disk, then does it. Null: done; else why not, and nothing has changed.
+const char *DoEdit(const BlockEdit &edit);
+// What stands in the cell of an edit, as the edit that would put it there. False: no such cell.
+bool EditOfCell(const BlockEdit &at, BlockEdit *found);
+bool RefreshStreamFiles();                    // Writes the stream file of every ship that has changed. False: one failed.
+std::vector<std::string> ShipStems();         // By row.
+std::string StreamPath(const std::string &stem);
+std::vector<u8> ShipListPayload();            // PacketShipList
+Motion StartingPlace(size_t player);          // Before the first ship, players beside each other.
