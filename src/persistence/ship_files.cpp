@@ -4,7 +4,9 @@
 #include <memory>
 
 #include "core/log.h"
+#include "persistence/backup.h"
 #include "persistence/gzip_file.h"
+#include "persistence/placing.h"
 #include "persistence/stream.h"
 #include "persistence/unpack.h"
 #include "platform/files.h"
@@ -14,7 +16,6 @@
 static Mutex SaveMutex{MutexRank::Save, "save", {}};
 
 constexpr i64 PlacingDistance = 50030000;  // the middle cell's distance from a ship's corner, and three blocks
-constexpr i64 HalfBlock = UnitsPerBlock / 2;
 
 // The only step of a save for which the world stands still.
 static bool CopyShip(Ship *ship, std::vector<u8> *bytes, std::string *stem) {
@@ -24,6 +25,7 @@ static bool CopyShip(Ship *ship, std::vector<u8> *bytes, std::string *stem) {
 }
 
 static GzipWritten WriteShip(const char *path, const std::vector<u8> &bytes) {
+  KeepBackup(path, LocalDate());
   const GzipWritten result = ReplaceGzip(path, bytes);
   if (result == GzipWritten::Failed)
     LogError((std::string("Could not write ") + path + ". The old file stays.").c_str());
@@ -106,12 +108,6 @@ int LoadShipByName(Ship *ship, const char *name) {
   return LoadShipStream(ship, path.c_str(), true);
 }
 
-// The place of cell (0, 0, 0) for a ship of the given size at a world coordinate; stops at the end of the world's range.
-static i64 PlaceOnAxis(i64 at, u16 size) {
-  i64 place;
-  return __builtin_sub_overflow(at, HalfBlock * size + PlacingDistance, &place) ? INT64_MIN : place;
-}
-
 int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z) {
   const std::string file = name;
   const std::string path = file.rfind("saves/", 0) == 0 ? file : "saves/" + file;
@@ -119,9 +115,9 @@ int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z) {
   if (ship == nullptr) return 0;
   const int loaded = LoadShipStream(ship, path.c_str(), true);
   if (loaded != 0) {
-    ship->position[0] = PlaceOnAxis(x, ship->summary->sizeX);
-    ship->position[1] = PlaceOnAxis(y, ship->summary->sizeY);
-    ship->position[2] = PlaceOnAxis(z, ship->summary->sizeZ);
+    ship->position[0] = PlaceOnAxis(x, ship->summary->sizeX, PlacingDistance);
+    ship->position[1] = PlaceOnAxis(y, ship->summary->sizeY, PlacingDistance);
+    ship->position[2] = PlaceOnAxis(z, ship->summary->sizeZ, PlacingDistance);
   }
   PublishShip(table);  // an empty one too
   return loaded;

@@ -1,7 +1,6 @@
 // Reading the text form. A block line names its rows by place and by id: where the tables have changed since, the id counts.
 #include "persistence/text_form.h"
 
-#include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -9,6 +8,7 @@
 
 #include "content/components.h"
 #include "content/materials.h"
+#include "content/text_scan.h"
 #include "core/log.h"
 #include "persistence/old_plating.h"
 #include "persistence/stream.h"
@@ -113,12 +113,12 @@ static bool TakeInt(TextLoad *t, std::string_view key, bool value) {
   return true;
 }
 
-// Numbers as people write them; decimal for floats, also octal and hexadecimal for whole numbers.
 static bool ReadFloat(std::string_view word, float *value) {
-  const auto [end, fault] = std::from_chars(word.data(), word.data() + word.size(), *value);
-  return fault == std::errc{} && *value - *value == 0;
+  TextCursor cursor{word};
+  return ScanFloat(&cursor, value);
 }
 
+// Also octal and hexadecimal.
 static bool ReadWholeNumber(std::string_view word, bool *set) {
   const std::string text(word);
   char *end = nullptr;
@@ -250,12 +250,6 @@ static GraphicBlock *GraphicOfLine(TextLoad *t, const CellAddress &a) {
   return graphics == nullptr ? nullptr : graphics + a.block;
 }
 
-// Voxel lists are built again in their time when the file's own list can't show all of the block.
-static bool HasMoreThanOpaque(const Block &b) {
-  const Component &c = Components[static_cast<size_t>(b.component)];
-  return c.drawnTranslucent > 0 || Materials[static_cast<size_t>(b.material)].alpha != 255;
-}
-
 // The lists of the cache companion as a cache: first the voxels, each of position, spare byte and index, then the colours.
 static BlockCache *CacheOfBytes(const u8 *bytes, unsigned count) {
   const size_t size = sizeof(BlockCache) + count * (sizeof(CacheVoxel) + sizeof(u32)) + CacheReadPastEnd;
@@ -270,7 +264,7 @@ static BlockCache *CacheOfBytes(const u8 *bytes, unsigned count) {
   return cache;
 }
 
-static void ReadVoxels(TextLoad *t, const int *n, const Block &b, const CellAddress &a) {
+static void ReadVoxels(TextLoad *t, const int *n, const CellAddress &a) {
   u8 bytes[MostVoxels * (FileVoxelBytes + FileColourBytes)];
   const int count = n[AtVoxels];
   if (count == 0 || !ReadCompanion(&t->cache, bytes, count, MostVoxels, FileVoxelBytes + FileColourBytes)) return;
@@ -279,7 +273,6 @@ static void ReadVoxels(TextLoad *t, const int *n, const Block &b, const CellAddr
   g->cacheId = ++t->ship->cacheCounter;
   if (n[AtState] != static_cast<int>(StateWhole)) return;  // a damaged block is whole again, and looks different
   g->cache = CacheOfBytes(bytes, static_cast<unsigned>(count));
-  g->cacheDirty = g->cache != nullptr && HasMoreThanOpaque(b);
 }
 
 static void ReadLights(TextLoad *t, const int *n, const CellAddress &a) {
@@ -311,7 +304,7 @@ static void PlaceLine(TextLoad *t, const int *n) {
   PlaceBlockInCells(b, a, t->cells, t->ship);
   ClearGraphic(*t, a);
   if (t->light.open) ReadLights(t, n, a);
-  if (t->cache.open) ReadVoxels(t, n, b, a);
+  if (t->cache.open) ReadVoxels(t, n, a);
 }
 
 enum class TextEnd { Mark, None, Corrupted };
@@ -378,7 +371,7 @@ static void FinishText(Ship *ship, const i64 (&at)[3], bool castLight) {
   ship->summary = BuildShipSummary(ship);
   const u16 centre[3] = {ship->summary->comX, ship->summary->comY, ship->summary->comZ};
   for (int axis = 0; axis < 3; ++axis) ship->position[axis] = MovedBy(at[axis], -UnitsPerBlock, centre[axis]);
-  StatePass(*ship);
+  StatePass(*ship);  // also has voxel lists built again in their time; until then the file's own are drawn
   if (castLight) LightPass(ship);
 }
 
@@ -395,11 +388,6 @@ static int EndText(TextLoad *t, TextEnd end, const i64 (&at)[3]) {
   TellFaults(*t);
   if (end == TextEnd::Corrupted) return LogError("Save file appears corrupted.");
   return LogInfo(end == TextEnd::Mark ? "Successfully loaded file!" : "File may be loaded successfully.");
-}
-
-// One name in a folder, and none of those that a listing hides.
-static bool IsFileName(const std::string &name) {
-  return !name.empty() && name[0] != '.' && name.find('/') == std::string::npos;
 }
 
 int LoadShipText(Ship *ship, const char *name, i64 x, i64 y, i64 z) {
@@ -421,10 +409,17 @@ int LoadShipText(Ship *ship, const char *name, i64 x, i64 y, i64 z) {
   return EndText(&t, end, {x, y, z});
 }
 
+// From now on the ship is saved as a stream file. One that has the name already may be a ship of its own.
+static void KeepNamesake(const std::string &stem) {
+  const std::string kept = KeepBeside(("saves/" + stem + ".sts").c_str(), ".replaced");
+  if (!kept.empty()) LogWarn(("There is a newer form of this ship. It is kept as " + kept).c_str());
+}
+
 int AddShipFromText(ShipTable *table, const char *name, i64 x, i64 y, i64 z) {
   Ship *ship = PrepareShip(table);
   if (ship == nullptr) return 0;
   const int loaded = LoadShipText(ship, name, x, y, z);
+  if (loaded != 0) KeepNamesake(ship->fileStem);
   if (ship->summary != nullptr) {
     const u16 size[3] = {ship->summary->sizeX, ship->summary->sizeY, ship->summary->sizeZ};
     for (int axis = 0; axis < 3; ++axis)

@@ -1,6 +1,7 @@
 // The lines and numbers of a text ship. Local to this folder.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "persistence/gzip_file.h"
@@ -26,3 +27,8 @@ void ReturnLine(LineReader *r, std::string_view line);  // The line given last w
 // of int.
 int ScanNumbers(std::string_view line, int *numbers, int count);
 std::string_view FirstWord(std::string_view *text);  // Takes a word off the front, without the blanks before it.
+
+// One name in a folder, and none of those that a listing hides.
+inline bool IsFileName(const std::string &name) {
+  return !name.empty() && name[0] != '.' && name.find('/') == std::string::npos;
+}

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 
 bool BeginReplacement(FileReplacement *r, const char *path) {
   *r = {};
@@ -46,14 +45,17 @@ static void SyncFolderOf(const std::string &path) {
   close(descriptor);
 }
 
-bool CommitReplacement(FileReplacement *r) {
-  if (r->failed || fsync(r->descriptor) != 0) {
-    AbandonReplacement(r);
-    return false;
-  }
-  const bool closed = close(r->descriptor) == 0;
+bool SettleReplacement(FileReplacement *r) {
+  const bool good = !r->failed && fsync(r->descriptor) == 0;
+  const bool closed = r->descriptor >= 0 && close(r->descriptor) == 0;
   r->descriptor = -1;
-  if (!closed || rename(r->temporary.c_str(), r->path.c_str()) != 0) {
+  if (!good || !closed) AbandonReplacement(r);
+  return good && closed;
+}
+
+bool CommitReplacement(FileReplacement *r) {
+  const bool settled = !r->failed && (r->descriptor < 0 || SettleReplacement(r));
+  if (!settled || rename(r->temporary.c_str(), r->path.c_str()) != 0) {
     AbandonReplacement(r);
     return false;
   }
@@ -73,6 +75,12 @@ bool ReplaceFile(const char *path, const void *bytes, size_t count) {
   if (!BeginReplacement(&r, path)) return false;
   WriteReplacement(&r, bytes, count);
   return CommitReplacement(&r);
+}
+
+bool RemoveFile(const char *path) {
+  if (unlink(path) == 0) SyncFolderOf(path);
+  else if (errno != ENOENT) return false;
+  return true;
 }
 
 // Reads a plain file to its end or to most bytes, whichever comes first.
@@ -111,15 +119,42 @@ static bool IsSameFile(const char *a, const char *b) {
   return lstat(a, &first) == 0 && lstat(b, &second) == 0 && first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
+static bool CopyBytes(int from, FileReplacement *to) {
+  std::vector<u8> piece(1 << 16);
+  for (;;) {
+    const ssize_t got = read(from, piece.data(), piece.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got == 0;
+    if (!WriteReplacement(to, piece.data(), static_cast<size_t>(got))) return false;
+  }
+}
+
+static bool CopyFile(const char *path, const char *name) {
+  const int from = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  FileReplacement to;
+  bool good = from >= 0 && BeginReplacement(&to, name);
+  if (good && !CopyBytes(from, &to)) to.failed = true;
+  good = good && CommitReplacement(&to);
+  if (from >= 0) close(from);
+  return good;
+}
+
+SecondName GiveSecondName(const char *path, const char *name) {
+  if (link(path, name) == 0) {
+    SyncFolderOf(name);
+    return SecondName::Made;
+  }
+  if (errno == EEXIST) return SecondName::Taken;
+  const bool linkless = errno == EPERM || errno == EOPNOTSUPP || errno == EMLINK;
+  return linkless && CopyFile(path, name) ? SecondName::Made : SecondName::Failed;
+}
+
 std::string KeepBeside(const char *path, const char *ending) {
   for (int copy = 1; copy <= 9; ++copy) {
     const std::string name = std::string(path) + ending + (copy == 1 ? "" : std::to_string(copy));
-    if (link(path, name.c_str()) == 0) return name;
-    const int fault = errno;
-    std::error_code ignored;
-    if (fault == EEXIST && IsSameFile(path, name.c_str())) return name;
-    if (fault == EPERM && std::filesystem::copy_file(path, name, ignored)) return name;  // a disk without second names
-    if (fault != EEXIST) break;
+    const SecondName result = GiveSecondName(path, name.c_str());
+    if (result == SecondName::Made || (result == SecondName::Taken && IsSameFile(path, name.c_str()))) return name;
+    if (result == SecondName::Failed) break;
   }
   return {};
 }

@@ -131,7 +131,7 @@ bool VoxelSolid(float fx, float fy, float fz, const Ship &ship) {
                         static_cast<int>((fy - static_cast<float>(y)) * 16.0f), static_cast<int>((fz - static_cast<float>(z)) * 16.0f));
 }
 
-static void WriteTail(const Block &b, unsigned i, ChunkCells *cells) {
+void WriteTail(const Block &b, unsigned i, ChunkCells *cells) {
   static constexpr u8 none[6] = {};
   if (cells->tails == nullptr) {
     if (std::memcmp(b.tail, none, sizeof none) == 0) return;

@@ -40,6 +40,7 @@ inline GraphicBlock *GraphicOf(const ChunkCells &cells, unsigned i) {
   return graphics == nullptr ? nullptr : graphics + i;
 }
 
+void WriteTail(const Block &b, unsigned i, ChunkCells *cells);  // Only the block's last 6 bytes.
 // WriteBlock in cells that the caller has found: head with tempUnstable clear and temp 800, tail, lists.
 void WriteBlockInCells(const Block &b, const CellAddress &a, ChunkCells *cells, Ship *ship);
 // The raw placing in cells that the caller has found: unlists an old occupant, then writes.

@@ -103,10 +103,17 @@ static Child *EnsureChildren(Level *level, std::atomic<Child *> Level::*children
   return found;
 }
 
+SuperChunk *EnsureSupers(unsigned mega, Ship *ship) {
+  return EnsureChildren(&ship->megaChunks.load(std::memory_order_relaxed)[mega], &MegaChunk::children);
+}
+
+Chunk *EnsureChunks(unsigned mega, unsigned super, Ship *ship) {
+  SuperChunk *supers = EnsureSupers(mega, ship);
+  return supers == nullptr ? nullptr : EnsureChildren(&supers[super], &SuperChunk::children);
+}
+
 ChunkCells *EnsureChunk(unsigned mega, unsigned super, unsigned chunk, Ship *ship) {
-  MegaChunk *megas = ship->megaChunks.load(std::memory_order_relaxed);
-  SuperChunk *supers = EnsureChildren(&megas[mega], &MegaChunk::children);
-  Chunk *chunks = supers == nullptr ? nullptr : EnsureChildren(&supers[super], &SuperChunk::children);
+  Chunk *chunks = EnsureChunks(mega, super, ship);
   ChunkCells *cells = nullptr;
   if (chunks != nullptr) {
     cells = chunks[chunk].cells.load(std::memory_order_relaxed);

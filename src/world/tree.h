@@ -39,6 +39,7 @@ struct Chunk {
   std::atomic<ChunkCells *> cells{nullptr};
   u16 checks[ListKinds] = {};  // work-list counters: only the low 10 bits count, the others are kept
   u16 originX = 0, originY = 0, originZ = 0;
+  i16 slot = -1;               // its slot in the ship's directory files, or -1 while it has none
   HeatEntry *heatShadow = nullptr;
 };
 
@@ -98,6 +99,9 @@ void PublishShip(ShipTable *table);
 Ship *AppendShip(ShipTable *table);       // Both: an empty ship at the end of the table.
 void FreeShip(Ship *ship);                // Frees the tree and all that hangs on it; the record stays. World mutex.
 void ClearShipCaches(Ship *ship);         // Frees the voxel lists of every cell. World mutex.
+// The entries under a level, made at need; null without memory. World mutex.
+SuperChunk *EnsureSupers(unsigned mega, Ship *ship);
+Chunk *EnsureChunks(unsigned mega, unsigned super, Ship *ship);
 // The cells of a chunk entry, made at need; null (and "Could not allocate block" logged) without memory. World mutex.
 ChunkCells *EnsureChunk(unsigned mega, unsigned super, unsigned chunk, Ship *ship);
 GraphicBlock *EnsureGraphics(ChunkCells *cells, const Chunk &chunk);  // The chunk's records, made at need. World mutex.

@@ -1,0 +1,53 @@
+// The daily backups of stream files.
+#include "persistence/backup.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <ctime>
+
+#include "core/log.h"
+#include "platform/files.h"
+#include "platform/folders.h"
+
+constexpr std::string_view StreamEnding = ".sts", BackupEnding = ".bak", DateForm = "dddd-dd-dd";
+
+std::string LocalDate() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  char text[32];
+  localtime_r(&now, &local);
+  return {text, std::strftime(text, sizeof text, "%Y-%m-%d", &local)};
+}
+
+static bool IsDate(std::string_view text) {
+  return std::equal(text.begin(), text.end(), DateForm.begin(), DateForm.end(),
+                    [](char c, char form) { return form == 'd' ? c >= '0' && c <= '9' : c == form; });
+}
+
+// Whether a name is a backup of this stem, and not of one that only begins like it.
+static bool IsBackupOf(std::string_view name, std::string_view stem) {
+  return name.size() == stem.size() + DateForm.size() + BackupEnding.size() && name.starts_with(stem) &&
+         name.ends_with(BackupEnding) && IsDate(name.substr(stem.size(), DateForm.size()));
+}
+
+// The names are sorted, and so by age. The one that was just made stays even where the clock went back.
+static void RemoveOldBackups(const std::string &folder, const std::string &stem, const std::string &made) {
+  const int descriptor = OpenFolderHere(folder.c_str());
+  if (descriptor < 0) return;
+  std::vector<std::string> names = FolderEntries(descriptor);
+  close(descriptor);
+  std::erase_if(names, [&](const std::string &name) { return name == made || !IsBackupOf(name, stem); });
+  for (size_t i = 0; i + MostBackups <= names.size(); ++i) RemoveFile((folder + names[i]).c_str());
+}
+
+void KeepBackup(const std::string &path, const std::string &date) {
+  if (!path.ends_with(StreamEnding) || access(path.c_str(), F_OK) != 0) return;
+  const size_t slash = path.rfind('/') + 1;  // 0 without a folder
+  const std::string folder = path.substr(0, slash);
+  const std::string stem = path.substr(slash, path.size() - slash - StreamEnding.size());
+  const std::string name = stem + date + std::string(BackupEnding);
+  const SecondName made = GiveSecondName(path.c_str(), (folder + name).c_str());
+  if (made == SecondName::Failed) LogWarn((folder + name + " can't be written. The ship is saved without a backup.").c_str());
+  if (made == SecondName::Made) RemoveOldBackups(folder.empty() ? "./" : folder, stem, name);
+}

@@ -1,0 +1,40 @@
+// A ship as a folder, saves/<fileStem>/, in which one changed block costs one write of 14 bytes (all little-endian):
+//   info.sis             u16 version 1, i64 position x, y, z, i32 velocity x, y, z
+//   <mega>/<super>.sss   slots of 14,002 bytes in the order in which they were stored; a later one of a chunk counts:
+//     u16 chunk, 1000 blocks: u8 state | rotation << 2 | rotation2 << 5 | tempUnstable << 7, u8 second,
+//     u16 material row, u16 component row, u16 temp, 6 bytes tail
+//
+// What a kill leaves: a save makes a folder of its own and exchanges the names. An update writes within one page of the
+// file, or notes in the file .update what it is about to write. A new slot counts once its last byte stands. The next load,
+// save or update ends or cuts off what was begun.
+#pragma once
+
+#include <string>
+
+#include "world/tree.h"
+
+// Whether a text can be the name of a ship's files: one path component, not hidden, without control characters.
+bool IsShipStem(const std::string &name);
+
+// Saves and updates of all ships go one after the other. They take the world mutex for their copy of the blocks only; the
+// caller must not hold it.
+//
+// The whole ship. Gives every chunk with blocks in memory its slot; one that has only a slot is carried over from the old
+// folder. 1, or 0 and the old folder as it was: for the fileStem "NULL" nothing is done, all else is logged.
+int SaveShipDirectory(Ship *ship);
+// Stores one block, state 0 for a removed one, in the ship's files and not in memory. 1, or 0 (logged), and then the block
+// in the files is the old one.
+int SaveBlockUpdate(const Block &b, u16 x, u16 y, u16 z, Ship *ship);
+
+// Reads saves/<name> into an empty ship: only the slots, or the blocks as well, finished unless leaveUnfinished is set. What
+// can't be read is warned of and left out. 1, or 0 (logged) when there is no such folder. World mutex, or a ship that no
+// other thread sees; not while the same folder is saved.
+int LoadShipDirectory(Ship *ship, const char *name, bool blocksToo, bool leaveUnfinished);
+int AddShipFromDirectory(ShipTable *table, const char *name, i64 x, i64 y, i64 z);  // World mutex held. 1 or 0.
+
+// Between saves/<name>.sts and saves/<name>/, whichever is there. The source stays. 1, or 0 and the target as it was.
+int ConvertStreamToDirectory(const char *name);
+int ConvertDirectoryToStream(const char *name);
+// Fills an emptied table with all ships of saves/: folders with their slots only, stream files converted to folders first
+// and with their blocks. Before other threads look at the table; the world mutex must not be held.
+void LoadAllShips(ShipTable *table);

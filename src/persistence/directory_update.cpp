@@ -1,0 +1,180 @@
+// One block into a ship's files. A kill at any moment leaves the old block or the new one: bytes within one page reach the
+// file at once; a record across two pages is noted in a file of its own first, which the next opening of the ship carries
+// out; and a slot begins to count with its last byte, behind a sync of all others.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "core/log.h"
+#include "persistence/cursor.h"
+#include "persistence/directory_slots.h"
+#include "persistence/directory_store.h"
+#include "platform/folders.h"
+#include "world/cells.h"
+
+constexpr u16 LowestUpdate = 2, HighestUpdate = 9998;
+constexpr i64 PageBytes = 4096;  // what every system writes at once
+// The note of an update across two pages: u16 mega, super, slot, block, and the record. Gone once the record is written.
+constexpr const char *NoteName = ".update";
+constexpr size_t NoteBytes = 8 + RecordBytes;
+
+// One update on its way. Descriptors are -1 while they aren't open.
+struct BlockUpdate {
+  CellAddress at{};
+  u8 record[RecordBytes] = {};
+  Ship *ship = nullptr;
+  std::string path, name;  // of the ship's folder, and of the file in its mega's folder
+  int slot = -1;
+  bool inMemory = false;   // the chunk has blocks in memory
+  int shipFolder = -1, megaFolder = -1, file = -1;
+};
+
+static i64 RecordOffset(int slot, unsigned block) { return SlotOffset(slot) + 2 + static_cast<i64>(block * RecordBytes); }
+
+// Carries out a note, unless it names a record that isn't there.
+static void CarryOut(int shipFolder, const u8 *note) {
+  Reader r{note, NoteBytes};
+  const unsigned mega = TakeU16(&r), super = TakeU16(&r), slot = TakeU16(&r), block = TakeU16(&r);
+  const int folder = OpenFolder(shipFolder, std::to_string(mega).c_str());
+  const int file = folder < 0 ? -1 : OpenFile(folder, SuperName(super).c_str(), FileUse::Change);
+  if (file >= 0 && block < CellsPerChunk && FileLength(file) >= SlotOffset(static_cast<int>(slot) + 1))
+    WriteAt(file, RecordOffset(static_cast<int>(slot), block), r.bytes, RecordBytes);
+  if (file >= 0) close(file);
+  if (folder >= 0) close(folder);
+}
+
+void SettleUpdate(int shipFolder) {
+  const int file = OpenFile(shipFolder, NoteName, FileUse::Read);
+  if (file < 0) return;
+  u8 note[NoteBytes];
+  if (ReadAt(file, 0, note, NoteBytes) == NoteBytes) CarryOut(shipFolder, note);
+  close(file);
+  unlinkat(shipFolder, NoteName, 0);
+}
+
+// Finds the chunk's entry, with the levels above it, and where the ship's files are.
+static bool FindEntry(BlockUpdate *u) {
+  ScopedLock world(&WorldMutex);
+  if (u->ship->megaChunks.load() == nullptr && !AllocShipTable(u->ship)) return LogError("Could not allocate block") != 0;
+  const Chunk *chunks = EnsureChunks(u->at.mega, u->at.super, u->ship);
+  if (chunks == nullptr) return LogError("Could not allocate block") != 0;
+  u->slot = chunks[u->at.chunk].slot;
+  u->inMemory = chunks[u->at.chunk].cells.load() != nullptr;
+  u->path = ShipFolder(u->ship->fileStem);
+  u->name = SuperName(u->at.super);
+  return IsShipStem(u->ship->fileStem) && u->ship->fileStem != "NULL";
+}
+
+static bool OpenMegaFolder(BlockUpdate *u) {
+  SettleFolder(u->path.c_str());
+  u->shipFolder = OpenFolder(AT_FDCWD, u->path.c_str());
+  if (u->shipFolder < 0) return LogError("Can't find ship directory to save block update to") != 0;
+  SettleUpdate(u->shipFolder);
+  const std::string mega = std::to_string(u->at.mega);
+  const bool made = mkdirat(u->shipFolder, mega.c_str(), 0777) == 0;
+  u->megaFolder = OpenFolder(u->shipFolder, mega.c_str());
+  if (made) fsync(u->shipFolder);
+  return true;
+}
+
+static bool OpenSuper(BlockUpdate *u, FileUse use) {
+  u->file = u->megaFolder < 0 ? -1 : OpenFile(u->megaFolder, u->name.c_str(), use);
+  return u->file >= 0 || LogError("Coult not open superchunk file to save block update") != 0;
+}
+
+static bool SlotIsTheChunks(const BlockUpdate &u, int slot) {
+  u8 index[2];
+  return FileLength(u.file) >= SlotOffset(slot + 1) && ReadAt(u.file, SlotOffset(slot), index, 2) == 2 &&
+         (index[0] | index[1] << 8) == u.at.chunk;
+}
+
+// The slot that a load would take for the chunk's, or -1.
+static int FindSlot(const BlockUpdate &u) {
+  int slot = static_cast<int>(std::min<i64>(FileLength(u.file) / static_cast<i64>(SlotBytes), MaxSlots)) - 1;
+  while (slot >= 0 && !SlotIsTheChunks(u, slot)) --slot;
+  return slot;
+}
+
+static void PackChunkNow(const BlockUpdate &u, u8 *slot) {
+  ScopedLock world(&WorldMutex);
+  PackSlot(FindCells(u.at, *u.ship), u.at.chunk, slot);
+}
+
+static void KeepSlot(const BlockUpdate &u) {
+  ScopedLock world(&WorldMutex);
+  FindChunk(u.at, *u.ship)->slot = static_cast<i16>(u.slot);
+}
+
+// Appends the chunk as it is in memory, with the new block in it. What an append that was cut off left is overwritten.
+static bool AppendSlot(BlockUpdate *u) {
+  u8 slot[SlotBytes];
+  PackChunkNow(*u, slot);
+  std::copy(std::begin(u->record), std::end(u->record), slot + 2 + u->at.block * RecordBytes);
+  const i64 length = FileLength(u->file);
+  if (length < 0 || length >= SlotOffset(MaxSlots)) return false;
+  u->slot = static_cast<int>(length / static_cast<i64>(SlotBytes));
+  const i64 offset = SlotOffset(u->slot);
+  if (length != offset) LogWarn((u->path + "/" + std::to_string(u->at.mega) + "/" + u->name + " ended within a chunk").c_str());
+  bool good = ftruncate(u->file, offset) == 0 && WriteAt(u->file, offset, slot, SlotBytes - 1) && fdatasync(u->file) == 0;
+  good = good && WriteAt(u->file, offset + static_cast<i64>(SlotBytes) - 1, slot + SlotBytes - 1, 1) && fsync(u->file) == 0;
+  if (!good) {
+    if (ftruncate(u->file, offset) != 0) LogWarn("A chunk that could not be stored whole stays at the end of its file");
+    return false;
+  }
+  fsync(u->megaFolder);
+  KeepSlot(*u);
+  return true;
+}
+
+static bool WriteAcrossPages(const BlockUpdate &u, i64 offset) {
+  std::vector<u8> note;
+  for (const int v : {int{u.at.mega}, int{u.at.super}, u.slot, int{u.at.block}}) PutU16(&note, static_cast<u16>(v));
+  PutBytes(&note, u.record, RecordBytes);
+  const int file = OpenFile(u.shipFolder, NoteName, FileUse::MakeNew);
+  if (file < 0) return false;
+  const bool noted = WriteAt(file, 0, note.data(), NoteBytes);
+  close(file);
+  if (noted && !WriteAt(u.file, offset, u.record, RecordBytes)) return false;  // the note stays, for a better day
+  unlinkat(u.shipFolder, NoteName, 0);
+  return noted;
+}
+
+static bool WriteRecord(const BlockUpdate &u) {
+  const i64 offset = RecordOffset(u.slot, u.at.block);
+  const bool onePage = offset % PageBytes <= PageBytes - static_cast<i64>(RecordBytes);
+  return onePage ? WriteAt(u.file, offset, u.record, RecordBytes) : WriteAcrossPages(u, offset);
+}
+
+// A chunk whose slot is not where it was, because another save replaced the files, or that is known from its file only, may
+// have one all the same: a new one without its blocks would hide them.
+static void CheckSlot(BlockUpdate *u) {
+  if (u->slot >= 0 ? SlotIsTheChunks(*u, u->slot) : u->inMemory) return;
+  u->slot = FindSlot(*u);
+  if (u->slot >= 0) KeepSlot(*u);
+}
+
+static bool StoreRecord(BlockUpdate *u) {
+  if (!OpenSuper(u, u->slot < 0 ? FileUse::ChangeOrMake : FileUse::Change)) return false;
+  CheckSlot(u);
+  const bool stored = u->slot >= 0 ? WriteRecord(*u) : AppendSlot(u);
+  if (!stored) LogError(("Could not write " + u->path + "/" + std::to_string(u->at.mega) + "/" + u->name + ". The old block stays.").c_str());
+  return stored;
+}
+
+int SaveBlockUpdate(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
+  for (const u16 c : {x, y, z})
+    if (c < LowestUpdate || c > HighestUpdate) return LogError("Massively out of bounds block update sent. Ignoring.");
+  ScopedLock store(&StoreMutex);
+  BlockUpdate u;
+  u.at = AddressOf(x, y, z);
+  u.ship = ship;
+  PackRecord(HeadOf(b), b.tail, u.record);
+  if (!FindEntry(&u)) return LogError("Can't find ship directory to save block update to");
+  const bool stored = OpenMegaFolder(&u) && StoreRecord(&u);
+  if (u.file >= 0) close(u.file);
+  if (u.megaFolder >= 0) close(u.megaFolder);
+  if (u.shipFolder >= 0) close(u.shipFolder);
+  return stored;
+}
