@@ -84,22 +84,28 @@ static bool UnpackGzip(GzipReader *g, ShipUnpacker *u) {
   return EndUnpack(u, content.get(), have);
 }
 
-int LoadShipStream(Ship *ship, const char *path, bool finish) {
+int ReadShipStream(Ship *ship, const char *path, bool *whole) {
   GzipReader g;
   bool opened;
+  *whole = false;
   if (!OpenGzip(&g, path, &opened)) {
     if (opened) LogError((std::string(path) + " is not a ship file").c_str());
-    KeepDamagedFile(path);
     return 0;
   }
   ship->fileStem = StemOf(path);
   ShipUnpacker u = BeginUnpack(ship, path);
-  const bool whole = UnpackGzip(&g, &u);
+  *whole = UnpackGzip(&g, &u) && !g.damaged;
   if (g.damaged) LogWarn((std::string("Ship file ") + path + " is damaged. All that could be read was loaded.").c_str());
   CloseGzip(&g);
-  if (!whole || g.damaged) KeepDamagedFile(path);
-  if (finish) FinishShip(ship);
   return 1;
+}
+
+int LoadShipStream(Ship *ship, const char *path, bool finish) {
+  bool whole;
+  const int read = ReadShipStream(ship, path, &whole);
+  if (!whole) KeepDamagedFile(path);
+  if (read != 0 && finish) FinishShip(ship);
+  return read;
 }
 
 int LoadShipByName(Ship *ship, const char *name) {

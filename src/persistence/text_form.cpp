@@ -211,7 +211,7 @@ static u16 ComponentOfLine(TextLoad *t, const int *n) {
 static Block BlockOfLine(TextLoad *t, const int *n) {
   Block b;
   b.state = StateWhole;
-  b.rotation = static_cast<unsigned>(t->currentRotations ? n[AtRotation] : n[AtRotation] + 1) & 7u;
+  b.rotation = (static_cast<unsigned>(n[AtRotation]) + (t->currentRotations ? 0u : 1u)) & 7u;
   b.rotation2 = static_cast<unsigned>(n[AtRotation2]) & 3u;
   b.material = MaterialOfLine(t, n);
   b.component = ComponentOfLine(t, n);
@@ -307,7 +307,7 @@ static void PlaceLine(TextLoad *t, const int *n) {
   if (t->cache.open) ReadVoxels(t, n, a);
 }
 
-enum class TextEnd { Mark, None, Corrupted };
+enum class TextEnd { Mark, None, Corrupted, OutOfMemory };
 
 // A line that a fault of the stream has cut may end in the middle of a number.
 static bool IsCut(const TextLoad &t) { return t.lines.midLine && t.lines.gzip.damaged && t.lines.at == t.lines.have; }
@@ -327,7 +327,7 @@ static TextEnd ReadBlockLines(TextLoad *t) {
     if (t->ignoreRotation2) n[AtRotation2] = 0;
     PlaceLine(t, n);
   }
-  return t->outOfMemory ? TextEnd::Corrupted : TextEnd::None;
+  return t->outOfMemory ? TextEnd::OutOfMemory : TextEnd::None;
 }
 
 // Opens what the sections promised, and tells what will take time without it.
@@ -382,10 +382,12 @@ static void TellFaults(const TextLoad &t) {
 }
 
 static int EndText(TextLoad *t, TextEnd end, const i64 (&at)[3]) {
+  const bool failed = end == TextEnd::Corrupted || end == TextEnd::OutOfMemory;
   const bool lit = SettleCompanions(t, end);
   CloseGzip(&t->lines.gzip);
-  FinishText(t->ship, at, !lit && end != TextEnd::Corrupted);
+  FinishText(t->ship, at, !lit && !failed);
   TellFaults(*t);
+  if (end == TextEnd::OutOfMemory) return 0;
   if (end == TextEnd::Corrupted) return LogError("Save file appears corrupted.");
   return LogInfo(end == TextEnd::Mark ? "Successfully loaded file!" : "File may be loaded successfully.");
 }

@@ -1,0 +1,83 @@
+// Every target runs in an installation of its own, in memory where the system has a folder for that, with a silent log.
+#include "fuzz/fuzz.h"
+
+#include <stdlib.h>
+#include <unistd.h>
+#include <zlib.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "content/components.h"
+#include "content/materials.h"
+
+namespace fs = std::filesystem;
+
+static fs::path Installation;
+
+static void MakeInstallation() {
+  const fs::path memory = "/dev/shm";
+  std::string pattern = ((fs::exists(memory) ? memory : fs::temp_directory_path()) / "tarnvale-fuzz-XXXXXX").string();
+  Demand(mkdtemp(pattern.data()) != nullptr, "a folder can be made");
+  Installation = pattern;
+  std::atexit([] {
+    std::error_code ignored;
+    fs::remove_all(Installation, ignored);
+  });
+  for (const char *folder : {"saves", "cache", "config/text", "config/language", "config/graphics/components"})
+    fs::create_directories(Installation / folder);
+  for (const char *file : {"config/text/materials", "config/text/components", "config/language/english"})
+    fs::copy(fs::path(TARNVALE_ROOT) / file, Installation / file);
+  for (const auto &entry : fs::directory_iterator(fs::path(TARNVALE_ROOT) / "config/graphics/components"))
+    fs::create_symlink(entry.path(), Installation / "config/graphics/components" / entry.path().filename());
+  fs::create_symlink("/dev/null", Installation / "errors.txt");
+}
+
+// The words of the command line are from where the program was started.
+static void MakeAbsolute(int argc, char **argv) {
+  static std::vector<std::string> kept(static_cast<size_t>(argc));
+  for (int i = 1; i < argc; ++i) {
+    if (argv[i][0] == '-') continue;
+    kept[static_cast<size_t>(i)] = fs::absolute(argv[i]).string();
+    argv[i] = kept[static_cast<size_t>(i)].data();
+  }
+}
+
+int LLVMFuzzerInitialize(int *argc, char ***argv) {
+  MakeAbsolute(*argc, *argv);
+  MakeInstallation();
+  fs::current_path(Installation);
+  Demand(std::freopen("/dev/null", "w", stdout) != nullptr, "the log can be silenced");
+  PrepareTarget();
+  return 0;
+}
+
+int LLVMFuzzerTestOneInput(const u8 *bytes, size_t size) {
+  FuzzOne({bytes, size});
+  return 0;
+}
+
+void LoadGameTables() {
+  Demand(LoadMaterials() != 0 && LoadComponents() != 0, "the game's tables load");
+}
+
+void WriteInput(const char *path, Bytes bytes) {
+  std::FILE *file = std::fopen(path, "wb");
+  Demand(file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size(), path);
+  std::fclose(file);
+}
+
+void WriteGzipInput(const char *path, Bytes bytes) {
+  gzFile file = gzopen(path, "wb0");
+  Demand(file != nullptr, path);
+  if (!bytes.empty()) gzwrite(file, bytes.data(), static_cast<unsigned>(bytes.size()));
+  gzclose(file);
+}
+
+void Demand(bool truth, const char *what) {
+  if (truth) return;
+  std::fprintf(stderr, "Demanded: %s\n", what);
+  std::abort();
+}

@@ -1,0 +1,128 @@
+// Makes the inputs that fuzzing begins with, a folder for each target, by the game's own writers and from its own content.
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "content/components.h"
+#include "content/materials.h"
+#include "content/options.h"
+#include "core/log.h"
+#include "fuzz/fuzz.h"
+#include "persistence/gzip_file.h"
+#include "persistence/stream.h"
+#include "persistence/text_form.h"
+#include "platform/threads.h"
+#include "render/image.h"
+#include "world/access.h"
+#include "world/light.h"
+
+namespace fs = std::filesystem;
+
+static fs::path Seeds;
+
+void PrepareTarget() { LoadGameTables(); }
+void FuzzOne(Bytes) {}
+
+static std::string ReadAll(const fs::path &path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+static void PutSeed(const char *target, const std::string &name, const std::string &bytes) {
+  fs::create_directories(Seeds / target);
+  std::ofstream(Seeds / target / name, std::ios::binary) << bytes;
+}
+
+static std::string Unpacked(const char *path) {
+  GzipReader g;
+  std::string out(1 << 16, '\0');
+  Demand(OpenGzipOrPlain(&g, path), path);
+  out.resize(ReadGzip(&g, reinterpret_cast<u8 *>(out.data()), out.size()));
+  CloseGzip(&g);
+  return out;
+}
+
+static std::string FirstLines(const std::string &text, int count) {
+  size_t end = 0;
+  while (count-- > 0 && end != std::string::npos) end = text.find('\n', end + 1);
+  return text.substr(0, end);
+}
+
+// One block of each shape and stuff, with a lamp among them.
+static void BuildShip(Ship *ship) {
+  InitShip(ship, 0);
+  Demand(AllocShipTable(ship), "memory for a ship");
+  for (u16 i = 0; i < 40; ++i) {
+    Block b;
+    b.state = StateWhole;
+    b.rotation = (1u + i % 6u) & 7u;
+    b.rotation2 = i & 3u;
+    b.material = static_cast<u16>(1 + i % (MaterialCount - 1));
+    b.component = static_cast<u16>(i == 7 ? FindComponent(1000) : 1 + i * 10 % (ComponentCount - 1));
+    PlaceBlockFast(b, static_cast<u16>(4990 + i), 5000, static_cast<u16>(5000 + i % 3), ship);
+  }
+  LightPass(ship);
+}
+
+static std::string U16(size_t v) { return {static_cast<char>(v), static_cast<char>(v >> 8)}; }
+
+static void PutShips() {
+  Ship ship;
+  BuildShip(&ship);
+  std::vector<u8> packed;
+  {
+    ScopedLock world(&WorldMutex);
+    PackShip(ship, &packed);
+  }
+  PutSeed("ship_stream", "content", '\0' + std::string(packed.begin(), packed.end()));
+  Demand(SaveShipStream(&ship, "saves/a.sts") == 1 && SaveShipText(ship, "a", false, true, true) == 1, "the ship is saved");
+  PutSeed("ship_stream", "file", '\1' + ReadAll("saves/a.sts"));
+  const std::string light = Unpacked("cache/Default.slf"), voxels = Unpacked("cache/Default.scf");
+  PutSeed("ship_text", "lit", U16(light.size()) + U16(voxels.size()) + light + voxels + Unpacked("saves/a.ssf"));
+  for (const auto &entry : fs::directory_iterator(fs::path(TARNVALE_ROOT) / "tests/persistence/ships"))
+    PutSeed("ship_text", entry.path().stem(), std::string(4, '\0') + ReadAll(entry.path()));
+  FreeShip(&ship);
+}
+
+static void PutContent() {
+  const fs::path root = TARNVALE_ROOT;
+  const std::string materials = ReadAll(root / "config/text/materials"), grids = (root / "config/graphics/components").string();
+  PutSeed("materials", "few", FirstLines(materials, 20));
+  PutSeed("materials", "all", materials);
+  PutSeed("components", "few", FirstLines(ReadAll(root / "config/text/components"), 30));
+  for (const auto &entry : fs::directory_iterator(root / "config/language"))
+    if (entry.is_regular_file()) PutSeed("language", entry.path().filename(), ReadAll(entry.path()));
+  int count = 0;
+  for (const auto &entry : fs::directory_iterator(grids)) {
+    if (entry.path().extension() != ".3mp" || ++count > 5) continue;
+    const std::string grid = ReadAll(entry.path());
+    PutSeed("grid_3mp", entry.path().filename(), grid);
+    PutSeed("grid_sbf", entry.path().stem(), std::string("\0\1", 2) + grid.substr(32));
+  }
+  LoadOptions();
+  PutSeed("options", "defaults", ReadAll("config/text/options"));
+}
+
+static void PutPictures() {
+  u8 pixels[16 * 16 * 3];
+  for (unsigned i = 0; i < sizeof pixels; ++i) pixels[i] = static_cast<u8>(i * 7);
+  Demand(WritePng("input.png", pixels, 16, 16), "the picture is written");
+  PutSeed("png", "16", ReadAll("input.png"));
+  for (const int bytes : {3, 4})
+    PutSeed("tga", std::to_string(bytes),
+            std::string("\0\0\2\0\0\0\0\0\0\0\0\0\x10\0\x10\0", 16) + static_cast<char>(8 * bytes) + '\0' + std::string(256u * static_cast<unsigned>(bytes), 'x'));
+}
+
+int main(int argc, char **argv) {
+  if (argc != 2) return 1;
+  Seeds = fs::absolute(argv[1]);
+  fs::remove_all(Seeds);
+  LLVMFuzzerInitialize(&argc, &argv);
+  PutShips();
+  PutContent();
+  PutPictures();
+  return 0;
+}

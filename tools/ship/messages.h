@@ -1,0 +1,14 @@
+// What the game's loaders print while they read a ship, taken in so that the tool can say it in its own way.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct Message {
+  std::string text;
+  bool fault = false;  // the ship isn't whole, or isn't what was written
+};
+
+bool SetUpMessages();                   // Once, first of all: results keep standard output to themselves from here on.
+void PrintResult(const char *format, ...) __attribute__((format(printf, 1, 2)));  // To standard output.
+std::vector<Message> TakeMessages();    // All warnings and errors since the last call.
