@@ -6,12 +6,12 @@
 #include "content/components.h"
 #include "content/materials.h"
 
-std::vector<Category> MaterialCategories = {{"debug", {}}, {"Common", {}}}, ComponentCategories = MaterialCategories;
+std::vector<Category> MaterialCategories = {{"debug", {}, false}, {"Common", {}, false}}, ComponentCategories = MaterialCategories;
 
 // Adds a category unless the tag is empty or has one.
 static void AddCategory(std::vector<Category> *categories, const std::string &tag) {
   const auto named = [&tag](const Category &c) { return c.name == tag; };
-  if (!tag.empty() && std::none_of(categories->begin(), categories->end(), named)) categories->push_back({tag, {}});
+  if (!tag.empty() && std::none_of(categories->begin(), categories->end(), named)) categories->push_back({tag, {}, false});
 }
 
 // Puts a row into the category with this name, if there is one.
@@ -28,7 +28,7 @@ static void SortRows(std::vector<Category> *categories, const std::vector<Row> &
 }
 
 void SortMaterials() {
-  std::vector<Category> made = {{"debug", {}}, {"Common", {}}};
+  std::vector<Category> made = {{"debug", {}, false}, {"Common", {}, false}};
   for (size_t row = 1; Materials[row].id != 0; ++row) AddCategory(&made, Materials[row].tags[0]);
   for (size_t row = 1; Materials[row].id != 0; ++row)
     for (const std::string &tag : Materials[row].tags) AddRow(&made, tag, row);
@@ -37,7 +37,7 @@ void SortMaterials() {
 }
 
 void SortComponents() {
-  std::vector<Category> made = {{"debug", {}}, {"Common", {}}};
+  std::vector<Category> made = {{"debug", {}, false}, {"Common", {}, false}};
   for (size_t row = 1; Components[row].id != 0; ++row) AddCategory(&made, Components[row].primaryTag);
   for (size_t row = 1; Components[row].id != 0; ++row) {
     if (Components[row].familyOffset != 0) continue;
@@ -46,4 +46,9 @@ void SortComponents() {
   }
   SortRows(&made, Components);
   ComponentCategories = std::move(made);
+}
+
+void SortByNewNames() {
+  SortRows(&MaterialCategories, Materials);
+  SortRows(&ComponentCategories, Components);
 }

@@ -1,4 +1,5 @@
-// The block selectors' categories: lists of rows by tag, sorted by display name. Built once, after the language file.
+// The block selectors' categories: lists of rows by tag, sorted by display name. Built after the language
+// file, and sorted anew when the language changes.
 #pragma once
 
 #include <string>
@@ -9,9 +10,12 @@
 struct Category {
   std::string name;
   std::vector<u16> rows;
+  bool open = false;  // the selector shows its rows
 };
 
-extern std::vector<Category> MaterialCategories, ComponentCategories;  // "debug" and "Common" always stand first
+// "debug" and "Common" always stand first. Main thread.
+extern std::vector<Category> MaterialCategories, ComponentCategories;
 
 void SortMaterials();
 void SortComponents();
+void SortByNewNames();  // Both, when rows have got other names: what is open stays open.

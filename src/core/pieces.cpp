@@ -15,6 +15,7 @@
 #include "gl/init.h"
 #include "gl/link.h"
 #include "gui/mode.h"
+#include "gui/paint.h"
 #include "net/session.h"
 #include "persistence/stream.h"
 #include "platform/threads.h"
@@ -53,7 +54,9 @@ void RenderPiece(double *timer) {
     ResizeViewport(Options.ScreenWidth, Options.ScreenHeight);
     ResizePending = false;
   }
-  DrawFrame(ReadPlayer(), TheVoxelList);
+  const Player player = ReadPlayer();
+  DrawFrame(player, TheVoxelList);
+  DrawOverlay(player);
   LogIfSlow("Render:", start);
   *timer = ClockNow() + RenderDelay;
 }

@@ -16,6 +16,7 @@
 #include "gameplay/input.h"
 #include "gl/init.h"
 #include "gui/mode.h"
+#include "gui/paint.h"
 #include "gui/tutorial.h"
 #include "net/session.h"
 #include "persistence/stream.h"

@@ -7,10 +7,13 @@
 #include "gameplay/motion.h"
 #include "gameplay/tools.h"
 #include "gui/mode.h"
+#include "gui/screens.h"
 #include "gui/tutorial.h"
 #include "net/session.h"
 #include "persistence/stream.h"
 #include "platform/window.h"
+
+constexpr int PageLines = 18, MaterialsSelector = 2;
 
 std::atomic<bool> QuitRequested{false};
 
@@ -34,7 +37,7 @@ static void ReleaseKey(int key) {
 static void BlockSelectKey() {
   if (!TutorialAdvances(WaitEscOrQ)) TutorialAdvances(WaitQ);
   if (KeyIsDown(KeyLeftShift) && KeyIsDown(KeyLeftControl)) RequestQuit();
-  ToggleMenu();
+  if (ToggleMenu() == 1) LastSelector == MaterialsSelector ? BuildMaterialSelector(0) : BuildComponentSelector(0);
 }
 
 // A tutorial that waits for the key has it for itself.
@@ -57,6 +60,17 @@ static void ToolKey(int number) {
   if (number == 2 || number == 5) TutorialAdvances(WaitKey2or5);
 }
 
+// Lines by which a key scrolls the open list; 0 for any other key.
+static int LinesOfKey(int key) {
+  switch (key) {
+    case KeyUp: return -1;
+    case KeyDown: return 1;
+    case KeyPageUp: return -PageLines;
+    case KeyPageDown: return PageLines;
+    default: return 0;
+  }
+}
+
 static void PressKey(int key) {
   const Controls &c = Options.controls;
   if (key == c.use)
@@ -69,7 +83,9 @@ static void PressKey(int key) {
     MoveKeyPress();
   else if (key >= '1' && key <= '5')
     ToolKey(key - '0');
-  else if (key == KeyTab) {
+  else if (LinesOfKey(key) != 0) {
+    if (uiMode == 1) ScrollScreen(LinesOfKey(key));
+  } else if (key == KeyTab) {
     if (Online) ShowPlayerList();
   } else if (key == KeyEsc)
     EscKey();
@@ -82,13 +98,20 @@ void OnKey(int key, int action) {
     ReleaseKey(key);
   else if (uiMode == 2)
     ChatKey(key);
-  else
+  else if (uiMode != 1 || !ScreenKey(key))
     PressKey(key);
+}
+
+void OnCharacter(int character, int action) {
+  if (uiMode != 1)
+    ChatChar(character, action);
+  else if (action == 1)
+    ScreenChar(character);
 }
 
 void InstallInputCallbacks() {
   SetKeyCallback(OnKey);
-  SetCharCallback(ChatChar);
+  SetCharCallback(OnCharacter);
   SetMouseButtonCallback(OnMouseButton);
   SetMousePositionCallback(OnMousePosition);
   SetMouseWheelCallback(OnMouseWheel);

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <atomic>
+#include <string>
 
 #include "gameplay/player.h"
 
 extern std::atomic<bool> QuitRequested;   // the stop flag of every thread loop; written by the main thread
 extern std::atomic<double> nextToolTime;  // earliest time of the next held-button action; both input roads write it
+extern std::string BackupName;            // file name of the ship's backup, worked out when the menu is left for good; main thread
 
 int RequestQuit();                              // The window-close callback: sets QuitRequested; 0.
 void InstallInputCallbacks();
@@ -15,6 +17,7 @@ void HeldInputStep(Player *p);                  // p: the piece's working copy; 
 
 // The callbacks, so that tests can call them. Actions are 1 for a press, 0 for a release.
 void OnKey(int key, int action);
+void OnCharacter(int character, int action);    // Latin-1 and beyond; while typing chat or a ship's name.
 void OnMouseButton(int button, int action);
 void OnMousePosition(int x, int y);             // Window coordinates.
 void OnMouseWheel(int position);                // Notches since the position was last put back to 0.

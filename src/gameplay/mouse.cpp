@@ -2,24 +2,52 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <ctime>
 
 #include "content/options.h"
 #include "core/utils.h"
 #include "gameplay/input.h"
 #include "gameplay/motion.h"
 #include "gameplay/tools.h"
+#include "gui/elements.h"
+#include "gui/screens.h"
+#include "platform/threads.h"
 #include "platform/window.h"
 
 constexpr double MenuClickPause = 60.0;
 constexpr float RadiansPerDegree = 0.017453292f;
 constexpr u16 HeatStep = 400, CoolestTool = 400, HottestTool = 16400;
 
+std::string BackupName;
+
+// What a copy of the ship from today would be called. World mutex held.
+static std::string BackupNameOf(const Ship &ship) {
+  char date[32];
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  return ship.fileStem + std::string(date, std::strftime(date, sizeof date, "%Y-%m-%d.bak", &local));
+}
+
+static void ClickMenu() {
+  UpdateHover();  // a click may have built the screen under a resting pointer
+  if (HandleClick() >= 0) return;
+  if (const Ship *ship = CurrentShip(); ship != nullptr) {
+    const ScopedLock world(&WorldMutex);
+    BackupName = BackupNameOf(*ship);
+  }
+  RequestQuit();
+}
+
 static void PressMain() {
   PlayerFlags.tooFast = ReadPlayer().speed > WorkSpeed;
-  if (uiMode == 1)
-    nextToolTime = ClockNow() + MenuClickPause;  // so that a click that closes the menu starts no build
-  else
+  if (uiMode != 1) {
     MainPress();
+    return;
+  }
+  nextToolTime = ClockNow() + MenuClickPause;  // so that a click that closes the menu starts no build
+  ClickMenu();
+  UpdateHover();
 }
 
 void OnMouseButton(int button, int action) {
@@ -29,8 +57,8 @@ void OnMouseButton(int button, int action) {
     press ? PressMain() : MainRelease();
   else if (button == c.secondaryMouse && !press)
     SecondaryRelease();
-  else if (button == c.secondaryMouse && uiMode != 1)
-    SecondaryPress();
+  else if (button == c.secondaryMouse)
+    uiMode == 1 ? ClickMenu() : SecondaryPress();
   else if (button == c.thirdMouse && press && uiMode != 1)
     ThirdPress();
 }
@@ -56,9 +84,9 @@ static void CacheAngles(Player *p) {
   p->cosRoll = std::cos(roll);
 }
 
-void OnMousePosition(int x, int y) {
+static void TurnView(int x, int y) {
   const int dx = x - Options.ScreenWidth / 2, dy = y - Options.ScreenHeight / 2;
-  if (uiMode != 0 || (dx == 0 && dy == 0)) return;
+  if (dx == 0 && dy == 0) return;
   const TurnLimit most = LimitOfTurn();
   const float sensitivity = Options.MouseSensitivity;
   const float across = static_cast<float>(dx) * sensitivity;
@@ -70,6 +98,11 @@ void OnMousePosition(int x, int y) {
   if (p.yaw > 180) p.yaw -= 360;
   CacheAngles(&p);
   StoreView(p);
+}
+
+void OnMousePosition(int x, int y) {
+  if (uiMode == 0) TurnView(x, y);
+  if (uiMode == 1) PointAt(x, y);
 }
 
 // False at the end of the tool's range.
@@ -114,7 +147,7 @@ static void WheelNotch(bool up) {
 }
 
 void OnMouseWheel(int position) {
-  if (uiMode != 1)
-    for (int i = 0; i < std::abs(position); ++i) WheelNotch(position > 0);
+  const bool up = position > 0;
+  for (int i = 0; i < std::abs(position); ++i) uiMode == 1 ? ScrollScreen(up ? -1 : 1) : WheelNotch(up);
   SetMouseWheel(0);
 }

@@ -52,5 +52,4 @@ void DrawFrame(const Player &player, const VoxelList &list) {
   DrawBackground(player);
   DrawVoxels(player, drawnCount);
   HandOverTo2D();
-  GlCheck("Post2DRender");
 }

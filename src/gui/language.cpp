@@ -86,15 +86,18 @@ static bool ReadLanguage(TextCursor *cursor) {
          ReadPairs(cursor, "#CatStart", "Error in language file in Component section", NameComponent);
 }
 
+bool OpenLanguage(std::vector<u8> *bytes, TextCursor *cursor) {
+  const std::string &language = Options.Language;  // names one file of the folder, never a path out of it
+  if (language.find('/') == std::string::npos &&
+      LoadText(("config/language/" + language).c_str(), LanguageFileLimit, bytes, cursor))
+    return true;
+  return LogError("Could not open language file!") != 0;
+}
+
 void LoadLanguage() {
   std::vector<u8> bytes;
   TextCursor cursor;
-  const std::string &language = Options.Language;  // names one file of the folder, never a path out of it
-  if (language.find('/') != std::string::npos ||
-      !LoadText(("config/language/" + language).c_str(), LanguageFileLimit, &bytes, &cursor)) {
-    LogError("Could not open language file!");
-    return;
-  }
+  if (!OpenLanguage(&bytes, &cursor)) return;
   ClearNames();
   const bool whole = ReadLanguage(&cursor);
   FillNames();

@@ -1,8 +1,9 @@
 // Who owns the input: play, menu or chat typing.
 #include "gui/mode.h"
 
+#include "content/options.h"
 #include "core/log.h"
-#include "gui/language.h"
+#include "gui/screens.h"
 #include "platform/window.h"
 
 static constexpr u8 ModePlaying = 0, ModeMenu = 1;
@@ -18,13 +19,10 @@ int SetUiMode(std::atomic<u8> *mode) {
   ShowMouseCursor(toMenu);
   PlayerFlags.menuOpen = toMenu;
   mode->store(toMenu ? ModeMenu : ModePlaying);
-  return toMenu;
+  if (!toMenu) return 0;
+  BuildPauseMenu();
+  PointAt(Options.ScreenWidth / 2, Options.ScreenHeight / 2);  // where play keeps the pointer
+  return 1;
 }
 
 int ToggleMenu() { return SetUiMode(&uiMode); }
-
-void InitGui() {
-  uiMode = ModePlaying;
-  MenuClosable = true;
-  LoadLanguage();
-}

@@ -8,4 +8,3 @@ extern u8 LastSelector;          // which block list was open last: 1 components
 
 int SetUiMode(std::atomic<u8> *mode);  // Play to menu (1) or menu to play (0); a warning in any other mode.
 int ToggleMenu();                      // SetUiMode on uiMode.
-void InitGui();                        // Mode 0, the menu closable, the language file.

@@ -2,9 +2,9 @@
 //
 // The pointer while it is hidden: the game puts it back to the middle of the window after each frame and reads movement
 // as the distance from there. So the place is asked for once, when the events have been polled, and compared with the
-// place where the pointer was put. Motion events are not looked at: several may wait, each with its way from the middle,
-// and GLFW drops one that leads to the place of the one before. While the pointer is shown every motion event is passed
-// on, so that a click finds the pointer where it was clicked.
+// place where the pointer was put. Motion events are not looked at then: several may wait, each with its way from the
+// middle, and GLFW drops one that leads to where the pointer was put. While the pointer is shown every motion event is
+// passed on as well, so that a click finds the pointer where it was clicked; asking finds the one that was dropped.
 #include "platform/window.h"
 
 #define GLFW_INCLUDE_NONE
@@ -236,7 +236,7 @@ void SwapBuffers() {
   glfwSwapBuffers(Window);
   glfwPollEvents();
   if (glfwWindowShouldClose(Window) == GLFW_TRUE) return CloseWindow();
-  if (!CursorShown && glfwGetWindowAttrib(Window, GLFW_FOCUSED) == GLFW_TRUE) AskPointer();
+  if (glfwGetWindowAttrib(Window, GLFW_FOCUSED) == GLFW_TRUE) AskPointer();
 }
 
 double ClockNow() { return PlatformUp ? glfwGetTime() : 0; }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the content checker: on config/, which has no fault, and on copies that the examples in broken/ break.
-# An example is a few commands that run in the copy; each line that begins with "#: " is a pattern that the
+# The copies have one language, English. An example is a few commands that run in the copy; each line that begins with "#: " is a pattern that the
 # checker must print. Usage: check_content.sh CHECKER ROOT
 set -uo pipefail
 checker=$1
@@ -31,6 +31,7 @@ RunExample() {
   rm -rf "$work/copy"
   mkdir "$work/copy"
   cp -r "$root/config" "$work/copy/config"
+  find "$work/copy/config/language" -type f ! -name english -delete
   (cd "$work/copy" && bash -eu "$root/tests/content_tool/broken/$1.sh") || return Fail "$1" "can't be set up"
   (cd "$work/copy" && "$checker" --check) >"$work/out" 2>&1
   local status=$?

@@ -3,9 +3,12 @@
 #include <cmath>
 #include <filesystem>
 
+#include "content/categories.h"
 #include "gameplay/debug_keys.h"
 #include "gameplay/play.h"
-#include "gui/tutorial.h"
+#include "gui/elements.h"
+#include "gui/mode.h"
+#include "gui/screens.h"
 #include "platform/threads.h"
 #include "render/debris.h"
 
@@ -77,24 +80,6 @@ TEST_F(Input, TheWheelMovesALockedPlaneAndHeatsTheHeatTool) {
   EXPECT_EQ(ReadPlayer().toolTemperature, 400);
 }
 
-TEST_F(Input, TheTutorialAdvancesOnTheKeyThatItWaitsFor) {
-  const Controls &c = Options.controls;
-  const struct { u8 wait; int key, action; } cases[] = {
-      {WaitSpace, c.stop, 0},    {WaitMoveKeys, c.moveUp, 0},    {WaitUse, c.use, 1},  {WaitEsc, KeyEsc, 1},
-      {WaitQ, c.blockSelect, 1}, {WaitEscOrQ, c.blockSelect, 1}, {WaitKey1, '1', 1},   {WaitKey5, '5', 1},
-      {WaitKey2or5, '2', 1},     {WaitKey2or5, '5', 1}};
-  for (const auto &k : cases) {
-    Options.Tutorial = true;
-    uiMode = 0;
-    tutorialStep = k.wait;
-    OnKey('3', k.action);
-    EXPECT_EQ(tutorialStep, k.wait);
-    OnKey(k.key, k.action);
-    EXPECT_NE(tutorialStep, k.wait) << int{k.wait};
-    EXPECT_EQ(uiMode, k.key == c.blockSelect) << "Esc is the tutorial's alone";
-  }
-}
-
 TEST_F(Input, EscOpensTheMenuAndSavesTheShipOfALonePlayer) {
   const struct { bool alone; u8 mode; bool saved; } presses[] = {{false, 1, false}, {true, 0, false}, {true, 1, true}};
   for (const auto &press : presses) {
@@ -125,4 +110,72 @@ TEST_F(Input, TheFunctionKeysTraceExplodeAndResetTheCaches) {
   EXPECT_NE(log.find("*ERR: Found one \n"), std::string::npos);
   EXPECT_NE(log.find("info: Emptying Lighting and Graphics Cache, then regnerating it ALL. \n"), std::string::npos);
   EXPECT_EQ(log.find("info: Emptying Lighting and Graphics Cache \n"), std::string::npos) << "once in five seconds";
+}
+
+static void ShowAt(int element, i16 left, i16 bottom, i16 right, i16 top) {  // as drawing does; x grows to the left
+  GuiElement &e = GuiElements[element];
+  e.hitLeft = left, e.hitBottom = bottom, e.hitRight = right, e.hitTop = top;
+}
+
+TEST_F(Input, TheMouseWorksTheMenuAndLeavesTheViewAlone) {
+  GuiTypes[TypeButton].hoverClass = 1;
+  for (const int button : {Options.controls.mainMouse.load(), Options.controls.secondaryMouse.load()}) {
+    OnKey(KeyEsc, 1);
+    OnMousePosition(512 + 90, 384 - 40);
+    EXPECT_EQ(ReadPlayer().yaw, 0);
+    ShowAt(0, -100, 30, -80, 50);
+    nextToolTime = 0;
+    OnMouseButton(button, 1);
+    EXPECT_EQ(uiMode, 0) << "Resume";
+    EXPECT_EQ(nextToolTime > ClockNow() + 59, button == Options.controls.mainMouse) << "the click builds nothing";
+    OnMouseButton(button, 0);
+  }
+  QuitRequested = false;
+  BackupName.clear();
+  OnKey(KeyEsc, 1);
+  ShowAt(3, -100, 30, -80, 50);
+  OnMouseButton(Options.controls.secondaryMouse, 1);
+  EXPECT_TRUE(QuitRequested);
+  EXPECT_EQ(BackupName.size(), std::string("Default2026-01-01.bak").size());
+  EXPECT_EQ(BackupName.find("Default2"), 0u);
+  QuitRequested = false;
+}
+
+TEST_F(Input, TheBlockKeyOpensTheListUsedLastWhichWheelAndKeysScroll) {
+  const int q = Options.controls.blockSelect;
+  SortComponents();
+  for (Category &c : ComponentCategories) c.open = true;
+  OnKey(q, 1);
+  EXPECT_EQ(GuiScreen, ScreenComponents);
+  const struct { int notches, key, line; } scrolls[] = {
+      {-3, 0, 4}, {1, 0, 3}, {0, KeyDown, 4}, {0, KeyPageDown, 22}, {0, KeyUp, 21}, {0, KeyPageUp, 3}, {9, 0, 1}};
+  for (const auto &s : scrolls) {
+    OnMouseWheel(s.notches);
+    if (s.key != 0) OnKey(s.key, 1);
+    EXPECT_EQ(ComponentScroll, s.line);
+  }
+  BuildMaterialSelector(0);
+  OnKey(q, 1);
+  EXPECT_EQ(uiMode, 0);
+  OnKey(q, 1);
+  EXPECT_EQ(GuiScreen, ScreenMaterials);
+  BuildGameOptions(0);
+  OnKey(q, 1);
+  EXPECT_EQ(GuiScreen, ScreenGame) << "options stay until Apply";
+  MenuClosable = true;
+}
+
+TEST_F(Input, LettersOfAShipsNameDoNothingElse) {
+  OnKey(KeyEsc, 1);
+  BuildShipNaming();
+  const int q = Options.controls.blockSelect;
+  for (const int key : {q, int{'T'}, int{KeyBackspace}}) {
+    OnKey(key, 1);
+    if (key < 256) OnCharacter(key, 1);
+    OnCharacter(0, 0);
+  }
+  EXPECT_EQ(uiMode, 1);
+  OnKey(KeyEnter, 1);
+  EXPECT_EQ(ship->fileStem, "DefaultQ");
+  EXPECT_EQ(uiMode, 0);
 }

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <random>
 
+#include "content/categories.h"
 #include "content/components.h"
 #include "content/materials.h"
 #include "content/options.h"
@@ -52,9 +53,10 @@ struct Language : testing::Test {
 TEST_F(Language, NamesRowsAndFamilies) {
   const std::string log = LogOfLoading("Yes\r\n\n" + std::string(200, 'x') +
                                        "\n0 #MatStart\n10 Iron 0 skipped\n20\nRock\n99 Nothing\n0 #ComStart 100 Hull "
-                                       "300 Prow 777 Ghost 0 #CatStart\n10 Unread\n");
+                                       "300 Prow 777 Ghost 65636 Wrapped -100 Less 0 #CatStart\n10 Unread\n");
   EXPECT_EQ(Names(), "Iron Rock Hull Hull Prow Unknown ");
-  EXPECT_EQ(log, "info: Excess UID in language file: 777 \ninfo: Successfully loaded language file! \n");
+  EXPECT_EQ(log, "info: Excess UID in language file: 777 \ninfo: Excess UID in language file: 65636 \n"
+                 "info: Excess UID in language file: -100 \ninfo: Successfully loaded language file! \n");
   EXPECT_EQ(GuiStrings[1], "Yes");
   EXPECT_EQ(GuiStrings[2], "");
   EXPECT_EQ(GuiStrings[3], std::string(191, 'x'));
@@ -73,6 +75,21 @@ TEST_F(Language, NamesRowsAndFamilies) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "*ERR: Could not open language file! \n");
     EXPECT_EQ(Names(), "Eisen Unknown Rumpf Rumpf Rumpf Unknown ");
   }
+}
+
+TEST_F(Language, AnotherOneOrdersTheListsAnew) {
+  for (size_t i = 1; i < 3; ++i) Materials[i].tags[0] = "Common";
+  for (const size_t i : {1u, 4u}) Components[i].primaryTag = "Common";
+  using Rows = std::vector<u16>;
+  LogOfLoading("Yes\n0 #MatStart\n10 Iron 20 Rock 0 #ComStart 100 Hull 400 Prow 0 #CatStart\n");
+  SortMaterials();
+  SortComponents();
+  ComponentCategories[1].open = true;
+  LogOfLoading("Oui\n0 #MatStart\n10 Fer 20 Eau 0 #ComStart 100 Coque 400 Avant 0 #CatStart\n");
+  SortByNewNames();
+  EXPECT_EQ(MaterialCategories[1].rows, (Rows{2, 1}));
+  EXPECT_EQ(ComponentCategories[1].rows, (Rows{4, 1}));
+  EXPECT_TRUE(ComponentCategories[1].open);
 }
 
 TEST_F(Language, EndsWithOneMessageWhereAMarkIsMissing) {

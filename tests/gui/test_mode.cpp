@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "gui/elements.h"
+
 TEST(Mode, OpensAndClosesTheMenuUnlessItIsLocked) {
   const struct { bool closable; u8 mode; int result; u8 after; } steps[] = {
       {true, 0, 1, 1}, {true, 1, 0, 0}, {false, 0, 0, 0}, {false, 1, 0, 1}, {true, 2, 0, 2}};
@@ -17,4 +19,14 @@ TEST(Mode, OpensAndClosesTheMenuUnlessItIsLocked) {
     EXPECT_EQ(PlayerFlags.menuOpen, s.after == 1);
   }
   MenuClosable = true;
+}
+
+// A click right after Esc goes to where the pointer is seen, not to where the last menu left it.
+TEST(Mode, OpensTheMenuWithThePointerInTheMiddle) {
+  uiMode = 0;
+  PointAt(3, 4);
+  ToggleMenu();
+  EXPECT_EQ(GuiPointerX, 0);
+  EXPECT_EQ(GuiPointerY, 0);
+  ToggleMenu();
 }

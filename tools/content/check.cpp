@@ -3,7 +3,6 @@
 
 #include "check_parts.h"
 #include "output.h"
-#include "picture.h"
 
 #include <algorithm>
 #include <charconv>
@@ -87,19 +86,6 @@ void CheckTags(const TextFile &file, const Row &row, size_t field, size_t most) 
   if (count > most) Fault(file.path, row.line, "column " + std::to_string(field) + ": too many category words");
 }
 
-static void CheckStars() {
-  for (int i = 1; i <= 6; i++) {
-    const std::string path = "config/graphics/stars/stars" + std::to_string(i) + ".png";
-    int width = 0;
-    int height = 0;
-    if (!PictureSize(path, &width, &height)) {
-      Fault(path, 0, "isn't a PNG picture");
-    } else if (width != 1024 || height != 1024) {
-      Fault(path, 0, "isn't 1024 x 1024 pixels");
-    }
-  }
-}
-
 // A shader as the game hands it on: from an @ to the end of its line, the line end included, is left out.
 static void CheckShader(const std::string &path, const std::vector<std::string> &names) {
   std::string bytes;
@@ -121,7 +107,8 @@ int CheckContent() {
   const TableIds materials = CheckMaterials();
   const TableIds components = CheckComponents();
   CheckLanguages(materials, components);
-  CheckStars();
+  CheckPictures();
+  CheckFonts();
   CheckShader("config/shaders/MainVertShader.txt",
               {"CubeVertices", "LocTexture", "ColTexture", "ProjectionModel", "CamLoc", "gl_InstanceID"});
   CheckShader("config/shaders/MainFragShader.txt", {});

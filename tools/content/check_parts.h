@@ -50,6 +50,10 @@ int RowOfId(const TableIds &ids, int id);
 // Faults for ids of the components that the rules of the game name, and that are missing or in the wrong place.
 void CheckNeededComponents(const TextFile &file, const TableIds &ids);
 
+// Pictures of the right sizes and form, and fonts that the game can open.
+void CheckPictures();
+void CheckFonts();
+
 // Check one file each; the tables give the ids that the language files are checked against.
 TableIds CheckMaterials();
 TableIds CheckComponents();

@@ -1,6 +1,7 @@
 // Makes the game's content, or checks it. Run from the root of an installation.
 #include "check.h"
 #include "components.h"
+#include "gui_pictures.h"
 #include "language.h"
 #include "materials.h"
 #include "stars.h"
@@ -9,7 +10,7 @@
 #include <cstring>
 
 static bool MakeContent() {
-  return WriteMaterials() && WriteComponents() && WriteLanguage() && WriteStars();
+  return WriteMaterials() && WriteComponents() && WriteLanguages() && WriteStars() && WriteGuiPictures();
 }
 
 int main(int argc, char **argv) {

@@ -1,0 +1,37 @@
+// The menu, and which of menu and overlay is drawn.
+#include <cmath>
+
+#include "content/options.h"
+#include "gl/gl_check.h"
+#include "gui/paint.h"
+#include "gui/paint_parts.h"
+#include "gui/screens.h"
+#include "gui/tutorial.h"
+
+// Over the whole window, however wide it is; its type is as high as the window by itself.
+static void DrawBackdrop() {
+  const GuiWindow window = CurrentWindow();
+  const int width = static_cast<int>(std::ceil(window.width / window.scale));
+  DrawGuiQuad(NoElement, 0, 0, width, 1, TypeBackdrop, nullptr, 0, 0, 0);
+}
+
+static void DrawElement(int row) {
+  const GuiElement &e = GuiElements[row];
+  const int type = e.type + (e.hovered ? 1 : 0);
+  const GuiType &look = GuiTypes[type];
+  DrawGuiQuad(row, e.x, e.y, look.width, look.height, type, e.text.c_str(), look.textOffset, 0, 0);
+}
+
+void DrawMenu() {
+  DrawBackdrop();
+  for (int row = 0; row < GuiElementCount; row++) DrawElement(row);
+  UpdateHover();  // a screen that was just built has its hit boxes only now
+  const bool selector = GuiScreen == ScreenMaterials || GuiScreen == ScreenComponents;
+  if (selector && Options.Tutorial) DrawTutorial(TutorialSide);
+}
+
+void DrawOverlay(const Player &player) {
+  if (uiMode == 1) DrawMenu();
+  else DrawHud(player);
+  GlCheck("Post2DRender");
+}

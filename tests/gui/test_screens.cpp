@@ -1,0 +1,379 @@
+// The screens, worked through their elements as the mouse and the keyboard do.
+#include "gui/screens.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "content/categories.h"
+#include "content/options.h"
+#include "gui/language.h"
+#include "gui/mode.h"
+#include "persistence/stream.h"
+#include "platform/threads.h"
+#include "platform/window.h"
+#include "support/installation.h"
+
+namespace fs = std::filesystem;
+using O = OptionValues;
+
+static GuiElement *At(int x, int y, int after = -1) {
+  for (int i = after + 1; i < GuiElementCount; ++i)
+    if (GuiElements[i].x == x && GuiElements[i].y == y && GuiElements[i].type != TypeTrack) return &GuiElements[i];
+  ADD_FAILURE() << "nothing stands at " << x << ", " << y;
+  return &GuiElements[255];
+}
+
+static int Click(int x, int y) {
+  At(x, y)->hovered = true;
+  const int result = HandleClick();
+  for (GuiElement &e : GuiElements) e.hovered = false;
+  return result;
+}
+
+// Labels of the elements of a list's row types.
+static std::vector<std::string> Rows() {
+  std::vector<std::string> rows;
+  for (int i = 0; i < GuiElementCount; ++i)
+    if (GuiElements[i].type == TypeRow || GuiElements[i].type == TypeChosenRow) rows.push_back(GuiElements[i].text);
+  return rows;
+}
+
+static int KnobY() {
+  for (int i = 0; i < GuiElementCount; ++i)
+    if (GuiElements[i].type == TypeListKnob) return GuiElements[i].y;
+  return -9999;
+}
+
+struct Screens : testing::Test {
+  Ship *ship = nullptr;
+
+  void SetUp() override {
+    LoadTables();
+    UseTemporaryInstallation();
+    ResetOptions();
+    LoadLanguage();
+    ResetPlayer();
+    ship = AppendShip(&TheShipTable);
+    ASSERT_NE(ship, nullptr);
+    TheShipTable.current = static_cast<u16>(TheShipTable.count - 1);
+    ship->fileStem = ship->displayName = "Home" + std::to_string(TheShipTable.count);
+    MenuClosable = true;
+    uiMode = 1;
+    BuildPauseMenu();
+  }
+  static Ship *LastShip() { return ShipAt(TheShipTable, static_cast<u16>(TheShipTable.count - 1)); }
+};
+
+TEST_F(Screens, ThePauseMenuLeadsEverywhere) {
+  const struct { bool alone; int y; u8 screen, mode; int result; } clicks[] = {
+      {true, 400, ScreenPause, 0, 0},  {true, 200, ScreenGraphics, 1, 0}, {true, 0, ScreenShips, 1, 0},
+      {false, 0, ScreenPause, 0, 0},   {true, -200, ScreenNaming, 1, 0},  {true, -400, ScreenPause, 1, -1}};
+  for (const auto &c : clicks) {
+    Options.SinglePlayer = c.alone;
+    MenuClosable = true;
+    uiMode = 0;
+    ToggleMenu();
+    EXPECT_EQ(Click(0, c.y), c.result);
+    EXPECT_EQ(GuiScreen, c.screen);
+    EXPECT_EQ(uiMode, c.mode) << c.y;
+  }
+  BuildTitleMenu();
+  EXPECT_EQ(Click(0, -300), -1);
+  Click(-800, -480);
+  EXPECT_EQ(GuiScreen, ScreenLanguages);
+}
+
+struct Access {
+  double (*get)();
+  void (*set)(double);
+};
+template <auto Value>
+static Access To() {
+  return {[] { return static_cast<double>((Options.*Value).load()); }, [](double v) {
+            (Options.*Value) = static_cast<typename std::remove_reference_t<decltype(Options.*Value)>::value_type>(v);
+          }};
+}
+
+TEST_F(Screens, ASliderStepsToItsEndsAndShowsItsValue) {
+  const Access samples = To<&O::AntiAliasing>(), voxels = To<&O::MaxVoxels>(), caches = To<&O::CachePerFrame>(), fov = To<&O::FOV>(),
+               dampening = To<&O::InertialDampening>(), mouse = To<&O::MouseSensitivity>(), sound = To<&O::SoundVolume>(),
+               music = To<&O::MusicVolume>();
+  const std::string note = " - " + GuiStrings[72];
+  const struct { GuiCallback build; Access option; int y; double from; bool up; double to; std::string label; int knob; } steps[] = {
+      {BuildGraphicsOptions, samples, 150, 0, true, 2, "2" + note, -1},      {BuildGraphicsOptions, samples, 150, 2, true, 4, "4" + note, 184},
+      {BuildGraphicsOptions, samples, 150, 4, true, 4, "4" + note, 184},     {BuildGraphicsOptions, samples, 150, 16, true, 16, "16" + note, 184},
+      {BuildGraphicsOptions, samples, 150, 16, false, 8, "8" + note, 184},   {BuildGraphicsOptions, samples, 150, 8, false, 4, "4" + note, 184},
+      {BuildGraphicsOptions, samples, 150, 2, false, 0, "0" + note, -186},   {BuildGraphicsOptions, samples, 150, 0, false, 0, "0" + note, -186},
+      {BuildGraphicsOptions, voxels, 50, 100000, false, 100000, "100000", -167}, {BuildGraphicsOptions, voxels, 50, 1e6, false, 950000, "950000", -10},
+      {BuildGraphicsOptions, voxels, 50, 1950000, true, 2000000, "2000000", 184}, {BuildGraphicsOptions, voxels, 50, 4e9, true, 4e9, "4000000000", 184},
+      {BuildGraphicsOptions, caches, -50, 25, false, 25, "25", -186},        {BuildGraphicsOptions, caches, -50, 50, false, 25, "25", -186},
+      {BuildGraphicsOptions, caches, -50, 175, true, 200, "200", 184},       {BuildGraphicsOptions, caches, -50, 200, true, 200, "200", 184},
+      {BuildGraphicsOptions, fov, -150, 75, true, 80, "80", 61},             {BuildGraphicsOptions, fov, -150, 90, true, 90, "90", 184},
+      {BuildGraphicsOptions, fov, -150, 65, false, 60, "60", -186},          {BuildGraphicsOptions, fov, -150, 64, false, 64, "64", -137},
+      {BuildGameOptions, dampening, 250, 1, false, 0.9001, "90%", 147},      {BuildGameOptions, dampening, 250, 0.2, false, 0, "0%", -186},
+      {BuildGameOptions, dampening, 250, 0.95, true, 1, "100%", 184},        {BuildGameOptions, dampening, 250, 4, true, 4, "400%", 184},
+      {BuildMouseOptions, mouse, 350, 0.05, true, 0.06, "6", 158},           {BuildMouseOptions, mouse, 350, 0.01, false, 0.01, "1", 121},
+      {BuildMouseOptions, mouse, 350, 0.49, true, 0.49, "49", 477},          {BuildSoundOptions, sound, 100, 1, true, 1, "100", 184},
+      {BuildSoundOptions, sound, 100, 0.01, false, 0, "0", -186},            {BuildSoundOptions, music, -100, 0.7, true, 0.71, "71", 77}};
+  for (const auto &s : steps) {
+    SCOPED_TRACE(s.label + " from " + std::to_string(s.from));
+    s.option.set(s.from);
+    s.build(0);
+    ResizePending = false;
+    const int middle = s.build == BuildMouseOptions ? 300 : 0;
+    Click(middle + (s.up ? 305 : -305), s.y);
+    EXPECT_NEAR(s.option.get(), s.to, 1e-6);
+    const GuiElement *value = At(middle + 305, s.y);
+    EXPECT_EQ(value->text, s.label);
+    EXPECT_EQ(value[-1].type, TypeKnob);
+    EXPECT_EQ(value[-1].x, s.knob);
+    EXPECT_EQ(ResizePending, s.y == -150 && s.from != s.to);
+    s.build(0);
+    EXPECT_EQ(At(middle + 305, s.y)->text, s.label) << "when the screen is opened";
+  }
+}
+
+TEST_F(Screens, AClickOnATrackMovesTwoStepsTowardsThePointer) {
+  const struct { i16 pointer; int volume; } clicks[] = {{-100, 52}, {100, 48}, {20, 50}, {-20, 50}};  // x grows to the left
+  for (const auto &c : clicks) {
+    Options.SoundVolume = 0.5f;
+    BuildSoundOptions(0);
+    GuiElement *track = At(305, 100) - 2;
+    ASSERT_EQ(track->type, TypeTrack);
+    track[1].hitLeft = -34, track[1].hitRight = 34;
+    GuiPointerX = c.pointer;
+    track->hovered = track[1].hovered = true;
+    HandleClick();
+    EXPECT_NEAR(Options.SoundVolume, c.volume / 100.0, 1e-6);
+  }
+}
+
+TEST_F(Screens, ASwitchFlipsItsOptionAndItsColour) {
+  const struct { GuiCallback build; int x, y; std::atomic<bool> *flag; bool greenWhenOff; int note; } switches[] = {
+      {BuildGraphicsOptions, 305, 350, &Options.FullScreen, false, 71},
+      {BuildGraphicsOptions, -305, 350, &Options.HighQualityTransparency, false, 0},
+      {BuildGraphicsOptions, -305, 250, &Options.HighQualityFlashlight, false, 0},
+      {BuildGraphicsOptions, 305, 250, &Options.LevelOfDetail, false, 0},
+      {BuildGameOptions, -305, 350, &Options.Crosshair, false, 0}, {BuildGameOptions, 305, 350, &Options.ShowReticle, false, 0},
+      {BuildMouseOptions, -500, 350, &Options.InvertMouse, false, 0}, {BuildSoundOptions, 150, 300, &Options.DisableSound, false, 81},
+      {BuildOtherOptions, 0, 0, &CollisionsOn, true, 0}, {BuildOtherOptions, 0, 250, &Options.ThreadedInput, false, 0}};
+  for (const auto &s : switches) {
+    s.build(0);
+    for (int press = 0; press < 2; ++press) {
+      const bool before = *s.flag;
+      EXPECT_EQ(At(s.x, s.y)->type, before != s.greenWhenOff ? TypeOn : TypeOff);
+      Click(s.x, s.y);
+      EXPECT_NE(*s.flag, before);
+      EXPECT_EQ(At(s.x, s.y)->type, before != s.greenWhenOff ? TypeOff : TypeOn);
+      EXPECT_EQ(Options.EightCache, Options.LevelOfDetail);
+      EXPECT_EQ(Options.QuadCache, Options.LevelOfDetail);
+      if (s.note == 0) continue;
+      EXPECT_EQ(At(s.x, s.y)->text, GuiStrings[static_cast<size_t>(s.note)] + " - " + GuiStrings[72]);
+    }
+  }
+}
+
+TEST_F(Screens, OptionsHoldTheMenuUntilTheyAreAppliedAndCanBeRestored) {
+  Options.FOV = 90;
+  Options.MaxVoxels = 300000;
+  Options.AntiAliasing = 16;
+  Options.CachePerFrame = 200;
+  Options.LevelOfDetail = Options.EightCache = Options.HighQualityTransparency = false;
+  Options.HighQualityFlashlight = true;
+  Click(0, 200);
+  EXPECT_EQ(ToggleMenu(), 0);
+  EXPECT_EQ(uiMode, 1) << "locked";
+  Click(650, -320);
+  EXPECT_EQ(At(305, -150)->text, "75");
+  EXPECT_TRUE(Options.MaxVoxels == 1000000u && Options.AntiAliasing == 2 && Options.CachePerFrame == 75 && Options.EightCache &&
+              Options.HighQualityTransparency && !Options.HighQualityFlashlight);
+  const struct { int x; u8 screen; } tabs[] = {{-350, ScreenGame}, {0, ScreenMouse}, {350, ScreenSound}, {700, ScreenOther}, {-700, ScreenGraphics}};
+  for (const auto &tab : tabs) {
+    Click(tab.x, 450);
+    EXPECT_EQ(GuiScreen, tab.screen);
+    EXPECT_EQ(At(tab.x, 450)->type, TypeChosenRow);
+  }
+  Click(0, -450);
+  EXPECT_EQ(uiMode, 0);
+  EXPECT_NE(ReadText("config/text/options").find("FOV 75\n"), std::string::npos);
+}
+
+TEST_F(Screens, AListShowsSixteenNamesAndTheChosenOne) {
+  const struct { int files, names, last; } lists[] = {{0, 0, 0}, {1, 1, 0}, {17, 17, 1}, {2000, 1020, 1004}};
+  WriteText("saves/.hidden.sts", "");
+  WriteText("saves/notes.txt", "");
+  int written = 0;
+  for (const auto &l : lists) {
+    for (; written < l.files; ++written) WriteText("saves/" + std::to_string(written) + (written % 2 ? ".sts" : ".ssf"), "");
+    BuildShipList(0);
+    EXPECT_EQ(KnobY(), 210);
+    EXPECT_EQ(Rows().size(), static_cast<size_t>(std::min(l.names, 16)));
+    ScrollScreen(-1);
+    EXPECT_EQ(ListFirstRow, 0);
+    LoadChosenShip(0);
+    EXPECT_EQ(uiMode, 1) << "nothing is chosen: nothing happens";
+    if (l.names == 0) continue;
+    Click(0, 350);
+    const std::string chosen = Rows()[0];
+    for (int line = 0; line < l.last; ++line) Click(300, -300);
+    EXPECT_EQ(ListFirstRow, l.last);
+    ScrollScreen(18);
+    EXPECT_EQ(ListFirstRow, l.last) << "the end";
+    EXPECT_EQ(KnobY(), l.last == 0 ? 210 : -240);
+    EXPECT_EQ(Rows().back(), l.last == 0 ? chosen : At(0, -290)->text);
+    EXPECT_EQ(At(0, l.last == 0 ? 350 : -290)->type, TypeChosenRow);
+  }
+  WriteText("saves/A ship with a rather long name2026-11-23.bak", "");
+  Click(-600, 400);
+  EXPECT_EQ(GuiScreen, ScreenBackups);
+  EXPECT_EQ(ListChosenRow, -1);
+  EXPECT_EQ(Rows(), std::vector<std::string>{"A ship with a ..2026-11-23.bak"});
+  Click(175, -400);
+  EXPECT_EQ(GuiScreen, ScreenShips);
+  Click(175, -400);
+  EXPECT_EQ(GuiScreen, ScreenTitle);
+}
+
+// Opens the list or the backups, chooses the file and loads it.
+static Ship *Load(void (*list)(int), const std::string &file) {
+  const u16 count = TheShipTable.count;
+  list(0);
+  for (int i = 0; i < GuiElementCount; ++i)
+    if (GuiElements[i].text == file) ScreenClick(i);
+  uiMode = 1;
+  LoadChosenShip(0);
+  EXPECT_EQ(TheShipTable.count, count + 1) << file;
+  EXPECT_EQ(uiMode, 0);
+  EXPECT_EQ(ListChosenRow, -1);
+  return ShipAt(TheShipTable, count);
+}
+
+TEST_F(Screens, ALoadedShipStandsBeforeThePlayerAndSavesUnderANameOfItsOwn) {
+  const std::string home = ship->fileStem;
+  for (const auto &[name, corner] : {std::pair{"Middle", 4990}, {"Corner", 100}}) {
+    Ship *made = AppendShip(&TheShipTable);
+    for (int i = 0; i <= 20; i += 20) PlaceHere(made, corner + i, corner + i, corner + i, CubeOf());
+    made->fileStem = made->displayName = name;
+    ASSERT_EQ(SaveShipByName(made), 1);
+    made->fileStem = "gone";
+  }
+  ASSERT_EQ(SaveShipByName(ship), 1);
+  fs::copy_file("saves/Middle.sts", "saves/Middle2026-11-23.bak");
+  WriteText("saves/Middle.ssf", "no ship");
+  const struct { void (*list)(int); std::string file, stem; } loads[] = {
+      {BuildShipList, "Middle.sts", "Middle"}, {BuildShipList, "Corner.sts", "Corner"}, {BuildShipList, "Middle.sts", "Middle 2"},
+      {BuildBackupList, "Middle2026-11-23.bak", "Middle2026-11-23"}, {BuildShipList, home + ".sts", home + " 2"}};
+  for (const auto &l : loads) {
+    const Ship *loaded = Load(l.list, l.file);
+    EXPECT_EQ(loaded->fileStem, l.stem);
+    if (loaded->summary->blockCount == 0) continue;
+    float place[3];
+    const Player p = ReadPlayer();
+    RelativeTo(*loaded, p.solarLoc, place);
+    for (const float c : place) EXPECT_NEAR(c, loaded->summary->maxX + 3, 1) << l.file;
+  }
+  EXPECT_EQ(Load(BuildShipList, "Middle.ssf")->summary, nullptr) << "a file that can't be read leaves an empty ship";
+  EXPECT_NE(LastShip()->fileStem, "Middle");
+}
+
+TEST_F(Screens, PickingALanguageReadsAndKeepsIt) {
+  fs::remove("config/language");
+  WriteText("config/language/other", "Kitfox\nJa\n0 #MatStart\n0 #ComStart\n0 #CatStart\n");
+  WriteText("config/language/english", "");
+  BuildLanguageList(0);
+  const std::vector<std::string> names = Rows();
+  ASSERT_EQ(names.size(), 2u);
+  Click(0, names[0] == "other" ? 440 : 398);
+  EXPECT_EQ(GuiStrings[2], "Ja");
+  EXPECT_EQ(GuiScreen, ScreenTitle);
+  EXPECT_NE(ReadText("config/text/options").find("Language other\n"), std::string::npos);
+}
+
+TEST_F(Screens, ASelectorOpensScrollsAndPutsARowInTheHand) {
+  SortMaterials();
+  SortComponents();
+  const struct { void (*build)(int); std::vector<Category> *categories; bool materials; } selectors[] = {
+      {BuildMaterialSelector, &MaterialCategories, true}, {BuildComponentSelector, &ComponentCategories, false}};
+  for (const auto &s : selectors) {
+    s.build(0);
+    EXPECT_EQ(LastSelector, s.materials ? 2 : 1);
+    EXPECT_EQ(KnobY(), 220);
+    Click(-690, 242);
+    ASSERT_TRUE((*s.categories)[1].open);
+    EXPECT_EQ(At(-690, 242)->type, TypeExpandMinus);
+    Click(-570 + 290, 200);
+    const Block held = ReadPlayer().heldBlock;
+    EXPECT_EQ(s.materials ? held.material : held.component, (*s.categories)[1].rows[1]);
+    EXPECT_EQ(At(-570 + 290, 200)->type, TypeChosenRow);
+    for (size_t i = 0; i < s.categories->size(); ++i) (*s.categories)[i].open = true;
+    s.build(0);
+    size_t lines = 0;
+    for (const Category &c : *s.categories) lines += 1 + (c.rows.size() + 2) / 3;
+    const auto scroll = [&s] { return s.materials ? size_t{MaterialScroll} : size_t{ComponentScroll}; };
+    Click(-761, -300);
+    EXPECT_EQ(scroll(), 2u);
+    for (int page = 0; page < 100; ++page) ScrollScreen(18);
+    EXPECT_EQ(scroll(), lines - 17);
+    EXPECT_EQ(KnobY(), -230);
+    int lowest = 1000;
+    for (int i = 0; i < GuiElementCount; ++i)
+      if (GuiElements[i].type == TypeRow) lowest = std::min<int>(lowest, GuiElements[i].y);
+    EXPECT_EQ(lowest, 284 - 42 * 17) << "the last line is in sight";
+    ScrollScreen(-5000);
+    EXPECT_EQ(scroll(), 1u);
+    Click(s.materials ? -380 : -680, s.materials ? 458 : 450);
+    EXPECT_EQ(GuiScreen, s.materials ? ScreenComponents : ScreenMaterials);
+  }
+}
+
+TEST_F(Screens, TheRotationSwitchLetsTheBlockTurnByItself) {
+  const struct { unsigned before, after; u8 type; } presses[] = {{3, 0, TypeOn}, {0, 1, TypeOff}, {1, 0, TypeOn}};
+  for (const auto &c : presses) {
+    Player p = ReadPlayer();
+    p.heldBlock.rotation = c.before & 7u;
+    p.heldBlock.rotation2 = 2;
+    StoreHand(p);
+    BuildComponentSelector(0);
+    Click(600, -380);
+    p = ReadPlayer();
+    EXPECT_TRUE(p.heldBlock.rotation == c.after && p.heldBlock.rotation2 == 0);
+    EXPECT_EQ(At(600, -380)->type, c.type);
+    BuildComponentSelector(0);
+    EXPECT_EQ(At(600, -380)->type, c.type);
+  }
+}
+
+static void Type(const std::string &text) {
+  for (const char c : text) ScreenChar(static_cast<unsigned char>(c));
+}
+
+TEST_F(Screens, AShipIsNamedButNeverOverAnother) {
+  WriteText("saves/Taken.sts", "");
+  AppendShip(&TheShipTable)->fileStem = "Flying";
+  const std::string home = ship->fileStem, full(70, 'n');
+  const struct { std::string typed, name; bool closes; } names[] = {
+      {"ab", home, false},   {"Taken", home, false},           {"Flying", home, false},
+      {"../a/\\:*b|\xe4", "abX", true}, {" .-Heron (2) -_. ", "Heron (2) -_.", true}, {full, full.substr(0, 63), true}};
+  for (const auto &n : names) {
+    uiMode = 1;
+    BuildShipNaming();
+    for (int i = 0; i < 80; ++i) ScreenKey(KeyBackspace);
+    EXPECT_EQ(At(0, 0)->text, "|");
+    Type(n.typed);
+    if (n.name == "abX") Type("X");
+    EXPECT_FALSE(ScreenKey(KeyEsc));
+    EXPECT_TRUE(ScreenKey('Q')) << "a key that types does nothing else";
+    EXPECT_TRUE(ScreenKey(KeyEnter));
+    EXPECT_EQ(ship->fileStem, n.name);
+    EXPECT_EQ(ship->displayName, n.name);
+    EXPECT_EQ(uiMode, n.closes ? 0 : 1) << n.typed;
+    EXPECT_EQ(GuiElements[0].text == "Ship Name", n.closes);
+  }
+  ship->displayName = "Two\x01Words";
+  ToggleMenu();
+  BuildShipNaming();
+  EXPECT_EQ(At(0, 0)->text, "TwoWords|");
+  Click(0, -425);
+  EXPECT_EQ(ship->displayName, "Two\x01Words") << "untouched, so it stays";
+}
