@@ -48,9 +48,17 @@ static bool OtherShipHas(const std::string &name) {
   return false;
 }
 
+// World mutex held. A server may have taken the ship away since the screen was opened.
+static bool StillThere() {
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row)
+    if (ShipAt(TheShipTable, row) == NamedShip) return true;
+  return false;
+}
+
 // False when the name is another ship's.
 static bool NameShip(const std::string &name) {
   const ScopedLock world(&WorldMutex);
+  if (!StillThere()) return true;
   if (OtherShipHas(name)) return false;
   NamedShip->displayName = NamedShip->fileStem = name;
   return true;
@@ -72,9 +80,8 @@ static void AcceptName(int) {
 }
 
 static std::string NameOf(const Ship *ship) {
-  if (ship == nullptr) return "";
   const ScopedLock world(&WorldMutex);
-  return TypeableName(ship->displayName);
+  return ship != nullptr && StillThere() ? TypeableName(ship->displayName) : "";
 }
 
 void BuildShipNaming() {

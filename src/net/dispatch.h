@@ -3,7 +3,7 @@
 
 #include "net/wire.h"
 
-void TakeFile(Reader r);          // PacketFile: stored as saves/<name>.sts, not loaded.
+void TakeFile(Reader r);          // PacketFile: stored as saves/<name>.sts, not loaded; an own ship of that name is kept beside it.
 void TakeShipList(Reader r);      // PacketShipList: the table becomes the server's.
 void TakeShipAdded(Reader r);     // PacketShipAdded
 void TakeShipLocation(Reader r);  // PacketShipLocation

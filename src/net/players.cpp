@@ -8,6 +8,7 @@
 #include "net/session.h"
 #include "platform/threads.h"
 
+constexpr size_t LongestShownName = 64;
 constexpr size_t SmallestPlayerRow = 2 + 24;  // bytes of a list row: a name of one letter and a place
 
 std::vector<RemotePlayer> RemotePlayers;
@@ -33,7 +34,7 @@ void TakePlayerList(Reader r) {
   RemotePlayers.reserve(std::min(static_cast<size_t>(count), r.left / SmallestPlayerRow));
   for (int row = 0; row < count; ++row) {
     RemotePlayer p;
-    p.name = ReadString(&r);
+    p.name = Printable(ReadString(&r), LongestShownName);
     for (i64 &v : p.solarLoc) v = static_cast<i64>(TakeU64(&r));
     if (r.failed) {
       LogWarn("The list of players ends too early");

@@ -3,6 +3,7 @@
 
 #include <enet/enet.h>
 
+#include <chrono>
 #include <cstring>
 #include <string_view>
 
@@ -12,24 +13,33 @@
 #include "net/dispatch.h"
 #include "platform/threads.h"
 
-constexpr enet_uint32 ConnectPatience = 500, PollPatience = 1;  // milliseconds
+constexpr enet_uint32 ConnectPatience = 500, PollPatience = 1, ServerPatience = 10000;  // milliseconds
 constexpr int DisconnectRows = 4;
-constexpr size_t LongestLine = 255;
+constexpr size_t LargestPacket = LargestFile + 1024;  // with the file's name
+constexpr size_t LongestLine = 255;       // of chat, as it is sent
+constexpr size_t LongestShownLine = 512;  // as it comes back, with its sender's name
+constexpr double RoundSeconds = 0.05;     // after which a round of receiving leaves the rest to the next one
 
 static bool EnetReady = false;  // main thread
 
 static bool MakeHost() {
   if (!EnetReady && enet_initialize() != 0) return LogError("Cannot initialize Enet") != 0;
   EnetReady = true;
-  if (NetHost.load() == nullptr) NetHost = enet_host_create(nullptr, 1, NetChannels, 0, 0);
-  return NetHost.load() != nullptr || LogError("Could not create enet host.") != 0;
+  if (NetHost.load() != nullptr) return true;
+  ENetHost *host = enet_host_create(nullptr, 1, NetChannels, 0, 0);
+  if (host == nullptr) return LogError("Could not create enet host.") != 0;
+  LimitHost(host, LargestPacket, LargestPacket);
+  NetHost = host;
+  return true;
 }
 
-// Waits for the connect event. The guard isn't needed: nobody sends before Online is set.
+// Waits for the connect event. A sender that saw the last session still online waits as long, and then sends nothing.
 static bool Reach(const ENetAddress &address) {
+  const ScopedLock net(&NetMutex);
   ENetPeer *peer = enet_host_connect(NetHost, &address, NetChannels, 0);
   NetPeer = peer;
   if (peer == nullptr) return false;
+  enet_peer_timeout(peer, 0, ServerPatience, 3 * ServerPatience);
   ENetEvent event{};
   const bool any = enet_host_service(NetHost, &event, ConnectPatience) > 0;
   if (any && event.type == ENET_EVENT_TYPE_CONNECT) return true;
@@ -95,7 +105,7 @@ static void TakeChat(Reader r) {
     LogWarn("A chat packet that is too short was dropped");
     return;
   }
-  AddLabelledChatLine("Chat:", text.c_str());
+  AddLabelledChatLine("Chat:", Printable(text, LongestShownLine).c_str());
 }
 
 void HandlePacket(const u8 *data, size_t length) {
@@ -131,7 +141,7 @@ static void LoseServer() {
 
 static bool NextEvent(ENetEvent *event) {
   const ScopedLock net(&NetMutex);
-  return enet_host_service(NetHost, event, PollPatience) > 0;
+  return NetHost.load() != nullptr && enet_host_service(NetHost, event, PollPatience) > 0;
 }
 
 static void DestroyPacket(ENetPacket *packet) {
@@ -139,9 +149,12 @@ static void DestroyPacket(ENetPacket *packet) {
   enet_packet_destroy(packet);
 }
 
+// A flood must not keep the player from moving: what isn't reached in this round waits in the host, up to its limit.
 void PollNetwork() {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point start = Clock::now();
   ENetEvent event{};
-  while (NetHost.load() != nullptr && NextEvent(&event)) {
+  while (std::chrono::duration<double>(Clock::now() - start).count() < RoundSeconds && NextEvent(&event)) {
     if (event.type == ENET_EVENT_TYPE_DISCONNECT) {
       LoseServer();
     } else if (event.type == ENET_EVENT_TYPE_RECEIVE) {

@@ -1,4 +1,5 @@
-// The ships of the server: their files, and the table that replaces the game's own.
+// The ships of the server: the table that replaces the game's own, and the ships that come later. They are loaded while nobody
+// else sees them; the world mutex is held only while they take their rows.
 #include <cstdio>
 #include <memory>
 
@@ -7,11 +8,12 @@
 #include "net/chat_log.h"
 #include "net/dispatch.h"
 #include "persistence/stream.h"
-#include "platform/files.h"
 #include "platform/threads.h"
 #include "world/retire.h"
 
-constexpr size_t SmallestShipRow = 2 + 36;  // bytes of a list row: a name of one letter and a motion
+constexpr size_t SmallestShipRow = 2 + 36;   // bytes of a list row: a name of one letter and a motion
+constexpr int MostShips = 4096;              // a row costs memory even without a block
+constexpr u64 MostCellBytes = u64{4} << 30;  // for the blocks of all ships of a list; the rest stay empty
 
 struct ShipRow {
   std::string name;
@@ -20,20 +22,6 @@ struct ShipRow {
 
 static std::string PathOf(const std::string &name) { return "saves/" + name + ".sts"; }
 
-void TakeFile(Reader r) {
-  const std::string name = ReadString(&r);
-  if (r.failed || name.size() > MaxFileName) {
-    LogError("A ship file without a proper name was dropped");
-    return;
-  }
-  if (!SafeFileName(name)) {
-    LogError("The server sent a ship file with a name that can't be one");
-    return;
-  }
-  AddChatLine(("Downloading ship " + name + " ").c_str());
-  if (!ReplaceFile(PathOf(name).c_str(), r.bytes, r.left)) LogError("Error writing ship file");
-}
-
 static void SetMotion(Ship *ship, const Motion &m) {
   for (int axis = 0; axis < 3; ++axis) {
     ship->position[axis] = m.place[axis];
@@ -41,9 +29,10 @@ static void SetMotion(Ship *ship, const Motion &m) {
   }
 }
 
-// A ship that nobody else sees yet. "NULL" is one without a file, and so is a name that can't be a file's.
-static void LoadRow(Ship *ship, const std::string &name) {
-  ship->fileStem = name;
+// A ship that nobody else sees yet. "NULL" is one without a file. So is a name that can't be a file's, and the ship keeps
+// none of it: the name of a ship is a way to write files.
+static void LoadBlocks(Ship *ship, const std::string &name) {
+  ship->fileStem = "NULL";
   if (name == "NULL") return;
   if (!SafeFileName(name)) {
     LogError("The server named a ship that can't have a file");
@@ -51,21 +40,28 @@ static void LoadRow(Ship *ship, const std::string &name) {
   }
   const std::string path = PathOf(name);
   LogText("Loading Ship:", path.c_str());
-  if (LoadShipStream(ship, path.c_str(), true) == 0) ship->fileStem = name;
+  LoadShipStream(ship, path.c_str(), true);
+  ship->fileStem = name;
 }
 
-static std::unique_ptr<Ship> MakeShip(u32 row, const ShipRow &from) {
+static u64 CellBytes(const Ship &ship) {
+  u64 bytes = 0;
+  ForEachChunk(ship, [&bytes](Chunk &, ChunkCells &, CellAddress) { bytes += sizeof(ChunkCells); });
+  return bytes;
+}
+
+static std::unique_ptr<Ship> MakeShip(u32 row, const ShipRow &from, bool blocksToo) {
   auto ship = std::make_unique<Ship>();
   InitShip(ship.get(), row);
   if (!AllocShipTable(ship.get())) return nullptr;
-  LoadRow(ship.get(), from.name);
+  LoadBlocks(ship.get(), blocksToo ? from.name : "NULL");
   SetMotion(ship.get(), from.motion);
   return ship;
 }
 
 static bool ReadShipRows(Reader *r, std::vector<ShipRow> *rows) {
   const i32 count = static_cast<i32>(TakeU32(r));
-  if (r->failed || count < 0 || count > MaxShips || static_cast<size_t>(count) > r->left / SmallestShipRow)
+  if (r->failed || count < 0 || count > MostShips || static_cast<size_t>(count) > r->left / SmallestShipRow)
     return LogError("A list of ships that can't be right was dropped") != 0;
   std::printf("Recieving list of %i ships. \n", count);
   rows->resize(static_cast<size_t>(count));
@@ -74,29 +70,33 @@ static bool ReadShipRows(Reader *r, std::vector<ShipRow> *rows) {
   return !r->failed || LogError("A list of ships that can't be right was dropped") != 0;
 }
 
-// The old ships leave the table and the new ones take their rows.
+// The old ships leave the table and the new ones take their rows. The player stays where they are in the world: in their row's
+// new ship, or in the first when the table became shorter. This is Movement's thread, which may take world inside move.
 static void ReplaceTable(std::vector<std::unique_ptr<Ship>> *ships) {
-  const ScopedLock world(&WorldMutex);
-  const u16 before = TheShipTable.count.load();
+  const ScopedLock move(&MoveMutex), world(&WorldMutex);
+  const u16 before = TheShipTable.count.load(), after = static_cast<u16>(ships->size());
+  if (TheShipTable.current.load() >= after) TheShipTable.current = 0;
   TheShipTable.count = 0;
-  for (u16 row = 0; row < before; ++row) {
-    Ship *old = TheShipTable.ships[row].exchange(nullptr);
+  for (u16 row = 0; row < before || row < after; ++row) {
+    Ship *old = TheShipTable.ships[row].exchange(row < after ? (*ships)[row].release() : nullptr, std::memory_order_acq_rel);
     if (old != nullptr) RetireShip(old);
   }
-  for (size_t row = 0; row < ships->size(); ++row)
-    TheShipTable.ships[row].store((*ships)[row].release(), std::memory_order_release);
-  TheShipTable.count = static_cast<u16>(ships->size());
-}
-
-// The player stays where they are in the world: in their row's new ship, or in the first when the table became shorter.
-static void FindPlayerAgain() {
-  const ScopedLock move(&MoveMutex);
-  if (TheShipTable.current.load() >= TheShipTable.count.load()) TheShipTable.current = 0;
-  const Ship *ship = CurrentShip();
+  TheShipTable.count = after;
   Player p = ReadPlayer();
   p.shipIndex = TheShipTable.current.load();
-  if (ship != nullptr) RelativeTo(*ship, p.solarLoc, p.relativeLoc);
+  if (const Ship *ship = CurrentShip(); ship != nullptr) RelativeTo(*ship, p.solarLoc, p.relativeLoc);
   StoreMotion(p);
+}
+
+// False without memory: then the table stays as it was.
+static bool LoadAll(const std::vector<ShipRow> &rows, std::vector<std::unique_ptr<Ship>> *ships) {
+  u64 bytes = 0;
+  for (const ShipRow &row : rows) {
+    ships->push_back(MakeShip(static_cast<u32>(ships->size()), row, bytes <= MostCellBytes));
+    if (ships->back() == nullptr) return LogError("Could not allocate block") != 0;
+    bytes += CellBytes(*ships->back());
+  }
+  return bytes <= MostCellBytes || LogWarn("The server's ships are too large. Some of them stay empty.") == 0;
 }
 
 void TakeShipList(Reader r) {
@@ -104,15 +104,20 @@ void TakeShipList(Reader r) {
   if (!ReadShipRows(&r, &rows)) return;
   AddChatLine("Loading Ships");
   std::vector<std::unique_ptr<Ship>> ships;
-  for (const ShipRow &row : rows) {
-    ships.push_back(MakeShip(static_cast<u32>(ships.size()), row));
-    if (ships.back() != nullptr) continue;
-    LogError("Could not allocate block");
-    return;
-  }
-  ReplaceTable(&ships);
-  FindPlayerAgain();
-  AddChatLine("Server Sync Complete!");
+  const bool loaded = LoadAll(rows, &ships);
+  if (loaded) ReplaceTable(&ships);
+  for (const auto &unused : ships)
+    if (unused != nullptr) FreeShip(unused.get());
+  if (loaded) AddChatLine("Server Sync Complete!");
+}
+
+static bool AppendMade(std::unique_ptr<Ship> *ship) {
+  const ScopedLock world(&WorldMutex);
+  const u16 row = TheShipTable.count.load();
+  if ((*ship)->id != row) return false;
+  TheShipTable.ships[row].store(ship->release(), std::memory_order_release);
+  TheShipTable.count = static_cast<u16>(row + 1);
+  return true;
 }
 
 void TakeShipAdded(Reader r) {
@@ -121,17 +126,14 @@ void TakeShipAdded(Reader r) {
   row.name = ReadString(&r);
   row.motion = ReadMotion(&r);
   const i32 before = TheShipTable.count.load();
-  if (r.failed || count != before + 1) {
+  if (r.failed || count != before + 1 || count > MostShips) {
     std::printf("NNOS: %i %i \n", count, before);
     LogError("We've lost a ship somewhere. Networking is unlikely to go well.");
     return;
   }
-  const ScopedLock world(&WorldMutex);
-  Ship *ship = PrepareShip(&TheShipTable);
-  if (ship == nullptr) return;
-  LoadRow(ship, row.name);
-  SetMotion(ship, row.motion);
-  PublishShip(&TheShipTable);
+  std::unique_ptr<Ship> ship = MakeShip(static_cast<u32>(before), row, true);
+  if (ship == nullptr) LogError("Could not allocate block");
+  else if (!AppendMade(&ship)) FreeShip(ship.get());
 }
 
 void TakeShipLocation(Reader r) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "content/components.h"
 #include "content/materials.h"
@@ -16,7 +17,6 @@
 
 constexpr u8 CompressedFlag = 0x80;
 constexpr size_t LongestText = 65535, LongestShortText = 255;
-constexpr size_t FileLimit = 256u << 20;
 constexpr u16 MissingComponentId = 6, MissingMaterialId = 110;
 
 Mutex NetMutex{MutexRank::Leaf, "net", {}};
@@ -86,7 +86,7 @@ bool ReadBlockEdit(u8 type, Reader *r, BlockEdit *edit) {
   return !r->failed && edit->x < CellsPerAxis && edit->y < CellsPerAxis && edit->z < CellsPerAxis;
 }
 
-bool OpenPacket(const u8 *bytes, size_t count, u8 *type, Reader *payload, std::vector<u8> *store) {
+bool OpenPacket(const u8 *bytes, size_t count, u8 *type, Reader *payload, std::vector<u8> *store, u32 limit) {
   if (count == 0 || count > UINT32_MAX) return false;
   *type = bytes[0];
   *payload = {bytes + 1, count - 1};
@@ -94,7 +94,7 @@ bool OpenPacket(const u8 *bytes, size_t count, u8 *type, Reader *payload, std::v
   *type = static_cast<u8>(*type - CompressedFlag);
   u8 *content = const_cast<u8 *>(payload->bytes);  // replaced, never written
   u32 size = static_cast<u32>(payload->left);
-  if (!Decompress(&content, &size, false)) return false;
+  if (!Decompress(&content, &size, false, limit)) return false;
   store->assign(content, content + size);
   std::free(content);
   *payload = {store->data(), store->size()};
@@ -112,12 +112,24 @@ std::vector<u8> SealPacket(u8 type, const u8 *payload, size_t count) {
   return packet;
 }
 
+void LimitHost(ENetHost *host, size_t packetBytes, size_t waitingBytes) {
+  host->maximumPacketSize = packetBytes;
+  host->maximumWaitingData = waitingBytes;
+}
+
+bool QueuePacket(ENetPeer *peer, ENetPacket *packet) {
+  const size_t limit = std::exchange(peer->host->maximumPacketSize, SIZE_MAX);
+  const bool queued = enet_peer_send(peer, 0, packet) == 0;
+  peer->host->maximumPacketSize = limit;
+  return queued;
+}
+
 static bool SendSealed(ENetHost *host, ENetPeer *peer, const std::vector<u8> &packet, bool reliable) {
   if (host == nullptr || peer == nullptr) return false;
   const ScopedLock lock(&NetMutex);
   ENetPacket *made = enet_packet_create(packet.data(), packet.size(), reliable ? ENET_PACKET_FLAG_RELIABLE : 0);
   if (made == nullptr) return false;
-  const bool sent = enet_peer_send(peer, 0, made) == 0;
+  const bool sent = QueuePacket(peer, made);
   if (!sent) enet_packet_destroy(made);
   enet_host_flush(host);
   return sent;
@@ -165,7 +177,7 @@ bool SendBlockComponent(ENetHost *host, ENetPeer *peer, i32 shipRow, u16 x, u16 
 
 bool SendFile(ENetHost *host, ENetPeer *peer, const char *path, const char *name) {
   std::vector<u8> packet{PacketFile}, bytes;
-  if (!SafeFileName(name) || !ReadWholeFile(path, FileLimit, &bytes)) return LogError("Problem sending file.") != 0;
+  if (!SafeFileName(name) || !ReadWholeFile(path, LargestFile, &bytes)) return LogError("Problem sending file.") != 0;
   WriteString(&packet, name);
   PutBytes(&packet, bytes.data(), bytes.size());
   return SendSealed(host, peer, packet, true);
@@ -212,6 +224,18 @@ bool ApplyBlockComponent(Reader payload) { return ApplyPayload(PacketBlockCompon
 
 static bool SafeLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || std::string_view(" -_.()").find(c) != std::string_view::npos;
+}
+
+std::string Printable(std::string_view text, size_t most) {
+  std::string out(text.substr(0, most));
+  unsigned char before = 0;
+  for (char &c : out) {
+    const unsigned char byte = static_cast<unsigned char>(c);
+    const bool secondSet = before == 0xc2 && byte >= 0x80 && byte < 0xa0;  // the control characters above 127, in UTF-8
+    if (byte < 0x20 || byte == 0x7f || secondSet) c = '?';
+    before = byte;
+  }
+  return out;
 }
 
 bool SafeFileName(std::string_view name) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/compress.h"
 #include "core/types.h"
 #include "persistence/cursor.h"
 #include "world/block.h"
@@ -20,6 +21,7 @@ constexpr int NetChannels = 2;
 constexpr const char *WireVersion = "0.23.0 Demo ";
 constexpr size_t MaxFileName = 63;     // letters of a ship's name in PacketFile
 constexpr size_t CompressOver = 100;   // payloads of more bytes than this go compressed
+constexpr size_t LargestFile = 256u << 20;  // bytes of a ship's file that can be sent and taken
 
 enum PacketType : u8 {
   PacketFile = 0x0C, PacketShipLocation = 0x14, PacketHello = 0x2A, PacketPing = 0x2B, PacketPong = 0x2C, PacketChat = 0x2D,
@@ -53,14 +55,18 @@ void WriteBlockEdit(std::vector<u8> *out, const BlockEdit &edit);
 bool ReadBlockEdit(u8 type, Reader *r, BlockEdit *edit);         // False: too short, or coordinates above 9999.
 
 // What is received. payload points into the given bytes, or into store when they had to be decompressed. False: no bytes, or a
-// compressed payload that is broken or passes 64 MiB.
-bool OpenPacket(const u8 *bytes, size_t count, u8 *type, Reader *payload, std::vector<u8> *store);
+// compressed payload that is broken or passes the limit.
+bool OpenPacket(const u8 *bytes, size_t count, u8 *type, Reader *payload, std::vector<u8> *store, u32 limit = DecompressedLimit);
 // What is sent: the type byte and the payload, compressed by the rule.
 std::vector<u8> SealPacket(u8 type, const u8 *payload, size_t count);
 
 // ENet has no locks: every call of it goes through here or is made under this guard.
 struct Mutex;
 extern Mutex NetMutex;                 // a leaf
+
+// What a host takes: bytes of one packet, and of all that wait at one peer. For sending there is no such limit.
+void LimitHost(ENetHost *host, size_t packetBytes, size_t waitingBytes);
+bool QueuePacket(ENetPeer *peer, ENetPacket *packet);  // NetMutex held. False: it isn't connected; the packet stays the caller's.
 
 // On channel 0, and flushed at once. Take NetMutex. A null peer or host: false.
 bool SendPacket(ENetHost *host, ENetPeer *peer, const u8 *payload, size_t count, u8 type, bool reliable);
@@ -82,3 +88,6 @@ bool ApplyBlockEdit(const BlockEdit &edit);
 
 // A name from the other side that is safe as a file's: letters, digits, blanks and "-_.()", not beginning with a dot, 1 to 63.
 bool SafeFileName(std::string_view name);
+// A text from the other side as it may be shown and logged: without control characters, so that none of them ends a line of the
+// log or steers a terminal, and cut to most bytes.
+std::string Printable(std::string_view text, size_t most);

@@ -8,9 +8,11 @@
 #include <ctime>
 
 #include "core/log.h"
+#include "platform/threads.h"
 
 constexpr double ShareDelay = 0.1;     // seconds between two places of one player, as the others hear of them
 constexpr double RefreshDelay = 2.0;   // the same for one who drifts as told
+constexpr size_t MostWaiting = 400000;  // commands queued for one client: a largest file is half of it
 constexpr double StepSeconds = 0.033;  // of a game's movement: a place falls by its velocity in each
 
 std::vector<Client> Clients;
@@ -27,13 +29,6 @@ void Say(const std::string &line) {
   char stamp[32] = "";
   std::strftime(stamp, sizeof stamp, "%Y-%m-%d %H:%M:%S ", &local);
   LogInfo((stamp + line).c_str());
-}
-
-std::string Printable(std::string_view text, size_t most) {
-  std::string out(text.substr(0, most));
-  for (char &c : out)
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
-  return out;
 }
 
 Client *FindClient(const ENetPeer *peer) {
@@ -53,10 +48,11 @@ size_t PlayerCount() {
 // One packet for all who get it: ENet counts its users and frees it behind the last.
 static void Queue(u8 type, const std::vector<u8> &payload, bool reliable, const Client *only, const Client *except) {
   const std::vector<u8> bytes = SealPacket(type, payload.data(), payload.size());
+  const ScopedLock lock(&NetMutex);
   ENetPacket *packet = enet_packet_create(bytes.data(), bytes.size(), reliable ? ENET_PACKET_FLAG_RELIABLE : 0);
   if (packet == nullptr) return;
   for (const Client &c : Clients)
-    if (only != nullptr ? &c == only : !c.name.empty() && &c != except) enet_peer_send(c.peer, 0, packet);
+    if (only != nullptr ? &c == only : !c.name.empty() && &c != except) QueuePacket(c.peer, packet);
   if (packet->referenceCount == 0) enet_packet_destroy(packet);
 }
 
@@ -133,9 +129,21 @@ void ShareMotions(double now) {
 }
 
 void DropClient(Client *client, const char *why) {
+  if (client->leaving) return;
   Say("Dropping " + (client->name.empty() ? client->address : client->name) + ": " + why);
   SayTo(client, std::string("Server: ") + why);
+  client->leaving = true;
   enet_peer_disconnect_later(client->peer, 0);
+}
+
+// No goodbye: it would only wait in the same queue.
+void DropSlowClients() {
+  for (Client &c : Clients) {
+    if (enet_list_size(&c.peer->outgoingCommands) < MostWaiting || c.peer->state != ENET_PEER_STATE_CONNECTED) continue;
+    Say("Dropping " + (c.name.empty() ? c.address : c.name) + ": too slow for what happens here");
+    c.leaving = true;
+    enet_peer_disconnect(c.peer, 0);
+  }
 }
 
 void RemoveClient(const ENetPeer *peer) {

@@ -9,6 +9,7 @@
 
 struct Client {
   ENetPeer *peer = nullptr;
+  u32 id = 0;                 // never used again for another one
   std::string address;        // for the log
   std::string name;           // empty until the hello
   Motion motion;              // as last told
@@ -18,6 +19,8 @@ struct Client {
   double editBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
   u32 refused = 0;            // edits since the last line in the log about them
   double refusedAt = 0;
+  int strange = 0;            // packets that no game would send
+  bool leaving = false;       // dropped: nothing more of theirs counts
   u32 edits = 0, lines = 0;   // in all, for the log and the list
 };
 
@@ -26,7 +29,6 @@ extern ENetHost *ServerHost;
 
 double Now();                                            // Seconds, monotonic.
 void Say(const std::string &line);                       // An event, with date and time, to the log.
-std::string Printable(std::string_view text, size_t most);  // Without control characters, cut.
 Client *FindClient(const ENetPeer *peer);                // Null: none.
 Client *FindClientByName(std::string_view name);
 size_t PlayerCount();                                    // Clients with a name.
@@ -39,4 +41,5 @@ void SayToAll(std::string_view text);
 void SendPlayerLists();                                  // To everyone, each with their own row.
 void ShareMotions(double now);                           // Who has moved, to the others.
 void DropClient(Client *client, const char *why);        // Says goodbye to them; the disconnect event removes the row.
+void DropSlowClients();                                  // Those who leave more unanswered than the server wants to hold.
 void RemoveClient(const ENetPeer *peer);                 // After the disconnect event.

@@ -14,7 +14,7 @@ static void Usage(std::FILE *out) {
                "usage: tarnvale-server [FOLDER]\n"
                "Serves the ships of FOLDER/saves (default: the present folder) to games on the network.\n"
                "FOLDER holds config/, saves/ and serveroptions, which is written with its defaults when missing.\n"
-               "The log goes to standard output and to server.log. Ends in order on SIGTERM, SIGINT and \"stop\".\n"
+               "The log goes to standard output and to server.log; the last run's is server.log.old. Ends in order on SIGTERM, SIGINT and \"stop\".\n"
                "  -h, --help     this text\n"
                "  --version      the version\n"
                "On standard input: list | say TEXT | kick NAME | save | stop\n");
@@ -31,6 +31,7 @@ int main(int argc, char **argv) {
   sigaction(SIGTERM, &action, nullptr);
   sigaction(SIGINT, &action, nullptr);
   std::signal(SIGPIPE, SIG_IGN);
+  std::rename("server.log", "server.log.old");
   LogInit("server.log");
   if (!StartServer()) return 1;
   RunServer();

@@ -1,4 +1,8 @@
 // Hello, chat, places and block edits of the clients. Nothing that a packet holds is believed before it was looked at.
+//
+// A game does its own edits at once and hears of them no more, so two players who change one cell at the same time, or one whose
+// edit is refused, would end with different blocks. Such a cell is contested for a while: all edits of it go to everyone, their
+// senders too. Then all hear them in one order, and the last one stands everywhere.
 #include "server/requests.h"
 
 #include <enet/enet.h>
@@ -13,15 +17,21 @@
 
 constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5;  // seconds
 constexpr double EditsPerSecond = 200, ChatPerSecond = 2, ChatBurst = 10;
-constexpr double ContestTime = 5;      // seconds for which a cell that two players changed counts as contested
-constexpr size_t ContestSweep = 4096;  // cells remembered before old ones are thrown out
+constexpr double ContestTime = 5;      // seconds for which an edit is remembered, and a cell contested behind its last one
 constexpr size_t LongestName = 32, LongestLine = 255;
+constexpr size_t LargestRequest = 4096;  // bytes, packed or not
+constexpr int MostStrange = 20;          // packets that no game sends, before their sender is dropped
+constexpr enet_uint32 Patience = 30000;  // milliseconds in which a game may be busy with loading our ships
+constexpr const char *OwnName = "Server";  // who speaks for the server in the chat
 
 void WelcomePeer(ENetPeer *peer) {
   char address[64] = "?";
   enet_address_get_host_ip(&peer->address, address, sizeof address);
+  static u32 id = 0;
+  enet_peer_timeout(peer, 0, Patience, 2 * Patience);
   Client c;
   c.peer = peer;
+  c.id = ++id;
   c.address = std::string(address) + ":" + std::to_string(peer->address.port);
   c.connected = c.heard = c.budgetsAt = Now();
   c.editBudget = EditsPerSecond;
@@ -31,9 +41,11 @@ void WelcomePeer(ENetPeer *peer) {
 }
 
 static std::string FreeName(const std::string &wanted) {
-  const std::string base = wanted.empty() ? "Unknown" : wanted;
+  const size_t first = std::min(wanted.find_first_not_of(' '), wanted.size());
+  std::string base = wanted.substr(first, wanted.find_last_not_of(' ') + 1 - first);
+  if (base.empty()) base = "Unknown";
   std::string name = base;
-  for (int i = 2; FindClientByName(name) != nullptr; ++i) name = base + "(" + std::to_string(i) + ")";
+  for (int i = 2; name == OwnName || FindClientByName(name) != nullptr; ++i) name = base + "(" + std::to_string(i) + ")";
   return name;
 }
 
@@ -45,9 +57,14 @@ static void SendWorld(Client *client) {
   SendTo(client, PacketShipList, ShipListPayload(), true);
 }
 
+// A few may come from a game that is newer, or gone wrong.
+static void Suspect(Client *client) {
+  if (++client->strange >= MostStrange) DropClient(client, "too many packets that no game sends");
+}
+
 static void TakeHello(Client *client, Reader r) {
   const std::string version = ReadString(&r), name = Printable(ReadString(&r), LongestName);
-  if (!client->name.empty()) return;
+  if (!client->name.empty()) return Suspect(client);
   if (r.failed) return DropClient(client, "a hello that can't be read");
   if (version != WireVersion) return DropClient(client, "this server is for another version of the game");
   if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full");
@@ -71,7 +88,7 @@ static void FillBudgets(Client *c, double now) {
 // A line that begins with "|" tells what its sender does.
 static void TakeChat(Client *client, Reader r) {
   const std::string text = Printable(ReadString(&r), LongestLine);
-  if (r.failed || text.empty()) return;
+  if (r.failed || text.empty()) return Suspect(client);
   if (client->chatBudget < 1) return SayTo(client, "Server: not so fast");
   client->chatBudget -= 1;
   ++client->lines;
@@ -80,26 +97,26 @@ static void TakeChat(Client *client, Reader r) {
   SayToAll(line);
 }
 
-// Cells that were edited lately, by whom, and until when two players' edits may cross on their way. The edits of a contested
-// cell go back to their senders too: then everyone hears all of them in one order and ends with the same block.
 struct RecentEdit {
-  const ENetPeer *by;
+  u32 by;          // the client's id
   double at;
   bool contested;
 };
 using CellKey = std::tuple<i32, u16, u16, u16>;
-static std::map<CellKey, RecentEdit> RecentEdits;
+static std::map<CellKey, RecentEdit> RecentEdits;  // of the last ContestTime, by cell
 
 static bool IsContested(const Client &client, const BlockEdit &e, double now) {
-  if (RecentEdits.size() > ContestSweep)
-    std::erase_if(RecentEdits, [now](const auto &entry) { return now - entry.second.at > ContestTime; });
-  RecentEdit fresh{client.peer, now, false};
+  RecentEdit fresh{client.id, now, false};
   const auto [found, isNew] = RecentEdits.try_emplace({e.shipRow, e.x, e.y, e.z}, fresh);
   if (isNew) return false;
   const RecentEdit &last = found->second;
-  fresh.contested = now - last.at <= ContestTime && (last.contested || last.by != client.peer);
+  fresh.contested = now - last.at <= ContestTime && (last.contested || last.by != client.id);
   found->second = fresh;
   return fresh.contested;
+}
+
+static void ForgetOldEdits(double now) {
+  std::erase_if(RecentEdits, [now](const auto &entry) { return now - entry.second.at > ContestTime; });
 }
 
 static void SendEdit(Client *only, const Client *except, const BlockEdit &edit) {
@@ -109,12 +126,15 @@ static void SendEdit(Client *only, const Client *except, const BlockEdit &edit) 
   else SendToAll(edit.type, payload, true, except);
 }
 
-// The sender has done the edit already: they are told what really stands there.
+// The sender has done the edit already: they are told what really stands there, and hear their next edits of the cell too,
+// which may be on their way.
 static void Refuse(Client *client, const BlockEdit &edit, const char *why, double now) {
   ++client->refused;
   BlockEdit truth;
-  if (edit.x < CellsPerAxis && edit.y < CellsPerAxis && edit.z < CellsPerAxis && EditOfCell(edit, &truth))
+  if (EditOfCell(edit, &truth)) {
+    RecentEdits[{edit.shipRow, edit.x, edit.y, edit.z}] = {client->id, now, true};
     SendEdit(client, nullptr, truth);
+  }
   if (now - client->refusedAt < 1) return;
   Say("Refused " + std::to_string(client->refused) + " edits of " + client->name + ": " + why);
   client->refused = 0;
@@ -123,7 +143,9 @@ static void Refuse(Client *client, const BlockEdit &edit, const char *why, doubl
 
 static void TakeEdit(Client *client, u8 type, Reader r, double now) {
   BlockEdit edit;
-  if (!ReadBlockEdit(type, &r, &edit)) return Refuse(client, edit, "out of range", now);
+  const bool good = ReadBlockEdit(type, &r, &edit);
+  if (r.failed) return Suspect(client);
+  if (!good) return Refuse(client, edit, "out of range", now);
   if (client->editBudget < 1) return Refuse(client, edit, "more than 200 a second", now);
   client->editBudget -= 1;
   const char *why = DoEdit(edit);
@@ -134,7 +156,8 @@ static void TakeEdit(Client *client, u8 type, Reader r, double now) {
 
 static void TakePlace(Client *client, Reader r) {
   const Motion m = ReadMotion(&r);
-  if (!r.failed) client->motion = m;
+  if (r.failed) return Suspect(client);
+  client->motion = m;
 }
 
 void HandleRequest(Client *client, const u8 *bytes, size_t count) {
@@ -142,10 +165,11 @@ void HandleRequest(Client *client, const u8 *bytes, size_t count) {
   Reader r;
   std::vector<u8> store;
   const double now = Now();
+  if (client->leaving) return;
   client->heard = now;
-  if (!OpenPacket(bytes, count, &type, &r, &store)) return DropClient(client, "a packet that can't be opened");
+  if (count > LargestRequest || !OpenPacket(bytes, count, &type, &r, &store, LargestRequest)) return Suspect(client);
   if (type == PacketHello) return TakeHello(client, r);
-  if (client->name.empty()) return;  // the game says hello first
+  if (client->name.empty()) return Suspect(client);  // the game says hello first
   FillBudgets(client, now);
   switch (type) {
     case PacketChat: return TakeChat(client, r);
@@ -156,14 +180,18 @@ void HandleRequest(Client *client, const u8 *bytes, size_t count) {
     case PacketPong:
     case PacketShipLocation:  // ships stand where the server has them
     case PacketUnused: return;
-    default: LogWarn("Unknown packet type received.");
+    default: LogWarn("Unknown packet type received."); Suspect(client);
   }
 }
 
 void CheckSilence(double now) {
   static double pinged = 0;
   const bool ping = now - pinged >= PingDelay;
-  if (ping) pinged = now;
+  if (ping) {
+    pinged = now;
+    DropSlowClients();
+    ForgetOldEdits(now);
+  }
   for (Client &c : Clients) {
     if (c.peer->state != ENET_PEER_STATE_CONNECTED) continue;
     if (c.name.empty() && now - c.connected > HelloPatience) DropClient(&c, "no hello");

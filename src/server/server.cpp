@@ -14,6 +14,8 @@
 constexpr enet_uint32 LongestWait = 10;  // milliseconds in a pass without packets
 constexpr size_t SparePeers = 4;         // connections beyond the players, so that they can be told why not
 constexpr int EventsInAPass = 1000;
+constexpr u16 MostPlayers = 4000;        // what the transport can tell apart
+constexpr size_t LargestRequest = 4096, MostWaitingRequests = 1 << 20;  // bytes that a client may send at once, and ahead
 constexpr int GoodbyeRounds = 50;
 
 ServerOptions TheServerOptions;
@@ -35,6 +37,7 @@ static bool Listen() {
     return LogError(("Address is no address: " + o.Address).c_str()) != 0;
   ServerHost = enet_host_create(&address, o.Players + SparePeers, NetChannels, 0, 0);
   if (ServerHost == nullptr) return LogError(("Cannot listen on port " + std::to_string(o.Port)).c_str()) != 0;
+  LimitHost(ServerHost, LargestRequest, MostWaitingRequests);
   Say("Listening on " + o.Address + " port " + std::to_string(o.Port) + " for " + std::to_string(o.Players) + " players");
   return true;
 }
@@ -44,6 +47,10 @@ bool StartServer() {
   if (!ReadServerOptions(&TheServerOptions)) {
     Say("No serveroptions: writing one with the defaults");
     WriteServerOptions(TheServerOptions);
+  }
+  if (TheServerOptions.Players > MostPlayers) {
+    LogWarn("Players can be 4000 at most");
+    TheServerOptions.Players = MostPlayers;
   }
   TellWhatIsKept();
   if (LoadMaterials() == 0) return LogError("Unable to load Materials Array") != 0;
@@ -89,8 +96,10 @@ void StopServer() {
   ENetEvent event{};
   for (int round = 0; round < GoodbyeRounds && !Clients.empty(); ++round)
     if (enet_host_service(ServerHost, &event, LongestWait) > 0) HandleEvent(event);
+  Clients.clear();
   enet_host_destroy(ServerHost);
+  ServerHost = nullptr;
   enet_deinitialize();
-  RefreshStreamFiles();
+  CloseWorld();
   Say("Stopped");
 }

@@ -1,6 +1,10 @@
 // The ships of the server.
 #include "server/world.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <algorithm>
 
 #include "content/components.h"
@@ -8,7 +12,7 @@
 #include "core/log.h"
 #include "persistence/directory_store.h"
 #include "persistence/stream.h"
-#include "platform/threads.h"
+#include "platform/files.h"
 #include "server/clients.h"
 #include "world/access.h"
 #include "worldgen/asteroid.h"
@@ -21,6 +25,15 @@ constexpr i64 StartSpacing = 3 * UnitsPerBlock;
 constexpr const char *GrownName = "Asteroid";
 
 static std::vector<bool> StreamIsOld;  // by row: edited since its stream file was written
+static int SavesFolder = -1;           // open and locked while the world is
+
+// Two servers in one folder would write over each other's blocks.
+static bool LockSaves() {
+  MakeDirectory("saves");
+  SavesFolder = open("saves", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (SavesFolder < 0) return LogError("There is no folder saves/, and none can be made") != 0;
+  return flock(SavesFolder, LOCK_EX | LOCK_NB) == 0 || LogError("Another server runs in this folder") != 0;
+}
 
 // LoadAllShips leaves folders on disk; the server wants their blocks too.
 static bool LoadBlocks(Ship *ship) {
@@ -61,7 +74,14 @@ static bool GrowFirstShip(u16 largest) {
   return SaveShipDirectory(ship) != 0;
 }
 
+// A game moves ships that have a velocity on by itself; here they stand.
+static void StopShips() {
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row)
+    for (auto &axis : ShipAt(TheShipTable, row)->velocity) axis = 0;
+}
+
 bool OpenWorld(u16 largestAsteroid) {
+  if (!LockSaves()) return false;
   LoadAllShips(&TheShipTable);
   if (TheShipTable.count.load() == 0 && !GrowFirstShip(largestAsteroid)) return LogError("There is no world to serve") != 0;
   for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
@@ -71,8 +91,16 @@ bool OpenWorld(u16 largestAsteroid) {
       LogWarn(("Games can't take a file named " + ship->fileStem + ": they will see that ship without blocks").c_str());
   }
   PlaceShips();
+  StopShips();
   StreamIsOld.assign(TheShipTable.count.load(), true);
   return RefreshStreamFiles();
+}
+
+void CloseWorld() {
+  if (SavesFolder < 0) return;
+  RefreshStreamFiles();
+  close(SavesFolder);
+  SavesFolder = -1;
 }
 
 static bool Storable(u16 c) { return c >= FirstStored && c <= LastStored; }
@@ -87,7 +115,7 @@ static const char *WhyNot(const BlockEdit &e) {
   if (!Storable(e.x) || !Storable(e.y) || !Storable(e.z)) return "out of range";
   if (e.type == PacketBlockPlace) {
     const Block &b = e.block;
-    if (b.state == StateEmpty || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u)
+    if (b.state == StateEmpty || b.state > StateWhole || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u)
       return "no such block";
     return nullptr;
   }
@@ -113,7 +141,7 @@ const char *DoEdit(const BlockEdit &edit) {
 
 bool EditOfCell(const BlockEdit &at, BlockEdit *found) {
   const Ship *ship = ShipOfRow(at.shipRow);
-  if (ship == nullptr) return false;
+  if (ship == nullptr || at.x >= CellsPerAxis || at.y >= CellsPerAxis || at.z >= CellsPerAxis) return false;
   *found = at;
   const u64 head = HeadAt(at.x, at.y, at.z, *ship);
   found->type = HeadState(head) == StateEmpty ? PacketBlockRemove : PacketBlockPlace;

@@ -7,8 +7,10 @@
 
 #include "net/wire.h"
 
-// Loads all ships of saves/, and grows an asteroid of up to largest when there are none. False: no world (logged).
+// Loads all ships of saves/, and grows an asteroid of up to largest when there are none. False: no world, or another server has
+// it (logged).
 bool OpenWorld(u16 largestAsteroid);
+void CloseWorld();                            // Writes the stream files; another server may have the folder then.
 // Stores the edit on disk, then does it. Null: done; else why not, and nothing has changed.
 const char *DoEdit(const BlockEdit &edit);
 // What stands in the cell of an edit, as the edit that would put it there. False: no such cell.

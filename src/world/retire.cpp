@@ -34,6 +34,8 @@ static bool Unseen(const RetiredShip &r) {
   return true;
 }
 
+size_t RetiredCount() { return Retired.size(); }
+
 void SweepRetired() {
   std::erase_if(Retired, [](const RetiredShip &r) {
     if (!Unseen(r)) return false;
