@@ -128,6 +128,14 @@ void ShareMotions(double now) {
   }
 }
 
+void LogRefusals(Client *client) {
+  if (client->refused.empty()) return;
+  std::string line = "Refused edits of " + client->name + ":";
+  for (const auto &[why, count] : client->refused) line.append(" ").append(std::to_string(count)).append(" (").append(why).append(")");
+  Say(line);
+  client->refused.clear();
+}
+
 void DropClient(Client *client, const char *why) {
   if (client->leaving) return;
   Say("Dropping " + (client->name.empty() ? client->address : client->name) + ": " + why);
@@ -147,8 +155,9 @@ void DropSlowClients() {
 }
 
 void RemoveClient(const ENetPeer *peer) {
-  const Client *found = FindClient(peer);
+  Client *found = FindClient(peer);
   if (found == nullptr) return;
+  LogRefusals(found);
   const Client gone = *found;
   Clients.erase(Clients.begin() + (found - Clients.data()));
   Say((gone.name.empty() ? gone.address : gone.name + " (" + gone.address + ")") + " has left, with " +

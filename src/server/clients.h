@@ -1,6 +1,7 @@
 // Who is connected, and what is sent to them. The server has one thread; nothing here takes a lock but the calls of ENet.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +18,7 @@ struct Client {
   double connected = 0, heard = 0;  // times
   double shownAt = 0;
   double editBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
-  u32 refused = 0;            // edits since the last line in the log about them
-  double refusedAt = 0;
+  std::map<std::string_view, u32> refused;  // edits since the last line in the log about them, by the reason
   int strange = 0;            // packets that no game would send
   bool leaving = false;       // dropped: nothing more of theirs counts
   u32 edits = 0, lines = 0;   // in all, for the log and the list
@@ -40,6 +40,7 @@ void SayTo(Client *client, std::string_view text);       // A line of chat.
 void SayToAll(std::string_view text);
 void SendPlayerLists();                                  // To everyone, each with their own row.
 void ShareMotions(double now);                           // Who has moved, to the others.
+void LogRefusals(Client *client);                        // One line for all since the last one, or none.
 void DropClient(Client *client, const char *why);        // Says goodbye to them; the disconnect event removes the row.
 void DropSlowClients();                                  // Those who leave more unanswered than the server wants to hold.
 void RemoveClient(const ENetPeer *peer);                 // After the disconnect event.

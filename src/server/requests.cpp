@@ -15,7 +15,7 @@
 #include "server/server.h"
 #include "server/world.h"
 
-constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5;  // seconds
+constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5, RefusalDelay = 1;  // seconds
 constexpr double EditsPerSecond = 200, ChatPerSecond = 2, ChatBurst = 10;
 constexpr double ContestTime = 5;      // seconds for which an edit is remembered, and a cell contested behind its last one
 constexpr size_t LongestName = 32, LongestLine = 255;
@@ -129,16 +129,12 @@ static void SendEdit(Client *only, const Client *except, const BlockEdit &edit) 
 // The sender has done the edit already: they are told what really stands there, and hear their next edits of the cell too,
 // which may be on their way.
 static void Refuse(Client *client, const BlockEdit &edit, const char *why, double now) {
-  ++client->refused;
+  ++client->refused[why];
   BlockEdit truth;
   if (EditOfCell(edit, &truth)) {
     RecentEdits[{edit.shipRow, edit.x, edit.y, edit.z}] = {client->id, now, true};
     SendEdit(client, nullptr, truth);
   }
-  if (now - client->refusedAt < 1) return;
-  Say("Refused " + std::to_string(client->refused) + " edits of " + client->name + ": " + why);
-  client->refused = 0;
-  client->refusedAt = now;
 }
 
 static void TakeEdit(Client *client, u8 type, Reader r, double now) {
@@ -185,7 +181,9 @@ void HandleRequest(Client *client, const u8 *bytes, size_t count) {
 }
 
 void CheckSilence(double now) {
-  static double pinged = 0;
+  static double pinged = 0, told = 0;
+  const bool tell = now - told >= RefusalDelay;
+  if (tell) told = now;
   const bool ping = now - pinged >= PingDelay;
   if (ping) {
     pinged = now;
@@ -193,6 +191,7 @@ void CheckSilence(double now) {
     ForgetOldEdits(now);
   }
   for (Client &c : Clients) {
+    if (tell) LogRefusals(&c);
     if (c.peer->state != ENET_PEER_STATE_CONNECTED) continue;
     if (c.name.empty() && now - c.connected > HelloPatience) DropClient(&c, "no hello");
     else if (now - c.heard > SilencePatience) DropClient(&c, "no answer");

@@ -119,7 +119,7 @@ TEST_F(Session, EachPacketDoesWhatItSays) {
   Handle(PacketShipLocation, Join({Int(1), Moving(-7, 5)}));
   EXPECT_EQ(ShipOf(1)->position[0], -7);
   EXPECT_EQ(ShipOf(1)->velocity[0], 5);
-  Handle(PacketChat, Text(std::string("Ada: h\0i\n\x1b[2Jyou \xc2\x9b\xc3\xa9", 20)));
+  Handle(PacketChat, Text(std::string("Ada: h\0i\n\x1b[2Jyou \xc2\x9b\xc3\xa9", 21)));
   EXPECT_EQ(NewestLine(), "Ada: h?i??[2Jyou \xc2?\xc3\xa9");
   Handle(PacketSetLocation, Moving(50000, 4));
   const Player moved = ReadPlayer();
