@@ -32,7 +32,7 @@ static void CheckWorld() {
 void FuzzOne(Bytes input) {
   BeginWithTwoShips();
   Reader r{input.data(), input.size()};
-  while (r.left > 0) {
+  while (r.left > 0 && !r.failed) {
     const size_t length = std::min<size_t>(TakeU16(&r), r.left);
     const u8 *bytes = TakeBytes(&r, length);
     if (bytes != nullptr) HandlePacket(bytes, length);

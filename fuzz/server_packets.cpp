@@ -36,7 +36,7 @@ void FuzzOne(Bytes input) {
   Join(Peers[0]);
   WelcomePeer(Peers[1]);
   Reader r{input.data(), input.size()};
-  while (r.left > 0) {
+  while (r.left > 0 && !r.failed) {
     Client *client = &Clients[TakeU8(&r) % 2];
     const size_t length = std::min<size_t>(TakeU16(&r), r.left);
     const u8 *bytes = TakeBytes(&r, length);
