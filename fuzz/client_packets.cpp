@@ -24,7 +24,9 @@ static void CheckWorld() {
   Demand(TheShipTable.count.load() == 0 || CurrentShip() != nullptr, "the player's ship is one of the table");
   for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
     const Ship &ship = *ShipAt(TheShipTable, row);
-    Demand(ship.id == row && ShipFault(ship).empty(), "the ship is sound");
+    Demand(ship.id == row, "a ship's id is its row");
+    const std::string fault = ShipFault(ship);
+    Demand(fault.empty(), fault.c_str());
     Demand(ship.fileStem.find('/') == std::string::npos, "the ship's name stays in its folder");
   }
 }

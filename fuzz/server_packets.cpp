@@ -48,5 +48,6 @@ void FuzzOne(Bytes input) {
   ShareMotions(Now());
   Clients.clear();
   const ScopedLock world(&WorldMutex);
-  Demand(ShipFault(*ShipAt(TheShipTable, 0)).empty(), "the ship is sound");
+  const std::string fault = ShipFault(*ShipAt(TheShipTable, 0));
+  Demand(fault.empty(), fault.c_str());
 }

@@ -200,6 +200,7 @@ static bool ApplyHeld(const BlockEdit &edit) {
   if (edit.type == PacketBlockComponent)
     return ChangeBlockComponent(KnownComponent(edit.component), edit.x, edit.y, edit.z, ship) != 0;
   Block b = edit.block;
+  if (b.state != StateEmpty) b.state = StateWhole;  // which voxels a damaged block has lost doesn't travel
   b.component = KnownComponent(static_cast<unsigned>(b.component));
   b.material = KnownMaterial(static_cast<unsigned>(b.material));
   return PlaceBlockHeld(b, edit.x, edit.y, edit.z, ship) != 0;

@@ -115,7 +115,7 @@ static const char *WhyNot(const BlockEdit &e) {
   if (!Storable(e.x) || !Storable(e.y) || !Storable(e.z)) return "out of range";
   if (e.type == PacketBlockPlace) {
     const Block &b = e.block;
-    if (b.state == StateEmpty || b.state > StateWhole || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u)
+    if (b.state != StateWhole || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u)
       return "no such block";
     return nullptr;
   }

@@ -304,6 +304,7 @@ static void Serve(FakeServer *s) {
       s->received.emplace_back(event.packet->data, event.packet->data + event.packet->dataLength);
       enet_packet_destroy(event.packet);
     }
+    if (peer == nullptr) continue;
     const std::lock_guard<std::mutex> lock(s->mutex);
     for (const Bytes &packet : s->toSend) enet_peer_send(peer, 0, enet_packet_create(packet.data(), packet.size(), ENET_PACKET_FLAG_RELIABLE));
     s->toSend.clear();
