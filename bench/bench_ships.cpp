@@ -14,6 +14,7 @@
 
 #include "content/components.h"
 #include "content/materials.h"
+#include "net/ship_shell.h"
 #include "persistence/stream.h"
 #include "platform/threads.h"
 #include "world/access.h"
@@ -51,25 +52,26 @@ static void DropShip(Ship *ship) {
   delete ship;
 }
 
-// A cube of a million blocks of mixed materials, shapes and rotations, with a hundred lamps.
-static Ship *DenseShip() {
+// A million blocks of mixed materials, shapes and rotations, with a hundred lamps, in a cube: every apart-th cell of a row.
+static Ship *MixedShip(unsigned apart) {
   LoadContent();
   Ship *ship = NewShip();
   std::mt19937 random(1);
   for (unsigned i = 0; i < Side * Side * Side; ++i) {
+    const unsigned y = i / Side % Side, z = i / Side / Side;
     Block b;
     b.state = StateWhole;
     b.rotation = (1 + random() % 6) & 7;
     b.rotation2 = random() & 3;
     b.material = (1 + random() % (MaterialCount - 1u)) & 0xffff;
     b.component = RowWithLight(i % (Side * Side * Side / Lamps) == 7, &random);
-    PlaceBlockRaw(b, AddressOf(5000 + i % Side, 5000 + i / Side % Side, 5000 + i / Side / Side), ship);
+    PlaceBlockRaw(b, AddressOf(5000 + i % Side * apart, 5000 + y, 5000 + z), ship);
   }
   return ship;
 }
 
 static Ship *TheShip() {
-  static Ship *ship = DenseShip();
+  static Ship *ship = MixedShip(1);
   return ship;
 }
 
@@ -203,6 +205,21 @@ static void BM_ShipFinish(benchmark::State &state) {
   }
 }
 BENCHMARK(BM_ShipFinish)->Unit(benchmark::kMillisecond)->UseManualTime();
+
+// The shell's file of the dense ship, where nearly all blocks are inside, and of one of thin walls, where none is. Target: under
+// 1500 ms each.
+static void BM_ShipShell(benchmark::State &state) {
+  Ship *ship = state.range(0) == 1 ? TheShip() : MixedShip(2);
+  const auto root = std::filesystem::current_path();
+  std::filesystem::current_path(std::filesystem::path(TheFile()).parent_path());
+  std::filesystem::create_directory("cache");
+  for (auto _ : state)
+    if (BuildShipShell(*ship) == 0) state.SkipWithError("no shell");
+  state.counters["bytes"] = static_cast<double>(std::filesystem::file_size("cache/Default.sss"));
+  std::filesystem::current_path(root);
+  if (ship != TheShip()) DropShip(ship);
+}
+BENCHMARK(BM_ShipShell)->ArgName("apart")->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 static double ResidentMegabytes() {
   malloc_trim(0);

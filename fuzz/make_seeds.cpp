@@ -78,14 +78,24 @@ static void PutShips() {
     ScopedLock world(&WorldMutex);
     PackShip(ship, &packed);
   }
-  PutSeed("ship_stream", "content", '\0' + std::string(packed.begin(), packed.end()));
+  for (const char *target : {"ship_stream", "ship_shell"})
+    PutSeed(target, "content", '\0' + std::string(packed.begin(), packed.end()));
   Demand(SaveShipStream(&ship, "saves/a.sts") == 1 && SaveShipText(ship, "a", false, true, true) == 1, "the ship is saved");
-  PutSeed("ship_stream", "file", '\1' + ReadAll("saves/a.sts"));
+  for (const char *target : {"ship_stream", "ship_shell"}) PutSeed(target, "file", '\1' + ReadAll("saves/a.sts"));
   const std::string light = Unpacked("cache/Default.slf"), voxels = Unpacked("cache/Default.scf");
   PutSeed("ship_text", "lit", U16(light.size()) + U16(voxels.size()) + light + voxels + Unpacked("saves/a.ssf"));
   for (const auto &entry : fs::directory_iterator(fs::path(TARNVALE_ROOT) / "tests/persistence/ships"))
     PutSeed("ship_text", entry.path().stem(), std::string(4, '\0') + ReadAll(entry.path()));
   FreeShip(&ship);
+}
+
+// Two slots of one chunk of a ship, the first one with a block, the second one empty, and a cut third.
+static void PutFolder() {
+  const std::string note = U16(555) + U16(0) + U16(0) + U16(5) + std::string("\xa6\0\2\0\3\0\x20\3\0\0\0\0\0\0", 14);
+  const std::string info = U16(1) + std::string(36, '\1');
+  const std::string slot = U16(123) + '\1' + U16(999) + std::string("\x2a\0\5\0\2\0\x20\3\1\2\3\4\5\6", 14);
+  for (const char what : {'\0', '\1', '\2', '\3', '\4', '\6'})
+    PutSeed("ship_folder", std::to_string(what), what + note + info + slot + U16(124) + '\0' + "cut");
 }
 
 static void PutContent() {
@@ -159,6 +169,7 @@ int main(int argc, char **argv) {
   fs::remove_all(Seeds);
   LLVMFuzzerInitialize(&argc, &argv);
   PutShips();
+  PutFolder();
   PutContent();
   PutPictures();
   PutPackets();

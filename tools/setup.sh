@@ -3,13 +3,14 @@
 
 # By their Debian names. The game and its build; what looks at it on a virtual display; what its tests are made with.
 GamePackages=(cmake ninja-build g++ ccache pkg-config zlib1g-dev libpng-dev libglfw3-dev libglew-dev libglu1-mesa-dev
-  libgl-dev libgl1-mesa-dri libfreetype-dev libopenal-dev libalure-dev libenet-dev libdsfmt-dev libcairo2-dev)
+  libgl-dev libgl1-mesa-dri libfreetype-dev libopenal-dev libalure-dev libenet-dev libdsfmt-dev libcairo2-dev
+  libvorbis-dev)
 ScreenPackages=(xvfb xdotool imagemagick python3)
 TestPackages=(libgtest-dev libbenchmark-dev)
 
 # The same needs on a system without apt: programs to find, and modules that pkg-config must know.
 GamePrograms=(cmake ninja c++ pkg-config)
-GameModules=(zlib libpng glfw3 glew glu freetype2 openal cairo)
+GameModules=(zlib libpng glfw3 glew glu freetype2 openal alure cairo vorbisenc)
 ScreenPrograms=(Xvfb xdotool import python3)
 
 Say() { printf '%s\n' "$*" >&2; }

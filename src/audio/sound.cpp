@@ -1,22 +1,217 @@
-// The sound slots of a game that has no sounds of its own yet: SoundOff is set from the start, no device is opened, and
-// every call answers as it does without one. The device comes with the sound set.
+// The device and the slots: what each is filled with at start-up, and how one is played.
 #include "audio/sound.h"
 
+#include <AL/al.h>
+#include <AL/alure.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "audio/slots.h"
+#include "content/materials.h"
+#include "content/options.h"
+#include "core/log.h"
+
+constexpr float StreamInterval = 0.1f;   // seconds between two looks of the library's thread at songs and ended sounds
+constexpr float BreathingGain = 0.03f;
+
+// One file and the slots that play it.
+struct SlotLine {
+  int first, last;
+  const char *file;
+  bool looping = false;
+};
+
+constexpr SlotLine SlotLines[] = {
+    {2, 2, "impact.ogg"},
+    {SlotSwitch, SlotSwitch, "switch.ogg"},
+    {SlotBreathing, SlotBreathing, "slowbreathing.ogg", true},
+    {5, 5, "fastbreathing.ogg", true},
+    {6, 6, "heart1.ogg", true},
+    {7, 7, "heart2.ogg", true},
+    {8, 8, "heart3.ogg", true},
+    {9, 9, "heart4.ogg", true},
+    {10, 10, "heart5.ogg", true},
+    {11, 11, "laser1.ogg"},
+    {12, 12, "laser2.ogg"},
+    {13, 16, "laser3.ogg"},
+    {17, 22, "placesoft.ogg"},
+    {23, 28, "placemedium.ogg"},
+    {29, 34, "placehard.ogg"},
+    {35, 44, "placemetal.ogg"},
+    {45, 45, "suitjet1.ogg"},
+    {46, 46, "suitjet2.ogg", true},
+    {47, 47, "suitjet3.ogg"},
+    {48, 49, "airlock1.ogg"},
+    {50, 51, "airlock2.ogg"},
+    {52, 57, "no.ogg"},
+    {58, 59, "organicairlock.ogg"},
+};
+
+// The slots that sound when a block of these classes is placed.
+struct PlaceGroup {
+  const char *classes[4];  // soundClass words
+  int first, last;
+  float gain;
+  const char *exhausted;
+};
+
+constexpr PlaceGroup PlaceGroups[] = {
+    {{"soft", "organic"}, 17, 22, 0.4f, "Ran out of SoftPlace sounds"},
+    {{"medium", "plastic"}, 23, 28, 0.5f, "Ran out of MediumPlace sounds"},
+    {{"hard", "ceramic", "stone", "crystal"}, 29, 34, 0.6f, "Ran out of HardPlace sounds"},
+    {{"metal", "magnetic", "tech"}, 35, 44, 0.6f, "Ran out of MetalPlace sounds"},
+};
+
 std::atomic<bool> SoundOff{true};
-std::atomic<i8> FirstSong{-1};
+std::atomic<bool> MusicOff{true};
+Mutex SoundMutex{MutexRank::Leaf, "sound", {}};
+u32 *SoundSlots = nullptr;
 
-bool InitSound() { return true; }
+void SoundEnded(void *, u32 source) {
+  if (SongPlaying && source == SoundSlots[SlotMusic]) SongPlaying = false;
+}
 
-void ShutdownSound() {}
+void SetSource(int slot, int property, float value) {
+  alSourcef(SoundSlots[slot], property, value);
+  alGetError();  // a fault left standing would make the next play fail
+}
 
-bool PlaySlot(int) { return false; }
+static bool IsSlot(int slot) { return slot >= 0 && slot < SlotCount; }
 
-bool PlaySlotAt(int, float, float) { return false; }
+// All that a machine without a sound device can say about it.
+static void TellDevices() {
+  int count = 0;
+  const char **names = alureGetDeviceNames(AL_TRUE, &count);
+  LogInt("Sound Devices", count);
+  for (int i = 0; names != nullptr && i < count; ++i) std::printf("Audio dev %i: %s \n", i, names[i]);
+  if (names != nullptr) alureFreeDeviceNames(names);
+}
 
-bool StopSlot(int) { return false; }
+static bool AllocateSlots() {
+  if (SoundSlots == nullptr) SoundSlots = static_cast<u32 *>(std::calloc(SlotCount, sizeof *SoundSlots));
+  return SoundSlots != nullptr;
+}
 
-bool SetSlotGain(int, float) { return false; }
+static void GenerateSources() {
+  alGetError();
+  alGenSources(SlotCount, SoundSlots);
+  const int fault = alGetError();
+  if (fault == AL_NO_ERROR) return;
+  SoundOff = true;
+  LogWarn("Unable to generate sources");
+  LogInt("ALErr:", fault);
+}
 
-u16 PlaySong(int) { return 0; }
+static bool LoadLine(const SlotLine &line) {
+  const std::string path = std::string("config/audio/sounds/") + line.file;
+  const u32 buffer = alureCreateBufferFromFile(path.c_str());
+  if (buffer == AL_NONE) return LogWarn("Could not make audio buffer from file") != 0;
+  for (int slot = line.first; slot <= line.last; ++slot) {
+    alSourcei(SoundSlots[slot], AL_BUFFER, static_cast<int>(buffer));
+    alSourcei(SoundSlots[slot], AL_LOOPING, line.looping ? AL_TRUE : AL_FALSE);
+  }
+  alGetError();
+  return true;
+}
 
-bool PlaceSound(u16) { return false; }
+static bool LoadSounds() {
+  for (const SlotLine &line : SlotLines)
+    if (!LoadLine(line)) return false;
+  return true;
+}
+
+// Everything that needs the open device. A fault silences the game, and the next steps are looked at all the same.
+static void FillDevice() {
+  GenerateSources();
+  if (!alureUpdateInterval(StreamInterval)) {
+    SoundOff = true;
+    LogWarn("Unable to set up sound update thread");
+  }
+  if (!LoadSounds()) {
+    SoundOff = true;
+    LogWarn("Could not load audio files");
+  }
+  MusicOff = !ListSongs();
+  if (MusicOff) LogWarn("Could not load music files");
+}
+
+bool InitSound() {
+  SongPlaying = false;
+  SoundOff = Options.DisableSound.load();
+  if (SoundOff) return true;
+  if (!alureInitDevice(nullptr, nullptr)) {
+    TellDevices();
+    SoundOff = true;
+    return LogWarn("Could not initialize sound device") != 0;
+  }
+  if (!AllocateSlots()) {
+    SoundOff = true;
+    return LogError("Unable to allocate memory for SoundArray") != 0;
+  }
+  FillDevice();
+  PlaySlotAt(SlotBreathing, 1.0f, BreathingGain);
+  return true;
+}
+
+// Sources that still play would be looked at by the library's thread while they go.
+static void EndSources() {
+  alureUpdateInterval(0);
+  ReleaseSong();
+  for (int slot = 0; slot < SlotCount; ++slot) alureStopSource(SoundSlots[slot], AL_FALSE);
+  alGetError();
+  alDeleteSources(SlotCount, SoundSlots);
+  if (alGetError() != AL_NO_ERROR) LogWarn("Cannot selete sources");
+}
+
+void ShutdownSound() {
+  const ScopedLock guard(&SoundMutex);
+  if (!SoundOff.exchange(true)) EndSources();
+  if (!alureShutdownDevice()) LogWarn("Cannot stop sound device");
+}
+
+bool PlaySlot(int slot) {
+  if (SoundOff || !IsSlot(slot)) return false;
+  const ScopedLock guard(&SoundMutex);
+  return alurePlaySource(SoundSlots[slot], SoundEnded, nullptr);
+}
+
+bool PlaySlotAt(int slot, float pitch, float gain) {
+  if (SoundOff || !IsSlot(slot)) return false;
+  const ScopedLock guard(&SoundMutex);
+  SetSource(slot, AL_GAIN, gain * Options.SoundVolume);
+  SetSource(slot, AL_PITCH, pitch);
+  return alurePlaySource(SoundSlots[slot], SoundEnded, nullptr);
+}
+
+bool StopSlot(int slot) {
+  if (SoundOff || !IsSlot(slot)) return false;
+  const ScopedLock guard(&SoundMutex);
+  if (alureStopSource(SoundSlots[slot], AL_TRUE)) return true;
+  return LogWarn("Cannot stop sound") != 0;
+}
+
+bool SetSlotGain(int slot, float gain) {
+  if (SoundOff || !IsSlot(slot)) return false;
+  const ScopedLock guard(&SoundMutex);
+  SetSource(slot, AL_GAIN, gain * Options.SoundVolume);
+  return true;
+}
+
+static const PlaceGroup *GroupOf(const std::string &soundClass) {
+  for (const PlaceGroup &group : PlaceGroups)
+    for (const char *word : group.classes)
+      if (word != nullptr && soundClass == word) return &group;
+  return nullptr;
+}
+
+bool PlaceSound(u16 material) {
+  if (SoundOff || material >= Materials.size()) return false;
+  const PlaceGroup *group = GroupOf(Materials[material].soundClass);
+  if (group == nullptr) return true;
+  for (int slot = group->first; slot <= group->last; ++slot)
+    if (PlaySlotAt(slot, 1.0f, group->gain)) return true;
+  LogWarn(group->exhausted);
+  return true;
+}

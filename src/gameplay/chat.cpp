@@ -72,7 +72,7 @@ void ChatChar(int character, int action) {
   const ScopedLock lock(&ChatMutex);
   if (Entry.cursor < -1 || Entry.length >= MaxChatLength) return;
   if (Entry.cursor >= 0) {
-    if (character < 1 || character > 255) return;
+    if (character < 1 || character > 255 || (character >= 0x80 && character < 0xC0)) return;  // what can't be drawn
     Entry.text[Entry.cursor] = static_cast<char>(character);
   }
   ++Entry.cursor;
@@ -82,10 +82,11 @@ void ChatChar(int character, int action) {
   Entry.blink = ClockNow() + BlinkDelay;
 }
 
+// A repeat belongs to the press that it follows: with the key up none is due.
 void ChatHeldStep() {
-  if (!KeyIsDown(KeyBackspace)) return;
   const double now = ClockNow();
   const ScopedLock lock(&ChatMutex);
+  if (!KeyIsDown(KeyBackspace)) Entry.repeat = 0;
   if (Entry.repeat == 0 || now <= Entry.repeat) return;
   Entry.repeat = now + RepeatPeriod;
   DeleteCharacter(now);

@@ -7,6 +7,7 @@
 #include "content/options.h"
 #include "core/log.h"
 #include "gameplay/input.h"
+#include "gui/screens.h"
 #include "gui/tutorial.h"
 #include "net/edits.h"
 #include "platform/threads.h"
@@ -109,7 +110,10 @@ static void DumpTarget(Ship *ship) {
   DumpBlock(c.x, c.y, c.z, *ship);
 }
 
-static void ToggleCollisions(Ship *) { CollisionsOn = !CollisionsOn; }
+static void ToggleCollisions(Ship *) {
+  CollisionsOn = !CollisionsOn;
+  if (uiMode == 1 && GuiScreen == ScreenOther) BuildOtherOptions(0);  // it has a switch for this
+}
 
 static void ResetCaches(Ship *ship) {
   if (ClockNow() <= CacheResetAllowed) return;

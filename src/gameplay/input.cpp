@@ -40,9 +40,10 @@ static void BlockSelectKey() {
   if (ToggleMenu() == 1) LastSelector == MaterialsSelector ? BuildMaterialSelector(0) : BuildComponentSelector(0);
 }
 
-// A tutorial that waits for the key has it for itself.
+// In play a tutorial that waits for the key has it for itself; an open list closes all the same.
 static void EscKey() {
-  if (TutorialAdvances(WaitEscOrQ) || TutorialAdvances(WaitEsc)) return;
+  const bool waited = TutorialAdvances(WaitEscOrQ) || TutorialAdvances(WaitEsc);
+  if (waited && uiMode != 1) return;
   ToggleMenu();
   Ship *ship = CurrentShip();
   if (Options.SinglePlayer && uiMode == 1 && ship != nullptr) SaveShipByName(ship);

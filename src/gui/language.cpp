@@ -15,13 +15,16 @@ static constexpr const char *Unknown = "Unknown";
 
 std::vector<std::string> GuiStrings(GuiStringRows);
 
-// Takes lines as rows until the mark, which becomes a row too. False when the file ends without it.
+// Takes lines as rows until the mark, which becomes a row too. False when the file ends without it: then it is no language
+// file, and the rows stay as they were.
 static bool ReadTexts(TextCursor *cursor) {
-  GuiStrings.assign(GuiStringRows, "");
+  std::vector<std::string> rows(GuiStringRows);
   std::string_view line;
   for (size_t row = 1; ScanLine(cursor, LongestRow, &line); ++row) {
-    if (row < GuiStrings.size()) GuiStrings[row] = line;
-    if (line == "0 #MatStart") return true;
+    if (row < rows.size()) rows[row] = line;
+    if (line != "0 #MatStart") continue;
+    GuiStrings.swap(rows);
+    return true;
   }
   return LogError("The language file ends before its line \"0 #MatStart\"") != 0;
 }
@@ -80,9 +83,8 @@ static void FillNames() {
   }
 }
 
-static bool ReadLanguage(TextCursor *cursor) {
-  return ReadTexts(cursor) &&
-         ReadPairs(cursor, "#ComStart", "Error in language file in Material section", NameMaterial) &&
+static bool ReadNames(TextCursor *cursor) {
+  return ReadPairs(cursor, "#ComStart", "Error in language file in Material section", NameMaterial) &&
          ReadPairs(cursor, "#CatStart", "Error in language file in Component section", NameComponent);
 }
 
@@ -94,12 +96,14 @@ bool OpenLanguage(std::vector<u8> *bytes, TextCursor *cursor) {
   return LogError("Could not open language file!") != 0;
 }
 
-void LoadLanguage() {
+bool LoadLanguage() {
   std::vector<u8> bytes;
   TextCursor cursor;
-  if (!OpenLanguage(&bytes, &cursor)) return;
-  ClearNames();
-  const bool whole = ReadLanguage(&cursor);
+  if (!OpenLanguage(&bytes, &cursor)) return false;
+  const bool texts = ReadTexts(&cursor);
+  if (texts) ClearNames();
+  const bool whole = texts && ReadNames(&cursor);
   FillNames();
   if (whole) LogInfo("Successfully loaded language file!");
+  return texts;
 }

@@ -13,4 +13,6 @@ extern std::vector<std::string> GuiStrings;  // row 0 empty; rows the file doesn
 // The whole file of the current language, the cursor at its begin and reading from bytes. False when it can't be read, with
 // the error logged.
 bool OpenLanguage(std::vector<u8> *bytes, TextCursor *cursor);
-void LoadLanguage();   // From config/language/<Language>; faults are logged and what was read stays.
+// From config/language/<Language>. Faults are logged and what was read stays. False, and nothing changed, for what is no
+// language file.
+bool LoadLanguage();

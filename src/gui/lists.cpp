@@ -13,13 +13,14 @@
 #include "gui/screen_parts.h"
 #include "gui/screens.h"
 #include "persistence/stream.h"
+#include "persistence/text_form.h"
 #include "platform/threads.h"
 
 constexpr size_t MaxNames = 1020;
 constexpr int WindowRows = 16, FirstRowY = 350, BarX = 300;
 constexpr int KnobWay = 450, KnobBottom = -240;
 constexpr size_t LongestLabel = 30, LongestStem = 200;
-constexpr int MaxLanguages = 21, LanguagePitch = 42, LanguageTop = 440;
+constexpr int MaxLanguages = 21, LanguagePitch = 42, LanguageTop = 440;  // rows count from 1: the heading stands at the top
 constexpr int SightReach = 30;  // blocks; what is further off on an axis was not put before the player
 
 i16 ListFirstRow = 0, ListChosenRow = -1;
@@ -32,7 +33,9 @@ static bool EndsWith(const std::string &name, const char *ending) {
 
 static bool IsShip(const std::string &name) { return EndsWith(name, "ssf") || EndsWith(name, "sts"); }
 static bool IsBackup(const std::string &name) { return EndsWith(name, "bak"); }
-static bool IsAny(const std::string &) { return true; }
+
+// The options file holds the language as one word.
+static bool IsLanguage(const std::string &name) { return name.find_first_of(" \t\r\n") == std::string::npos; }
 
 // The folder's names in its own order.
 static void ReadNames(const char *folder, size_t most, bool (*wanted)(const std::string &)) {
@@ -97,20 +100,21 @@ void BuildShipList(int) { OpenShips(ScreenShips, IsShip); }
 void BuildBackupList(int) { OpenShips(ScreenBackups, IsBackup); }
 
 void BuildLanguageList(int) {
-  ReadNames("config/language", MaxLanguages, IsAny);
+  ReadNames("config/language", MaxLanguages, IsLanguage);
   ClearElements();
   GuiScreen = ScreenLanguages;
   AddElement(TypeHeading, 0, 450, 49, "", nullptr, 0);
   for (int i = 0; i < static_cast<int>(Names.size()); ++i) {
     const std::string &name = Names[static_cast<size_t>(i)];
-    AddElement(name == Options.Language ? TypeChosenRow : TypeRow, 0, LanguageTop - LanguagePitch * i, 0,
+    AddElement(name == Options.Language ? TypeChosenRow : TypeRow, 0, LanguageTop - LanguagePitch * (i + 1), 0,
                name.c_str(), nullptr, i);
   }
 }
 
 static void ChooseLanguage(const std::string &name) {
+  const std::string before = Options.Language;
   Options.Language = name;
-  LoadLanguage();
+  if (!LoadLanguage()) Options.Language = before;  // a file that happens to lie there
   SortByNewNames();
   SaveOptions();
   BuildTitleMenu();
@@ -149,7 +153,9 @@ static void KeepStemsApart(Ship *ship, const std::string &file) {
     std::error_code error;
     return StemInUse(stem, ship) || (stem + ".sts" != file && std::filesystem::exists("saves/" + stem + ".sts", error));
   };
-  const std::string base = ship->fileStem.substr(0, LongestStem);
+  if (ship->fileStem.empty()) ship->fileStem = "Ship";
+  ship->fileStem.resize(std::min(ship->fileStem.size(), LongestStem));  // a save needs room for endings
+  const std::string base = ship->fileStem;
   for (int copy = 2; taken(ship->fileStem); ++copy) ship->fileStem = base + " " + std::to_string(copy);
 }
 
@@ -168,9 +174,8 @@ static void BringIntoSight(Ship *ship, const i64 (&solarLoc)[3]) {
 }
 
 static int LoadShipFile(const std::string &name, const i64 (&at)[3]) {
-  if (name.back() != 'f') return AddShipFromStream(&TheShipTable, name.c_str(), at[0], at[1], at[2]);
-  AppendShip(&TheShipTable);
-  return LogError("Cannot open save file");
+  if (name.back() == 'f') return AddShipFromText(&TheShipTable, name.c_str(), at[0], at[1], at[2]);
+  return AddShipFromStream(&TheShipTable, name.c_str(), at[0], at[1], at[2]);
 }
 
 void LoadChosenShip(int) {

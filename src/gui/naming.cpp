@@ -48,17 +48,17 @@ static bool OtherShipHas(const std::string &name) {
   return false;
 }
 
-// World mutex held. A server may have taken the ship away since the screen was opened.
-static bool StillThere() {
+// World mutex held. A server may have taken all ships away in the meantime.
+static bool StillFlies(const Ship *ship) {
   for (u16 row = 0; row < TheShipTable.count.load(); ++row)
-    if (ShipAt(TheShipTable, row) == NamedShip) return true;
+    if (ShipAt(TheShipTable, row) == ship) return true;
   return false;
 }
 
 // False when the name is another ship's.
 static bool NameShip(const std::string &name) {
   const ScopedLock world(&WorldMutex);
-  if (!StillThere()) return true;
+  if (!StillFlies(NamedShip)) return true;
   if (OtherShipHas(name)) return false;
   NamedShip->displayName = NamedShip->fileStem = name;
   return true;
@@ -66,12 +66,12 @@ static bool NameShip(const std::string &name) {
 
 static void AcceptName(int) {
   std::string name = GuiElements[FieldElement].text;
-  if (name.size() < ShortestLabel) {
+  name.pop_back();
+  name.erase(name.find_last_not_of(' ') + 1);
+  if (name.size() + 1 < ShortestLabel) {
     ShowHeading("Ship Name: three letters or more");
     return;
   }
-  name.pop_back();
-  name.erase(name.find_last_not_of(' ') + 1);
   if (NamedShip != nullptr && name != NameAtOpening && !NameShip(name)) {
     ShowHeading("Ship Name: another ship has it");
     return;
@@ -80,8 +80,9 @@ static void AcceptName(int) {
 }
 
 static std::string NameOf(const Ship *ship) {
+  if (ship == nullptr) return "";
   const ScopedLock world(&WorldMutex);
-  return ship != nullptr && StillThere() ? TypeableName(ship->displayName) : "";
+  return TypeableName(ship->displayName);
 }
 
 void BuildShipNaming() {

@@ -15,8 +15,6 @@ constexpr int KnobStart = 186;               // from the middle of the track to 
 constexpr double KnobWay = 370;
 constexpr double Drift = 1e-5;               // what adding up steps may be off
 constexpr int RestartNoteRow = 72;           // language row
-constexpr int MusicSlot = 1;
-constexpr float MusicGain = 0.5f;
 
 struct Switch {
   u8 screen;
@@ -37,7 +35,7 @@ struct Slider {
   void (*set)(double);
   double lower, raise;                       // steps
   double lowest, highest;                    // it moves only from above and from below these
-  double zeroBelow, most;                    // where a step ends
+  double zeroBelow, most;                    // where a step down and a step up end
   ValueLabel label;
   double knobFrom, knobScale;                // the knob stands (value - knobFrom) x knobScale along its way
   void (*changed)() = nullptr;
@@ -56,7 +54,7 @@ static void Set(double value) {
 
 static void CachesFollowDetail() { Options.EightCache = Options.QuadCache = Options.LevelOfDetail.load(); }
 static void RenewProjection() { ResizePending = true; }
-static void RenewMusicGain() { SetSlotGain(MusicSlot, Options.MusicVolume * MusicGain); }
+static void RenewMusicGain() { SetMusicGain(); }
 
 using O = OptionValues;
 
@@ -150,7 +148,7 @@ static void Step(int first, bool up) {
   if (up ? value > s->highest - Drift : value < s->lowest + Drift) return;
   if (s->raise == 0) value = NextSamples(value, up);
   else value = up ? std::min(value + s->raise, s->most) : std::max(value - s->lower, 0.0);
-  if (value < s->zeroBelow) value = 0;
+  if (!up && value < s->zeroBelow) value = 0;
   s->set(value);
   if (s->changed != nullptr) s->changed();
   ShowValue(*s, first);

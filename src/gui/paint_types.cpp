@@ -74,7 +74,7 @@ static void LoadGuiType(const GuiTypeSource &source) {
   }
   const GuiTypeSource *earlier = EarlierUse(source);
   Picture picture;
-  if (earlier != nullptr) texture = GuiTypes[earlier->row].texture;
+  if (earlier != nullptr && GuiTypes[earlier->row].texture != 0) texture = GuiTypes[earlier->row].texture;
   else if (LoadPicture(source, &picture)) texture = UploadPicture(picture);
 }
 

@@ -98,9 +98,10 @@ static bool TakeString(TextLoad *t, std::string_view key, std::string_view value
 
 // A value that could not be read leaves the ship's own.
 static bool TakeFloat(TextLoad *t, std::string_view key, const float *value) {
-  if (key == "PlayerX" || key == "PlayerY" || key == "PlayerZ") return true;
-  float *field = key == "ComScruffiness" ? &t->ship->ComScruffiness : &t->ship->MatScruffiness;
-  if (field == &t->ship->MatScruffiness && key != "MatScruffiness") return false;
+  float *field = nullptr;
+  if (key == "ComScruffiness") field = &t->ship->ComScruffiness;
+  else if (key == "MatScruffiness") field = &t->ship->MatScruffiness;
+  else return key == "PlayerX" || key == "PlayerY" || key == "PlayerZ";
   if (value != nullptr) *field = *value;
   return true;
 }
@@ -189,22 +190,24 @@ static u16 RowOfLine(TextLoad *t, const std::vector<Row> &table, unsigned count,
   return id > 0 && id < 65536 ? (*rows)[static_cast<size_t>(id)] : u16{0};
 }
 
-static u16 StandIn(int row, bool *told, const char *text) {
+// The row of an id that the table should have for those that it lacks.
+static u16 StandIn(const std::vector<u16> &rows, u16 id, bool *told, const char *text) {
   if (!*told) LogWarn(text);
   *told = true;
-  return row > 0 ? static_cast<u16>(row) : u16{1};
+  return rows[id] != 0 ? rows[id] : u16{1};
 }
 
 static u16 MaterialOfLine(TextLoad *t, const int *n) {
   const u16 row = RowOfLine(t, Materials, MaterialCount, &t->materialRows, n[AtMaterial], n[AtMaterialId]);
   if (row != 0) return row;
-  return StandIn(FindMaterial(ButterId), &t->toldMaterial, "Found a Material type I'm unfamilliar with. I'll just assume it's butter.");
+  return StandIn(t->materialRows, ButterId, &t->toldMaterial,
+                 "Found a Material type I'm unfamilliar with. I'll just assume it's butter.");
 }
 
 static u16 ComponentOfLine(TextLoad *t, const int *n) {
   const u16 row = RowOfLine(t, Components, ComponentCount, &t->componentRows, n[AtComponent], n[AtComponentId]);
   if (row != 0) return row;
-  return StandIn(FindComponent(PlaceholderComponentId), &t->toldComponent,
+  return StandIn(t->componentRows, PlaceholderComponentId, &t->toldComponent,
                  "Found a block type I'm unfamilliar with. I'll stick a placeholder overtop of it.");
 }
 
@@ -225,21 +228,27 @@ static bool PayFor(TextLoad *t, u64 bytes) {
   return true;
 }
 
+// What the levels above a block line's address may cost goes with the first chunk in them.
+static ChunkCells *MakeCells(TextLoad *t, const CellAddress &a) {
+  const bool haveChunks = FindChunk(a, *t->ship) != nullptr;
+  const bool paid = PayFor(t, sizeof(ChunkCells) + (haveChunks ? 0 : 1000 * (sizeof(Chunk) + sizeof(SuperChunk))));
+  if (!haveChunks && (!paid || EnsureChunks(a.mega, a.super, t->ship) == nullptr)) {
+    LogError("Ran out of memory while loading.");
+    return nullptr;
+  }
+  ChunkCells *cells = paid ? EnsureChunk(a.mega, a.super, a.chunk, t->ship) : nullptr;
+  if (cells == nullptr) LogError("Unable to allocate block. Out of memory while loading.");
+  return cells;
+}
+
 // The cells that a block line's address lies in. Null when memory, or the file's share of it, is used up.
 static ChunkCells *CellsOfLine(TextLoad *t, const CellAddress &a) {
   if (t->cells != nullptr && a.chunk == t->cellsAt.chunk && a.super == t->cellsAt.super && a.mega == t->cellsAt.mega)
     return t->cells;
   t->cells = FindCells(a, *t->ship);
   t->cellsAt = a;
-  if (t->cells == nullptr) {
-    u64 bytes = sizeof(ChunkCells);
-    if (FindChunk(a, *t->ship) == nullptr) bytes += 1000 * (sizeof(Chunk) + sizeof(SuperChunk));
-    t->cells = PayFor(t, bytes) ? EnsureChunk(a.mega, a.super, a.chunk, t->ship) : nullptr;
-  }
-  if (t->cells == nullptr) {
-    LogError("Unable to allocate block. Out of memory while loading.");
-    t->outOfMemory = true;
-  }
+  if (t->cells == nullptr) t->cells = MakeCells(t, a);
+  t->outOfMemory = t->cells == nullptr;
   return t->cells;
 }
 

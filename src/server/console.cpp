@@ -36,7 +36,7 @@ void ConsoleLine(const std::string &line) {
     SayToAll("Server: " + Printable(rest, 255));
   } else if (word == "kick") Kick(rest);
   else if (word == "save") std::printf("%s\n", RefreshStreamFiles() ? "saved" : "not all could be saved");
-  else if (word == "stop") StopRequested = 1;
+  else if (word == "stop") StopRequested = true;
   else if (!word.empty()) std::printf("list | say TEXT | kick NAME | save | stop\n");
   std::fflush(stdout);
 }

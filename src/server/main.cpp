@@ -7,7 +7,7 @@
 #include "core/log.h"
 #include "server/server.h"
 
-static void OnSignal(int) { StopRequested = 1; }
+static void OnSignal(int) { StopRequested = true; }
 
 static void Usage(std::FILE *out) {
   std::fprintf(out,

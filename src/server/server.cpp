@@ -19,7 +19,7 @@ constexpr size_t LargestRequest = 4096, MostWaitingRequests = 1 << 20;  // bytes
 constexpr int GoodbyeRounds = 50;
 
 ServerOptions TheServerOptions;
-volatile std::sig_atomic_t StopRequested = 0;
+std::atomic<bool> StopRequested{false};
 
 static void TellWhatIsKept() {
   const ServerOptions &o = TheServerOptions;

@@ -17,11 +17,14 @@
 constexpr size_t DamageBytes = 512;
 
 // Damage bits that a cell no longer has. Rays read them without a lock, so they wait here for the end of the program.
-static std::vector<u8 *> RetiredDamage;  // world mutex
+static Mutex RetiredMutex{MutexRank::Leaf, "retired", {}};
+static std::vector<u8 *> RetiredDamage;  // RetiredMutex: ships that are being loaded don't need the world's
 
 static void RetireDamageBits(GraphicBlock *g) {
   u8 *bits = g->damageBits.exchange(nullptr);
-  if (bits != nullptr) RetiredDamage.push_back(bits);
+  if (bits == nullptr) return;
+  ScopedLock retired(&RetiredMutex);
+  RetiredDamage.push_back(bits);
 }
 
 int ReportOutOfRange(u16 x, u16 y, u16 z) {
@@ -103,14 +106,14 @@ int VoxelClass(u64 head, const u8 *damageBits, int vx, int vy, int vz) {
   if (v < 0) return 1;
   const u8 alpha = Components[HeadComponent(head)].facts->alpha[v];
   if (alpha < 251 || (alpha == 254 && Materials[HeadMaterial(head)].alpha != 255)) return 1;
-  const bool gone = HeadState(head) == StateDamaged && damageBits != nullptr && (damageBits[v / 8] >> (v % 8) & 1) != 0;
+  const bool gone = HeadState(head) == StateDamaged && damageBits != nullptr && VoxelGone(damageBits, v);
   return gone ? 2 : 0;
 }
 
 bool HeadVoxelSolid(u64 head, const u8 *damageBits, int vx, int vy, int vz) {
   const int v = VoxelIndex(vx, vy, vz, HeadRotation(head), HeadRotation2(head));
   if (v < 0 || Components[HeadComponent(head)].facts->alpha[v] == 0) return false;
-  return HeadState(head) != StateDamaged || damageBits == nullptr || (damageBits[v / 8] >> (v % 8) & 1) == 0;
+  return HeadState(head) != StateDamaged || damageBits == nullptr || !VoxelGone(damageBits, v);
 }
 
 bool VoxelSolid(float fx, float fy, float fz, const Ship &ship) {

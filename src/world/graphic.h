@@ -63,5 +63,11 @@ struct GraphicBlock {
   u8 ghostAlpha = 0;                     // above 0: the aim marker or the block about to be placed
 };
 
+// Whether a voxel, by its index in the component, is gone. Rays ask this without a lock while voxels grow back, so the
+// bytes of damageBits are read and written as atomic ones.
+inline bool VoxelGone(const u8 *damageBits, int voxel) {
+  return (__atomic_load_n(damageBits + voxel / 8, __ATOMIC_RELAXED) >> (voxel % 8) & 1) != 0;
+}
+
 void FreeCacheRecord(GraphicBlock *g);   // Frees the lists of a record and of the animation frames that it owns.
 void FreeGraphic(GraphicBlock *g);       // Lists, light list and damage bits: all that a cell owns.

@@ -29,18 +29,19 @@ struct ChunkCells {
 
 constexpr u8 VisibilityUndecided = 0, Visible = 1, NotVisible = 2, MaybeVisible = 3;
 
-struct HeatEntry {  // 6 bytes on the wire of the heat step: bit 0 of the first says that the block is due
-  u8 due = 0, spare = 0;
-  u16 temp = 0;
+struct HeatEntry {  // what the heat step knows of a cell
+  u8 due = 0, spare = 0;  // bit 0: the block takes part in the next round
+  u16 temp = 0;           // quarter degrees
   u16 spare2 = 0;
 };
+static_assert(sizeof(HeatEntry) == 6);
 
 struct Chunk {
   std::atomic<ChunkCells *> cells{nullptr};
   u16 checks[ListKinds] = {};  // work-list counters: only the low 10 bits count, the others are kept
   u16 originX = 0, originY = 0, originZ = 0;
   i16 slot = -1;               // its slot in the ship's directory files, or -1 while it has none
-  HeatEntry *heatShadow = nullptr;
+  HeatEntry *heatShadow = nullptr;  // 1000 entries, or null until first need; heat mutex
 };
 
 struct SuperChunk {

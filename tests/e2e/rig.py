@@ -58,13 +58,13 @@ def wait_until(condition, what, patience=PATIENCE):
 class Game:
     """One run of the game. Ended by close(), or killed at the end of the with block."""
 
-    def __init__(self, root, display, cores=2, words=()):
+    def __init__(self, root, display, cores=2, words=(), environment=None):
         self.root, self.display = Path(root), display
         with contextlib.suppress(FileNotFoundError):
             (self.root / "errors.txt").unlink()
         self.output = open(self.root / "output.txt", "w+", errors="replace")
         self.process = subprocess.Popen([GAME, *words], cwd=root, stdout=self.output, stderr=subprocess.STDOUT,
-                                        env=display.environment(TARNVALE_CORES=str(cores), **SANITIZERS))
+                                        env=display.environment(TARNVALE_CORES=str(cores), **SANITIZERS) | (environment or {}))
 
     def __enter__(self):
         return self

@@ -133,6 +133,7 @@ TEST_F(Input, TheMouseWorksTheMenuAndLeavesTheViewAlone) {
   QuitRequested = false;
   BackupName.clear();
   OnKey(KeyEsc, 1);
+  OnMousePosition(512 + 90, 384 - 40);
   ShowAt(3, -100, 30, -80, 50);
   OnMouseButton(Options.controls.secondaryMouse, 1);
   EXPECT_TRUE(QuitRequested);

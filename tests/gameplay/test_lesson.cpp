@@ -45,6 +45,10 @@ TEST_F(Lesson, AdvancesOnTheKeyThatItWaitsForAndOnNoOther) {
     EXPECT_EQ(tutorialStep, WaitNothing) << k.word;
     EXPECT_EQ(uiMode == 1, k.opensMenu) << k.word << ": Esc is the tutorial's alone";
   }
+  WaitFor("#EscorQ");
+  uiMode = 1;
+  OnKey(KeyEsc, 1);
+  EXPECT_EQ(uiMode, 0) << "a list stays open before the next step";
 }
 
 TEST_F(Lesson, AdvancesOnAPressThatPlacesABlockAndOnTheHeatTool) {

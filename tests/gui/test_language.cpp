@@ -101,8 +101,10 @@ TEST_F(Language, EndsWithOneMessageWhereAMarkIsMissing) {
       {"0 #MatStart", material}, {"0 #MatStart\n10 Iron 20", material}, {"0 #MatStart\n0 #CatStart\n", material},
       {"0 #MatStart\n0 #ComStart\n100 Hull", component},
       {"0 #MatStart\n10 Iron\noops 20 Rock 0 #ComStart 0 #CatStart", material + "info: Successfully loaded language file! \n"}};
+  LogOfLoading("Ja\n0 #MatStart\n10 Eisen 0 #ComStart 0 #CatStart\n");
   for (const auto &c : cases) {
     EXPECT_EQ(LogOfLoading(c.file), c.log) << c.file;
+    EXPECT_TRUE(c.log[0] != '*' || GuiStrings[1] + Materials[1].name == "JaEisen") << "no language file, and yet it was taken";
     EXPECT_NE(Components[4].name, "");
     EXPECT_NE(Materials[2].name, "");
   }

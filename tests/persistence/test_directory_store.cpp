@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <random>
+#include <thread>
 
 #include "content/components.h"
 #include "content/materials.h"
@@ -77,7 +78,7 @@ TEST_F(DirectoryStore, AShipsFilesHaveTheDocumentedBytes) {
   std::vector<u8> info;
   PutU16(&info, 1);
   for (const i64 axis : {i64{-50500000}, i64{-50500000}, i64{-2}}) PutU64(&info, static_cast<u64>(axis));
-  for (const u32 axis : {7, 0, 0}) PutU32(&info, axis);
+  for (const u32 axis : {7u, 0u, 0u}) PutU32(&info, axis);
   EXPECT_EQ(ReadText("saves/a/info.sis"), Text(info));
   std::string slots(2 * Slot, '\0');  // chunk 104 (5042, 7, 310) and chunk 900 (5001, 0, 399), rising
   slots.replace(0, 2, "\x68\0", 2).replace(2 + 72 * 14, 8, "\xae\0\5\0\2\0\x20\3", 8);
@@ -127,9 +128,9 @@ TEST_F(DirectoryStore, UpdatesReuseTheSlotOfTheirChunk) {
   EXPECT_EQ(Count(ReadText("errors.txt"), "*ERR: Massively out of bounds block update sent. Ignoring."), 12);
   Cells model = {{{5090, 5000, 5000}, PlacedHead(1, 2, 3, 1)}, {{5010, 5000, 5000}, PlacedHead(5, 2, 1, 0)}};
   PlaceBlockRaw(BlockFromHead(model[{5090, 5000, 5000}]), AddressOf(5090, 5000, 5000), ship);
-  EXPECT_EQ(Update(ship, {5010, 5000, 5000}, model[{5010, 5000, 5000}]), 1);
   EXPECT_EQ(Update(ship, {5091, 5000, 5000}, model[{5091, 5000, 5000}] = PlacedHead(2, 2, 1, 0)), 1) << "with the rest of its chunk";
-  EXPECT_TRUE(fs::file_size(file) == 2 * Slot && ReadText(file)[0] == 1 && ReadText(file)[Slot] == 9) << "in order of touch";
+  EXPECT_EQ(Update(ship, {5010, 5000, 5000}, model[{5010, 5000, 5000}]), 1);
+  EXPECT_TRUE(fs::file_size(file) == 2 * Slot && ReadText(file)[0] == 9 && ReadText(file)[Slot] == 1) << "in order of touch";
   for (u16 i = 0; i < 2000; ++i) {  // records on the borders of pages among them
     const Cell at = {static_cast<u16>(5010 + i % 10 + (i < 1000 ? 0 : 80)), static_cast<u16>(5000 + i / 10 % 10), static_cast<u16>(5000 + i / 100 % 10)};
     ASSERT_EQ(Update(ship, at, model[at] = PlacedHead(1u + i % 7, 1u + i % 11, i % 8u, i % 4u)), 1);
@@ -258,6 +259,26 @@ TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
   EXPECT_EQ(Loaded("a"), expected);
   ship->fileStem = "NULL";
   EXPECT_TRUE(SaveShipDirectory(ship) == 0 && !fs::exists("saves/NULL"));
+}
+
+TEST_F(DirectoryStore, SavesBetweenUpdatesLoseNoneOfThem) {
+  ASSERT_EQ(SaveShipDirectory(ship), 1);
+  std::atomic<bool> done{false};
+  std::thread editor([&] {
+    for (u16 i = 0; i < 3000; ++i) {
+      const Cell at = {static_cast<u16>(5080 + i * 7 % 40), static_cast<u16>(5000 + i % 20), static_cast<u16>(5000 + i % 3)};
+      const u64 head = PlacedHead(1u + i % 7, 1u + i % 11, i % 8u, i % 4u);
+      {
+        ScopedLock world(&WorldMutex);
+        PlaceBlockFast(BlockFromHead(head), at[0], at[1], at[2], ship);
+      }
+      EXPECT_EQ(Update(ship, at, head), 1);
+    }
+    done = true;
+  });
+  while (!done) EXPECT_EQ(SaveShipDirectory(ship), 1);
+  editor.join();
+  EXPECT_EQ(Loaded("a"), CellsOf(*ship));
 }
 
 // Lets a child work until it is killed at some moment; its answer is what it had counted by then.

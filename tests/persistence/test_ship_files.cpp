@@ -177,7 +177,8 @@ TEST_F(ShipFiles, AKillDuringASaveLeavesTheOldOrTheNewShip) {
   for (int i = 0; i < kills; ++i) {
     fs::remove("saves/a.sts.tmp");
     const pid_t child = fork();
-    for (int turn = 1; child == 0; turn = 1 - turn) SaveShipStream(ships[turn], "saves/a.sts");  // until it is killed
+    if (child == 0)
+      for (int turn = 1;; turn = 1 - turn) SaveShipStream(ships[turn], "saves/a.sts");  // until it is killed
     usleep(static_cast<useconds_t>(random() % 300000));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);

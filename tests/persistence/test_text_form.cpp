@@ -341,7 +341,8 @@ TEST_F(TextForm, AKillBetweenTheFilesLeavesOneShipWhole) {
   for (int i = 0; i < kills; ++i) {
     for (const char *left : {"saves/a.ssf.tmp", "cache/a.slf.tmp", "cache/a.scf.tmp"}) midway += fs::remove(left) ? 1 : 0;
     const pid_t child = fork();
-    for (int turn = 1; child == 0; turn = 1 - turn) SaveShipText(*ships[turn], "a", false, true, true);  // until it is killed
+    if (child == 0)
+      for (int turn = 1;; turn = 1 - turn) SaveShipText(*ships[turn], "a", false, true, true);  // until it is killed
     usleep(static_cast<useconds_t>(random() % 400000));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
@@ -384,9 +385,9 @@ TEST_F(TextForm, AShipJoinsTheTableBesideThePlayer) {
 
 TEST_F(TextForm, RubbishAndHurtFilesGiveWhatIsWholeAndNothingElse) {
   std::mt19937 random(3);
-  for (int round = 0; round < 40; ++round) {
-    std::string rubbish(round * 997u, '\0');
-    for (char &c : rubbish) c = static_cast<char>(round % 2 == 0 ? random() : "0123456789 \n-"[random() % 13]);
+  for (unsigned round = 0; round < 40; ++round) {
+    std::string rubbish(round * 997, '\0');
+    for (char &c : rubbish) c = round % 2 == 0 ? static_cast<char>(random()) : "0123456789 \n-"[random() % 13];
     WriteText("saves/rubbish.ssf", (round % 4 < 2 ? "" : "Version 2\nMainSection 1\n") + rubbish);
     Load("rubbish.ssf");
     EXPECT_LT(Count(Log(), "\n"), 120) << "a log can be read";

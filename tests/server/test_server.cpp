@@ -83,11 +83,11 @@ class Server : public testing::Test {
     TheServerOptions.Port = 0;
   }
   void Resume() {
-    StopRequested = 0;
+    StopRequested = false;
     thread = std::thread(RunServer);
   }
   void Pause() {
-    StopRequested = 1;
+    StopRequested = true;
     thread.join();
   }
   void Enter(Bot *bot, const char *name) {

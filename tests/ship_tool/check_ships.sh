@@ -51,7 +51,8 @@ cmp old.sts saves/a.sts || failed=1
 cmp old.sts saves/a.sts || failed=1
 Expect 0 'saves/a.sts: all of' convert --force f2 a.sts
 Expect 0 'saves/f1/: all of' convert a.sts f1 --force
-Expect 0 'whole' verify "$(basename saves/a*.bak)"
+cp old.sts saves/a.sts.replaced
+Expect 0 'whole' verify "$(basename saves/a*.bak)" a.sts.replaced
 
 # Damaged ships give what can be read, and say so.
 head -c 900 saves/a.sts >saves/cut.sts

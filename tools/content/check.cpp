@@ -109,6 +109,7 @@ int CheckContent() {
   CheckLanguages(materials, components);
   CheckPictures();
   CheckFonts();
+  CheckSounds();
   CheckShader("config/shaders/MainVertShader.txt",
               {"CubeVertices", "LocTexture", "ColTexture", "ProjectionModel", "CamLoc", "gl_InstanceID"});
   CheckShader("config/shaders/MainFragShader.txt", {});

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr size_t NeededTexts = 89;
-constexpr size_t MostTexts = 128;
+constexpr size_t MostTexts = 127;
 constexpr size_t LongestText = 191;
 constexpr size_t LongestStep = 511;
 constexpr size_t LongestName = 15;  // what a cell of the block list has room for
@@ -81,7 +81,7 @@ static bool CheckTexts(Lines *lines) {
     return false;
   }
   if (rows < NeededTexts) Fault(lines->path, LineNow(*lines), "fewer than 89 texts before \"0 #MatStart\"");
-  if (rows > MostTexts) Fault(lines->path, LineNow(*lines), "more than 128 texts before \"0 #MatStart\"");
+  if (rows > MostTexts) Fault(lines->path, LineNow(*lines), "more than 127 texts before \"0 #MatStart\"");
   return true;
 }
 
@@ -169,6 +169,7 @@ static bool CheckControl(Lines *lines, const TableIds &components) {
       continue;
     }
     if (set && pair.number != 1) Fault(lines->path, LineNow(*lines), "isn't the wait that a set component needs");
+    if (pair.number < 0) Fault(lines->path, LineNow(*lines), "isn't 0, 1 or the id of a component");
     if (pair.number != 1) return false;
     if (std::find(std::begin(waitWords), std::end(waitWords), pair.word) == std::end(waitWords)) {
       Fault(lines->path, LineNow(*lines), "the tutorial can't wait for " + pair.word);

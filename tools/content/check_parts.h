@@ -58,3 +58,4 @@ void CheckFonts();
 TableIds CheckMaterials();
 TableIds CheckComponents();
 void CheckLanguages(const TableIds &materials, const TableIds &components);
+void CheckSounds();  // and the music

@@ -18,7 +18,8 @@ static void CheckPicture(const std::string &path, int width, int height, int cha
     return Fault(path, 0, "isn't " + std::to_string(width) + " x " + std::to_string(height) + " pixels");
   }
   if (form.depth != 8 || form.channels != channels) {
-    return Fault(path, 0, channels == 4 ? "isn't in red, green, blue and opacity of 8 bits" : "isn't in red, green and blue of 8 bits");
+    return Fault(path, 0, channels == 4 ? "isn't in red, green, blue and opacity of 8 bits"
+                                        : "isn't in red, green and blue of 8 bits");
   }
   if (!PictureDecodes(path)) Fault(path, 0, "is damaged");
 }

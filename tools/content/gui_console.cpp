@@ -13,7 +13,8 @@ constexpr Finish raised{DarkSteel, Steel, 5.0f, 1.3f, 0.18f, 0.22f, 0.22f, false
 }  // namespace
 
 static Mask ConsoleMask(const Canvas &canvas) {
-  return PolyMask(canvas, {{-12, 74},  {30, 74},   {50, 94},   {50, 116},  {64, 130},  {172, 130}, {190, 148}, {190, 260}, {208, 278},
+  return PolyMask(canvas, {{-12, 74},  {30, 74},   {50, 94},   {50, 116},  {64, 130},  {172, 130}, {190, 148},
+      {190, 260}, {208, 278},
                            {314, 278}, {334, 298}, {334, 466}, {362, 494}, {412, 494}, {430, 512}, {430, 532}, {-12, 532}});
 }
 
@@ -94,11 +95,12 @@ void DrawConsole(Canvas *canvas) {
   const Mask rings = Without(LampMask(*canvas, 26), LampMask(*canvas, LampHole));
   Sink(canvas, LampMask(*canvas, 26.5), 3, 0.7f);
   Plate(canvas, rings, raised, 139);
-  Rivets(canvas, {{56, 283}, {16, 283}, {324, 366}, {324, 480}, {16, 368}, {16, 506}, {180, 156}, {180, 250}, {16, 156}, {180, 506}, {324, 306}}, 5.0, Steel, 140);
+  Rivets(canvas, {{56, 283}, {16, 283}, {324, 366}, {324, 480}, {16, 368}, {16, 506}, {180, 156}, {180, 250},
+      {16, 156}, {180, 506}, {324, 306}}, 5.0, Steel, 140);
   const Mask windows = WindowMask(*canvas);
   Sink(canvas, windows, 2, 1.0f);
   Cut(canvas, Either(windows, LampMask(*canvas, LampHole)));
   // The frame throws a shade on what lies behind it, and the panes shine a little.
-  Fill(canvas, Both(Blurred(Without(RoundMask(*canvas, 0, 0, 438, 520, 0), windows), 4), windows), Black, 0.75f);
+  EdgeShade(canvas, windows, 4, 0.75f);
   Fill(canvas, Both(windows, PolyMask(*canvas, {{190, 280}, {230, 280}, {130, 480}, {90, 480}})), White, 0.05f);
 }

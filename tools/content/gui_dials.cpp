@@ -53,7 +53,8 @@ void DrawGauge(Canvas *canvas) {
 static void DrawNeedle(Canvas *canvas, const Hue &tint, uint32_t seed) {
   const double middle = canvas->width / 2.0;
   const double bottom = canvas->height;
-  const Mask hand = PolyMask(*canvas, {{middle, 2}, {middle + 4, bottom - 40}, {middle + 7, bottom - 6}, {middle - 7, bottom - 6}, {middle - 4, bottom - 40}});
+  const Mask hand = PolyMask(*canvas, {{middle, 2}, {middle + 4, bottom - 40}, {middle + 7, bottom - 6},
+      {middle - 7, bottom - 6}, {middle - 4, bottom - 40}});
   Shadow(canvas, hand, 1, 2, 1, 0.5f);
   Plate(canvas, hand, {tint, Steel, 3.0f, 1.0f, 0.04f, 0.0f, 0.12f, true}, seed);
   Engrave(canvas, LineMask(*canvas, {{middle, bottom - 36}, {middle, bottom - 12}}, 2), 0.6f);

@@ -1,7 +1,6 @@
 // The large pieces: the game's name, the frame of the block selector, and the window that gives advice.
 #include "gui_draw.h"
 #include "gui_palette.h"
-#include "noise.h"
 
 #include <cmath>
 
@@ -9,7 +8,7 @@ constexpr Finish frameMetal{Iron, Steel, 8.0f, 1.3f, 0.18f, 0.15f, 0.25f, false}
 constexpr Finish bracketMetal{DarkSteel, Steel, 6.0f, 1.3f, 0.18f, 0.24f, 0.22f, false};
 
 static float *PixelAt(Canvas *canvas, int x, int y) {
-  return &canvas->pixels[(static_cast<size_t>(y) * static_cast<size_t>(canvas->width) + static_cast<size_t>(x)) * 4];
+  return &canvas->pixels[PixelIndex(canvas->width, x, y) * 4];
 }
 
 static void Blend(float *pixel, const Hue &hue, float cover) {
@@ -49,7 +48,7 @@ static void DrawReflection(Canvas *canvas) {
     for (int x = 0; x < canvas->width; x++) {
       const int from = x + ripple;
       if (from < 0 || from >= canvas->width) continue;
-      const float cover = water.cover[static_cast<size_t>(y) * static_cast<size_t>(canvas->width) + static_cast<size_t>(from)];
+      const float cover = water.cover[PixelIndex(canvas->width, from, y)];
       Blend(PixelAt(canvas, x, y), Teal, cover * (1.0f - depth) * (y % 3 < 2 ? 0.62f : 0.22f));
     }
   }
@@ -82,11 +81,14 @@ static Mask PlanMask(const Canvas &canvas, double thickness) {
     cairo_close_path(drawing);
     cairo_stroke(drawing);
   };
-  outline(1240, 200, {{0, 6}, {2, 6}, {2, 5}, {5, 5}, {5, 3}, {8, 3}, {8, 2}, {13, 2}, {13, 3}, {16, 3}, {16, 4}, {22, 4}, {22, 5}, {25, 5}, {25, 6}, {27, 6}, {27, 8}, {25, 8}, {25, 9}, {18, 9}, {18, 10}, {7, 10}, {7, 9}, {2, 9}, {2, 8}, {0, 8}});
+  outline(1240, 200, {{0, 6}, {2, 6}, {2, 5}, {5, 5}, {5, 3}, {8, 3}, {8, 2}, {13, 2}, {13, 3}, {16, 3}, {16, 4},
+      {22, 4}, {22, 5}, {25, 5}, {25, 6}, {27, 6}, {27, 8}, {25, 8}, {25, 9}, {18, 9}, {18, 10}, {7, 10}, {7, 9},
+      {2, 9}, {2, 8}, {0, 8}});
   outline(1240, 200, {{8, 3}, {13, 3}, {13, 5}, {8, 5}});
   outline(1240, 200, {{5, 5}, {16, 5}, {16, 9}, {5, 9}});
   outline(1240, 200, {{16, 5}, {22, 5}, {22, 8}, {16, 8}});
-  outline(1240, 460, {{0, 4}, {2, 4}, {2, 2}, {4, 2}, {4, 0}, {8, 0}, {8, 2}, {16, 2}, {16, 3}, {22, 3}, {22, 4}, {27, 4}, {27, 6}, {22, 6}, {22, 7}, {16, 7}, {16, 8}, {8, 8}, {8, 10}, {4, 10}, {4, 8}, {2, 8}, {2, 6}, {0, 6}});
+  outline(1240, 460, {{0, 4}, {2, 4}, {2, 2}, {4, 2}, {4, 0}, {8, 0}, {8, 2}, {16, 2}, {16, 3}, {22, 3}, {22, 4},
+      {27, 4}, {27, 6}, {22, 6}, {22, 7}, {16, 7}, {16, 8}, {8, 8}, {8, 10}, {4, 10}, {4, 8}, {2, 8}, {2, 6}, {0, 6}});
   outline(1240, 460, {{5, 3}, {16, 3}, {16, 7}, {5, 7}});
   outline(1240, 460, {{16, 4}, {22, 4}, {22, 6}, {16, 6}});
   return EndMask(drawing);
@@ -114,7 +116,7 @@ static void DrawField(Canvas *canvas, const Mask &field, const Hue &hue, float o
   const Mask rim = Without(Blurred(field, 2), field);
   Fill(canvas, rim, Black, 0.5f);
   Fill(canvas, field, hue, opacity);
-  Fill(canvas, Both(Blurred(Without(RoundMask(*canvas, 0, 0, canvas->width, canvas->height, 0), field), 7), field), Black, 0.6f);
+  EdgeShade(canvas, field, 7, 0.6f);
 }
 
 // Where the panel's sheets meet, and what holds them.
@@ -136,8 +138,7 @@ void DrawSelectorFrame(Canvas *canvas) {
   DrawField(canvas, ChamferMask(*canvas, 96, 72, 1004, 806, 14), HueOf(22, 23, 25), 0.62f);
   DrawField(canvas, ChamferMask(*canvas, 1204, 72, 604, 664, 14), HueOf(10, 26, 26), 0.72f);
   DrawPlan(canvas);
-  const Mask opening = ChamferMask(*canvas, 56, 44, 1781, 856, 18);
-  Fill(canvas, Both(Blurred(FrameMask(*canvas), 9), opening), Black, 0.7f);
+  EdgeShade(canvas, ChamferMask(*canvas, 56, 44, 1781, 856, 18), 9, 0.7f);
   const Mask frame = FrameMask(*canvas);
   Plate(canvas, frame, frameMetal, 311);
   Scratch(canvas, frame, 700, 312);
@@ -155,7 +156,9 @@ void DrawSelectorFrame(Canvas *canvas) {
   Shadow(canvas, brackets, 2, 4, 3, 0.6f);
   Plate(canvas, brackets, bracketMetal, 313);
   Coat(canvas, PolyMask(*canvas, {{800, 920}, {1092, 920}, {1082, 936}, {790, 936}}), Mustard, 0.42f, 314);
-  Rivets(canvas, {{24, 80}, {24, 290}, {24, 660}, {24, 870}, {1867, 80}, {1867, 290}, {1867, 660}, {1867, 870}, {60, 928}, {230, 928}, {1662, 928}, {1830, 928}, {776, 928}, {1116, 928}, {400, 928}, {560, 928}, {1300, 928}, {1480, 928}, {24, 480}, {1867, 480}, {820, 24}, {1120, 24}, {1420, 24}, {1720, 24}}, 7.0, Steel, 315);
+  Rivets(canvas, {{24, 80}, {24, 290}, {24, 660}, {24, 870}, {1867, 80}, {1867, 290}, {1867, 660}, {1867, 870},
+      {60, 928}, {230, 928}, {1662, 928}, {1830, 928}, {776, 928}, {1116, 928}, {400, 928}, {560, 928}, {1300, 928},
+      {1480, 928}, {24, 480}, {1867, 480}, {820, 24}, {1120, 24}, {1420, 24}, {1720, 24}}, 7.0, Steel, 315);
 }
 
 void DrawSelectorDivider(Canvas *canvas) {
@@ -172,18 +175,19 @@ void DrawSelectorDivider(Canvas *canvas) {
   const Mask clamps = EndMask(drawing);
   Shadow(canvas, clamps, 2, 4, 3, 0.6f);
   Plate(canvas, clamps, bracketMetal, 324);
-  Rivets(canvas, {{62, 90}, {102, 90}, {62, 370}, {102, 370}, {62, 810}, {102, 810}, {72, 580}, {72, 642}, {42, 611}, {103, 611}}, 5.0, Steel, 325);
+  Rivets(canvas, {{62, 90}, {102, 90}, {62, 370}, {102, 370}, {62, 810}, {102, 810}, {72, 580}, {72, 642}, {42, 611},
+      {103, 611}}, 5.0, Steel, 325);
   const Mask hole = CircleMask(*canvas, 72.5, 611, 22);
   Sink(canvas, hole, 3, 1.0f);
   Cut(canvas, hole);
-  Fill(canvas, Both(Blurred(Without(CircleMask(*canvas, 72.5, 611, 40), hole), 4), hole), Black, 0.8f);
+  EdgeShade(canvas, hole, 4, 0.8f);
 }
 
 // Dark glass with fine lines, brighter at its middle.
 static void DrawTube(Canvas *canvas, const Mask &glass, double x, double y, double width, double height) {
   for (int row = 0; row < canvas->height; row++) {
     for (int column = 0; column < canvas->width; column++) {
-      const float cover = glass.cover[static_cast<size_t>(row) * static_cast<size_t>(canvas->width) + static_cast<size_t>(column)];
+      const float cover = glass.cover[PixelIndex(canvas->width, column, row)];
       if (cover <= 0.0f) continue;
       const float u = static_cast<float>((column - x) / width * 2.0);
       const float v = static_cast<float>((row - y) / height * 2.0);

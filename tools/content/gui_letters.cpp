@@ -1,16 +1,16 @@
 // Lettering for engraved marks and the game's name: capitals as lines on a grid of 5 x 7 points.
-#include "gui_paint.h"
-
-#include <cstring>
+#include "gui_mask.h"
 
 constexpr double Advance = 1.0;  // from letter to letter, in heights of a capital
+
+namespace {
 
 struct Strokes {
   char letter;
   const char *points;  // a column and a row each, 0 from the upper left; a bar lifts the pen
 };
 
-static constexpr Strokes alphabet[] = {
+constexpr Strokes alphabet[] = {
     {'A', "0602204246|0444"},     {'B', "06003041423303|3344453606"}, {'C', "4130100105163645"},
     {'D', "06003041453606"},      {'E', "40000646|0333"},             {'F', "400006|0333"},
     {'G', "41301001051636454323"}, {'H', "0006|4046|0343"},            {'I', "2026"},
@@ -24,6 +24,8 @@ static constexpr Strokes alphabet[] = {
     {'7', "004016"},             {'8', "103041423313020110|133344453616050413"},       {'9', "0516364541301001021343"},
     {'-', "1333"},                {'/', "4006"},
 };
+
+}  // namespace
 
 static const char *PointsOf(char letter) {
   for (const Strokes &strokes : alphabet) {
@@ -51,8 +53,4 @@ void LetterPath(cairo_t *drawing, const char *text, double x, double y, double h
       points += 2;
     }
   }
-}
-
-double LettersWidth(const char *text, double height) {
-  return (static_cast<double>(std::strlen(text)) - 1.0) * height * Advance + height * 4.0 / 6.0;
 }

@@ -90,7 +90,8 @@ static void DrawArrow(Canvas *canvas, int dx, int dy, bool lit, uint32_t seed) {
   const double inset = width * 0.045;
   const Mask plate = ChamferMask(*canvas, inset, inset, width - 2 * inset, height - 2.6 * inset, width * 0.14);
   Shadow(canvas, plate, 1, static_cast<int>(width / 24), static_cast<int>(width / 28), 0.55f);
-  Plate(canvas, plate, {lit ? Gunmetal : DarkSteel, Steel, static_cast<float>(width) * 0.06f, 1.3f, 0.16f, 0.26f, 0.22f, false}, seed);
+  Plate(canvas, plate, {lit ? Gunmetal : DarkSteel, Steel, static_cast<float>(width) * 0.06f, 1.3f, 0.16f, 0.26f,
+      0.22f, false}, seed);
   const Mask arrow = ArrowMask(*canvas, width * 0.25, dx, dy);
   Fill(canvas, arrow, Pit, 0.9f);
   Sink(canvas, arrow, static_cast<int>(width / 20), 0.9f);
@@ -195,7 +196,7 @@ void DrawTextRow(Canvas *canvas) {
       const float u = 1.0f - static_cast<float>(x < 100 ? 99 - x : x - 100) / 100.0f;
       const float v = static_cast<float>(y < 20 ? y : 39 - y) / 6.0f;
       const float edge = (u < 0.3f ? u / 0.3f : 1.0f) * (v < 1.0f ? v : 1.0f);
-      float *pixel = &canvas->pixels[(static_cast<size_t>(y) * static_cast<size_t>(canvas->width) + static_cast<size_t>(x)) * 4];
+      float *pixel = &canvas->pixels[PixelIndex(canvas->width, x, y) * 4];
       pixel[3] = 0.60f * edge * edge * (3.0f - 2.0f * edge);
     }
   }
@@ -208,7 +209,7 @@ void DrawTab(Canvas *canvas) {
   Scratch(canvas, plate, 18, 62);
   Coat(canvas, PolyMask(*canvas, {{38, 22}, {46, 15}, {224, 15}, {232, 22}}), Mustard, 0.44f, 63);
   Engrave(canvas, LineMask(*canvas, {{20, 106}, {250, 106}}, 2), 0.6f);
-  Rivets(canvas, {{38, 88}, {232, 88}}, 5.0, Steel, 64);
+  Rivets(canvas, {{34, 94}, {236, 94}}, 4.5, Steel, 64);
 }
 
 // A round key with a mark.

@@ -6,15 +6,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 constexpr float LightX = -0.55f;  // the way to the light, which stands above and to the left
 constexpr float LightY = -0.83f;
 constexpr int BleedSteps = 4;  // how far colour runs into clear pixels
-
-static size_t Count(int width, int height) {
-  return static_cast<size_t>(width) * static_cast<size_t>(height);
-}
 
 static float Clamped(float value) {
   return std::clamp(value, 0.0f, 1.0f);
@@ -27,7 +22,7 @@ static float Step(float low, float high, float value) {
 }
 
 Canvas NewCanvas(int width, int height) {
-  return {width, height, std::vector<float>(Count(width, height) * 4, 0.0f)};
+  return {width, height, std::vector<float>(PixelIndex(width, 0, height) * 4, 0.0f)};
 }
 
 // The colour of the painted neighbours of a clear pixel; false for none.
@@ -36,7 +31,7 @@ static bool NeighbourColour(const RgbaPicture &picture, const std::vector<bool> 
   int found = 0;
   for (int v = std::max(0, y - 1); v <= std::min(picture.height - 1, y + 1); v++) {
     for (int u = std::max(0, x - 1); u <= std::min(picture.width - 1, x + 1); u++) {
-      const size_t at = Count(picture.width, v) + static_cast<size_t>(u);
+      const size_t at = PixelIndex(picture.width, u, v);
       if (!painted[at]) continue;
       for (size_t i = 0; i < 3; i++) sum[i] += picture.pixels[at * 4 + i];
       found++;
@@ -47,13 +42,13 @@ static bool NeighbourColour(const RgbaPicture &picture, const std::vector<bool> 
 }
 
 static void Bleed(RgbaPicture *picture) {
-  std::vector<bool> painted(Count(picture->width, picture->height));
+  std::vector<bool> painted(PixelIndex(picture->width, 0, picture->height));
   for (size_t at = 0; at < painted.size(); at++) painted[at] = picture->pixels[at * 4 + 3] > 0;
   for (int step = 0; step < BleedSteps; step++) {
     std::vector<bool> next = painted;
     for (int y = 0; y < picture->height; y++) {
       for (int x = 0; x < picture->width; x++) {
-        const size_t at = Count(picture->width, y) + static_cast<size_t>(x);
+        const size_t at = PixelIndex(picture->width, x, y);
         if (!painted[at]) next[at] = NeighbourColour(*picture, painted, x, y, &picture->pixels[at * 4]);
       }
     }
@@ -74,160 +69,6 @@ RgbaPicture Finished(const Canvas &canvas) {
   }
   Bleed(&picture);
   return picture;
-}
-
-cairo_t *BeginMask(int width, int height) {
-  cairo_surface_t *surface = cairo_image_surface_create(CAIRO_FORMAT_A8, width, height);
-  cairo_t *drawing = cairo_create(surface);
-  cairo_surface_destroy(surface);
-  cairo_set_antialias(drawing, CAIRO_ANTIALIAS_BEST);
-  return drawing;
-}
-
-Mask EndMask(cairo_t *drawing) {
-  cairo_surface_t *surface = cairo_get_target(drawing);
-  cairo_surface_flush(surface);
-  Mask mask{cairo_image_surface_get_width(surface), cairo_image_surface_get_height(surface), {}};
-  mask.cover.resize(Count(mask.width, mask.height));
-  const unsigned char *data = cairo_image_surface_get_data(surface);
-  const size_t stride = static_cast<size_t>(cairo_image_surface_get_stride(surface));
-  const size_t width = static_cast<size_t>(mask.width);
-  for (size_t y = 0; y < static_cast<size_t>(mask.height); y++) {
-    for (size_t x = 0; x < width; x++) mask.cover[y * width + x] = static_cast<float>(data[y * stride + x]) / 255.0f;
-  }
-  cairo_destroy(drawing);
-  return mask;
-}
-
-void RoundPath(cairo_t *drawing, double x, double y, double width, double height, double radius) {
-  const double quarter = 1.5707963267948966;
-  const double turns[4][2] = {
-      {x + width - radius, y + radius}, {x + width - radius, y + height - radius}, {x + radius, y + height - radius}, {x + radius, y + radius}};
-  cairo_new_sub_path(drawing);
-  for (int i = 0; i < 4; i++) cairo_arc(drawing, turns[i][0], turns[i][1], radius, (i - 1) * quarter, i * quarter);
-  cairo_close_path(drawing);
-}
-
-void PolyPath(cairo_t *drawing, std::initializer_list<Spot> spots) {
-  cairo_new_sub_path(drawing);
-  for (const Spot &spot : spots) cairo_line_to(drawing, spot.x, spot.y);
-  cairo_close_path(drawing);
-}
-
-void ChamferPath(cairo_t *drawing, double x, double y, double width, double height, double cut) {
-  const double right = x + width;
-  const double bottom = y + height;
-  PolyPath(drawing, {{x + cut, y},
-                     {right - cut, y},
-                     {right, y + cut},
-                     {right, bottom - cut},
-                     {right - cut, bottom},
-                     {x + cut, bottom},
-                     {x, bottom - cut},
-                     {x, y + cut}});
-}
-
-void CirclePath(cairo_t *drawing, double x, double y, double radius) {
-  cairo_new_sub_path(drawing);
-  cairo_arc(drawing, x, y, radius, 0.0, 6.283185307179586);
-  cairo_close_path(drawing);
-}
-
-Mask RoundMask(const Canvas &canvas, double x, double y, double width, double height, double radius) {
-  cairo_t *drawing = BeginMask(canvas.width, canvas.height);
-  RoundPath(drawing, x, y, width, height, radius);
-  cairo_fill(drawing);
-  return EndMask(drawing);
-}
-
-Mask ChamferMask(const Canvas &canvas, double x, double y, double width, double height, double cut) {
-  cairo_t *drawing = BeginMask(canvas.width, canvas.height);
-  ChamferPath(drawing, x, y, width, height, cut);
-  cairo_fill(drawing);
-  return EndMask(drawing);
-}
-
-Mask PolyMask(const Canvas &canvas, std::initializer_list<Spot> spots) {
-  cairo_t *drawing = BeginMask(canvas.width, canvas.height);
-  PolyPath(drawing, spots);
-  cairo_fill(drawing);
-  return EndMask(drawing);
-}
-
-Mask CircleMask(const Canvas &canvas, double x, double y, double radius) {
-  cairo_t *drawing = BeginMask(canvas.width, canvas.height);
-  CirclePath(drawing, x, y, radius);
-  cairo_fill(drawing);
-  return EndMask(drawing);
-}
-
-Mask RingMask(const Canvas &canvas, double x, double y, double radius, double thickness) {
-  cairo_t *drawing = BeginMask(canvas.width, canvas.height);
-  cairo_set_line_width(drawing, thickness);
-  CirclePath(drawing, x, y, radius);
-  cairo_stroke(drawing);
-  return EndMask(drawing);
-}
-
-Mask LineMask(const Canvas &canvas, std::initializer_list<Spot> spots, double thickness) {
-  cairo_t *drawing = BeginMask(canvas.width, canvas.height);
-  cairo_set_line_width(drawing, thickness);
-  cairo_set_line_cap(drawing, CAIRO_LINE_CAP_ROUND);
-  cairo_set_line_join(drawing, CAIRO_LINE_JOIN_ROUND);
-  for (const Spot &spot : spots) cairo_line_to(drawing, spot.x, spot.y);
-  cairo_stroke(drawing);
-  return EndMask(drawing);
-}
-
-Mask LetterMask(const Canvas &canvas, const char *text, double x, double y, double height, double thickness) {
-  cairo_t *drawing = BeginMask(canvas.width, canvas.height);
-  cairo_set_line_width(drawing, thickness);
-  LetterPath(drawing, text, x, y, height);
-  cairo_stroke(drawing);
-  return EndMask(drawing);
-}
-
-// One pass of a running mean along lines of `length` cells that lie `stride` apart.
-static void BlurLine(const float *from, float *to, int length, size_t stride, int radius) {
-  const auto value = [&](int i) { return from[static_cast<size_t>(std::clamp(i, 0, length - 1)) * stride]; };
-  double sum = 0.0;
-  for (int i = -radius; i <= radius; i++) sum += static_cast<double>(value(i));
-  for (int i = 0; i < length; i++) {
-    to[static_cast<size_t>(i) * stride] = static_cast<float>(sum / (2 * radius + 1));
-    sum += static_cast<double>(value(i + radius + 1)) - static_cast<double>(value(i - radius));
-  }
-}
-
-Mask Blurred(const Mask &mask, int radius) {
-  if (radius < 1) return mask;
-  Mask now = mask;
-  Mask next = mask;
-  const size_t width = static_cast<size_t>(mask.width);
-  for (int pass = 0; pass < 2; pass++) {
-    for (size_t y = 0; y < static_cast<size_t>(mask.height); y++) {
-      BlurLine(&now.cover[y * width], &next.cover[y * width], mask.width, 1, radius);
-    }
-    for (size_t x = 0; x < width; x++) BlurLine(&next.cover[x], &now.cover[x], mask.height, width, radius);
-  }
-  return now;
-}
-
-Mask Both(const Mask &a, const Mask &b) {
-  Mask out = a;
-  for (size_t i = 0; i < out.cover.size(); i++) out.cover[i] *= b.cover[i];
-  return out;
-}
-
-Mask Without(const Mask &a, const Mask &b) {
-  Mask out = a;
-  for (size_t i = 0; i < out.cover.size(); i++) out.cover[i] *= 1.0f - b.cover[i];
-  return out;
-}
-
-Mask Either(const Mask &a, const Mask &b) {
-  Mask out = a;
-  for (size_t i = 0; i < out.cover.size(); i++) out.cover[i] = std::max(out.cover[i], b.cover[i]);
-  return out;
 }
 
 Hue Mixed(const Hue &a, const Hue &b, float part) {
@@ -254,7 +95,7 @@ static void Shade(float *pixel, float amount) {
 
 static float At(const Mask &mask, int x, int y) {
   if (x < 0 || y < 0 || x >= mask.width || y >= mask.height) return 0.0f;
-  return mask.cover[Count(mask.width, y) + static_cast<size_t>(x)];
+  return mask.cover[PixelIndex(mask.width, x, y)];
 }
 
 void Fill(Canvas *canvas, const Mask &mask, const Hue &tint, float opacity) {
@@ -274,7 +115,7 @@ void Shadow(Canvas *canvas, const Mask &mask, int right, int down, int blur, flo
   for (int y = 0; y < mask.height; y++) {
     for (int x = 0; x < mask.width; x++) {
       const float shade = At(soft, x - right, y - down) * strength;
-      if (shade > 0.004f) Over(&canvas->pixels[(Count(mask.width, y) + static_cast<size_t>(x)) * 4], {}, shade);
+      if (shade > 0.004f) Over(&canvas->pixels[PixelIndex(mask.width, x, y) * 4], {}, shade);
     }
   }
 }
@@ -313,13 +154,14 @@ void Plate(Canvas *canvas, const Mask &mask, const Finish &finish, uint32_t seed
   const Mask wide = Blurred(mask, static_cast<int>(finish.bevel + 3.5f));
   for (int y = 0; y < mask.height; y++) {
     for (int x = 0; x < mask.width; x++) {
-      const size_t at = Count(mask.width, y) + static_cast<size_t>(x);
+      const size_t at = PixelIndex(mask.width, x, y);
       if (mask.cover[at] <= 0.0f) continue;
       const float u = static_cast<float>(x);
       const float v = static_cast<float>(y);
       const float depth = Clamped(2.0f * wide.cover[at] - 1.0f);
       const float bare = Bareness(u, v, depth, finish, seed);
-      const float dirt = finish.grime * (0.55f * LayeredNoise(u / 90.0f, v / 60.0f, 0.0f, 4, seed + 9) + 0.45f * (1.0f - depth));
+      const float dirt =
+          finish.grime * (0.55f * LayeredNoise(u / 90.0f, v / 60.0f, 0.0f, 4, seed + 9) + 0.45f * (1.0f - depth));
       const float grain = Brushed(u, v, finish.upright, seed + 5) * finish.grain * (1.0f + bare);
       const float light = 1.0f + grain + Relief(soft, x, y, finish) - dirt * 0.7f;
       const float sheen = 1.05f - 0.10f * v / static_cast<float>(mask.height);
@@ -333,7 +175,7 @@ void Sink(Canvas *canvas, const Mask &mask, int depth, float strength) {
   const Mask soft = Blurred(mask, depth);
   for (int y = 0; y < mask.height; y++) {
     for (int x = 0; x < mask.width; x++) {
-      const size_t at = Count(mask.width, y) + static_cast<size_t>(x);
+      const size_t at = PixelIndex(mask.width, x, y);
       const float inside = mask.cover[at];
       if (inside > 0.0f) {
         const float shade = 1.0f - At(soft, x - depth / 2, y - depth);
@@ -347,10 +189,16 @@ void Sink(Canvas *canvas, const Mask &mask, int depth, float strength) {
   }
 }
 
+void EdgeShade(Canvas *canvas, const Mask &mask, int depth, float strength) {
+  Mask outside = mask;
+  for (float &cover : outside.cover) cover = 1.0f - cover;
+  Fill(canvas, Both(Blurred(outside, depth), mask), Black, strength);
+}
+
 void Engrave(Canvas *canvas, const Mask &mask, float strength) {
   for (int y = 0; y < mask.height; y++) {
     for (int x = 0; x < mask.width; x++) {
-      const size_t at = Count(mask.width, y) + static_cast<size_t>(x);
+      const size_t at = PixelIndex(mask.width, x, y);
       const float lip = Clamped(At(mask, x - 1, y - 1) - mask.cover[at]);
       if (lip > 0.0f) Shade(&canvas->pixels[at * 4], 0.45f * lip * strength);
       if (mask.cover[at] > 0.0f) Shade(&canvas->pixels[at * 4], -0.75f * strength * mask.cover[at]);
@@ -361,7 +209,7 @@ void Engrave(Canvas *canvas, const Mask &mask, float strength) {
 void Coat(Canvas *canvas, const Mask &mask, const Hue &tint, float wear, uint32_t seed) {
   for (int y = 0; y < mask.height; y++) {
     for (int x = 0; x < mask.width; x++) {
-      const size_t at = Count(mask.width, y) + static_cast<size_t>(x);
+      const size_t at = PixelIndex(mask.width, x, y);
       if (mask.cover[at] <= 0.0f) continue;
       const float u = static_cast<float>(x);
       const float v = static_cast<float>(y);
@@ -415,7 +263,7 @@ void Scratch(Canvas *canvas, const Mask &mask, int count, uint32_t seed) {
   const Mask lines = Both(EndMask(drawing), mask);
   for (int y = 0; y < mask.height; y++) {
     for (int x = 0; x < mask.width; x++) {
-      float *pixel = &canvas->pixels[(Count(mask.width, y) + static_cast<size_t>(x)) * 4];
+      float *pixel = &canvas->pixels[PixelIndex(mask.width, x, y) * 4];
       Shade(pixel, 0.4f * At(lines, x, y));
       Shade(pixel, -0.35f * At(lines, x, y - 1));
     }
@@ -440,7 +288,8 @@ void Lamp(Canvas *canvas, double x, double y, double radius, const Hue &tint, fl
   Sink(canvas, CircleMask(*canvas, x, y, radius * 0.82), 3, 0.9f);
   FillDown(canvas, glass, Scaled(tint, 0.16f + 0.55f * lit), Scaled(tint, 0.30f + 0.70f * lit), y - radius, y + radius);
   if (lit > 0.0f) {
-    Glow(canvas, CircleMask(*canvas, x, y + radius * 0.1, radius * 0.42), Mixed(tint, White, 0.55f), static_cast<int>(radius * 0.35), 0.9f * lit);
+    Glow(canvas, CircleMask(*canvas, x, y + radius * 0.1, radius * 0.42), Mixed(tint, White, 0.55f),
+        static_cast<int>(radius * 0.35), 0.9f * lit);
     Glow(canvas, glass, tint, static_cast<int>(radius * 0.5), 0.45f * lit);
   }
   const Mask glint = Both(CircleMask(*canvas, x - radius * 0.22, y - radius * 0.30, radius * 0.26), glass);

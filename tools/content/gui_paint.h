@@ -1,13 +1,12 @@
-// Painting of the instruments: masks drawn as outlines, and worn metal, enamel, glass and light laid through them.
+// Painting of the instruments: worn metal, enamel, glass and light laid through masks.
 // A picture is built from below: a shadow, a plate on it, what is sunk into the plate, what stands on it, and light.
 #pragma once
 
+#include "gui_mask.h"
 #include "picture.h"
 
-#include <cairo.h>
 #include <cstdint>
 #include <initializer_list>
-#include <vector>
 
 struct Hue {
   float red = 0.0f;  // 0 to 1 each
@@ -15,29 +14,10 @@ struct Hue {
   float blue = 0.0f;
 };
 
-// A picture in the making. Colours are multiplied by the opacity.
-struct Canvas {
-  int width = 0;
-  int height = 0;
-  std::vector<float> pixels;  // red, green, blue, opacity, row after row from the top
-};
-
-// How much of each pixel an outline covers, 0 to 1.
-struct Mask {
-  int width = 0;
-  int height = 0;
-  std::vector<float> cover;
-};
-
-struct Spot {
-  double x = 0.0;
-  double y = 0.0;
-};
-
 // What a plate is made of.
 struct Finish {
-  Hue paint;            // the coat
-  Hue bare;             // the metal where the coat is gone
+  Hue paint;             // the coat
+  Hue bare;              // the metal where the coat is gone
   float bevel = 4.0f;    // pixels from the edge to the flat
   float relief = 1.0f;   // how strongly the edge takes light and shade
   float grain = 0.1f;    // marks of the brush
@@ -53,33 +33,6 @@ Canvas NewCanvas(int width, int height);
 // of the picture get no dark seams.
 RgbaPicture Finished(const Canvas &canvas);
 
-// An outline is drawn between the two: anything that the drawing library puts on the surface, by its opacity.
-cairo_t *BeginMask(int width, int height);
-Mask EndMask(cairo_t *drawing);
-
-// Outlines, added to the current path.
-void RoundPath(cairo_t *drawing, double x, double y, double width, double height, double radius);
-void ChamferPath(cairo_t *drawing, double x, double y, double width, double height, double cut);
-void PolyPath(cairo_t *drawing, std::initializer_list<Spot> spots);
-void CirclePath(cairo_t *drawing, double x, double y, double radius);
-// Capital letters and digits as lines to be stroked; `height` is a capital's, (x, y) its upper left corner.
-void LetterPath(cairo_t *drawing, const char *text, double x, double y, double height);
-double LettersWidth(const char *text, double height);
-
-// The same in one call.
-Mask RoundMask(const Canvas &canvas, double x, double y, double width, double height, double radius);
-Mask ChamferMask(const Canvas &canvas, double x, double y, double width, double height, double cut);
-Mask PolyMask(const Canvas &canvas, std::initializer_list<Spot> spots);
-Mask CircleMask(const Canvas &canvas, double x, double y, double radius);
-Mask RingMask(const Canvas &canvas, double x, double y, double radius, double thickness);
-Mask LineMask(const Canvas &canvas, std::initializer_list<Spot> spots, double thickness);
-Mask LetterMask(const Canvas &canvas, const char *text, double x, double y, double height, double thickness);
-
-Mask Blurred(const Mask &mask, int radius);
-Mask Both(const Mask &a, const Mask &b);
-Mask Without(const Mask &a, const Mask &b);
-Mask Either(const Mask &a, const Mask &b);
-
 Hue Mixed(const Hue &a, const Hue &b, float part);
 Hue Scaled(const Hue &tint, float factor);
 
@@ -91,6 +44,8 @@ void Shadow(Canvas *canvas, const Mask &mask, int right, int down, int blur, flo
 void Plate(Canvas *canvas, const Mask &mask, const Finish &finish, uint32_t seed);
 // A hollow in what is there: shade under its upper edge, a bright lip below it.
 void Sink(Canvas *canvas, const Mask &mask, int depth, float strength);
+// Black that comes in from the edges of the mask, on clear ground too: what lies deeper than its frame.
+void EdgeShade(Canvas *canvas, const Mask &mask, int depth, float strength);
 // A fine groove: dark, with light on its lower side.
 void Engrave(Canvas *canvas, const Mask &mask, float strength);
 // A coat of paint on what is there, chipped where noise says so.

@@ -11,10 +11,13 @@ constexpr size_t RawLimit = size_t{2} << 30;  // bytes of a file without compres
 
 static bool EndsWith(const std::string &text, const char *ending) { return text.ends_with(ending) && text != ending; }
 
-// The end of "ship.sts.damaged" and "ship.sts.damaged2", or npos.
-static size_t DamagedEnding(const std::string &file) {
-  const size_t at = file.rfind(".sts.damaged");
-  return at != std::string::npos && at > 0 && file.size() - at <= 13 ? at : std::string::npos;
+// Where the ending of a kept copy begins, as in "ship.sts.damaged" and "ship.sts.replaced2", or npos.
+static size_t KeptEnding(const std::string &file) {
+  for (const std::string ending : {".sts.damaged", ".sts.replaced"}) {
+    const size_t at = file.rfind(ending);
+    if (at != std::string::npos && at > 0 && file.size() - at <= ending.size() + 1) return at;
+  }
+  return std::string::npos;
 }
 
 static void SplitFile(ShipName *n, ShipForm form, size_t endingLength, bool ours) {
@@ -29,13 +32,13 @@ ShipName ParseShipName(const std::string &word) {
   const bool folder = EndsWith(n.file, "/");
   while (EndsWith(n.file, "/")) n.file.pop_back();
   if (!IsShipStem(n.file) || n.file == "NULL") return n;
-  const size_t damaged = DamagedEnding(n.file);
+  const size_t kept = KeptEnding(n.file);
   if (folder || n.file.find('.') == std::string::npos) SplitFile(&n, ShipForm::Folder, 0, true);
   else if (EndsWith(n.file, ".sts")) SplitFile(&n, ShipForm::Stream, 4, true);
   else if (EndsWith(n.file, ".ssf")) SplitFile(&n, ShipForm::Text, 4, true);
   else if (EndsWith(n.file, ".sls")) SplitFile(&n, ShipForm::Raw, 4, true);
   else if (EndsWith(n.file, ".bak")) SplitFile(&n, ShipForm::Stream, 4, false);
-  else if (damaged != std::string::npos) SplitFile(&n, ShipForm::Stream, n.file.size() - damaged, false);
+  else if (kept != std::string::npos) SplitFile(&n, ShipForm::Stream, n.file.size() - kept, false);
   return n;
 }
 

@@ -40,7 +40,7 @@ static constexpr const char *help =
     "  NAME.ssf    text, as early games saved\n"
     "  NAME.sls    stream, not compressed\n"
     "  NAME or NAME/ folder, as servers keep ships\n"
-    "FROM and SHIP may also be backups (.bak) and what the game kept of damaged files (.sts.damaged).\n"
+    "FROM and SHIP may also be backups (.bak) and what the game kept (.sts.damaged, .sts.replaced).\n"
     "\n"
     "Ends with 0 when all is well; 1 when a ship is damaged or missing or can't be written; 2 when it was called wrongly.\n"
     "A damaged ship is converted as far as it can be read, and the end is 1.\n";
