@@ -1,5 +1,7 @@
 // What a server sends: packets one after the other, each behind two bytes of its length, to a game with ships and players.
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 #include "fuzz/fuzz.h"
 #include "net/session.h"
@@ -8,7 +10,12 @@
 #include "world/retire.h"
 #include "world/verify.h"
 
-void PrepareTarget() { LoadGameTables(); }
+static u64 PacketCount = 0;
+
+void PrepareTarget() {
+  LoadGameTables();
+  std::atexit([] { std::fprintf(stderr, "%llu packets\n", static_cast<unsigned long long>(PacketCount)); });
+}
 
 static void BeginWithTwoShips() {
   const std::vector<u8> list = {2, 0, 0, 0, 4, 'N', 'U', 'L', 'L', 1, 'a'};
@@ -37,7 +44,9 @@ void FuzzOne(Bytes input) {
   while (r.left > 0 && !r.failed) {
     const size_t length = std::min<size_t>(TakeU16(&r), r.left);
     const u8 *bytes = TakeBytes(&r, length);
-    if (bytes != nullptr) HandlePacket(bytes, length);
+    if (bytes == nullptr) break;
+    HandlePacket(bytes, length);
+    ++PacketCount;
   }
   CheckWorld();
 }

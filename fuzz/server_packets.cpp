@@ -3,6 +3,8 @@
 #include <enet/enet.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 #include "fuzz/fuzz.h"
 #include "persistence/cursor.h"
@@ -13,10 +15,12 @@
 #include "world/verify.h"
 
 static ENetPeer *Peers[2];
+static u64 PacketCount = 0;
 
 // Peers that are connected to nobody: what is sent to them is thrown away as it is made.
 void PrepareTarget() {
   LoadGameTables();
+  std::atexit([] { std::fprintf(stderr, "%llu packets\n", static_cast<unsigned long long>(PacketCount)); });
   Demand(enet_initialize() == 0 && OpenWorld(1), "a world");
   ServerHost = enet_host_create(nullptr, 2, NetChannels, 0, 0);
   Demand(ServerHost != nullptr, "a host");
@@ -42,7 +46,9 @@ void FuzzOne(Bytes input) {
     const u8 *bytes = TakeBytes(&r, length);
     client->strange = 0;
     client->leaving = false;
-    if (bytes != nullptr) HandleRequest(client, bytes, length);
+    if (bytes == nullptr) break;
+    HandleRequest(client, bytes, length);
+    ++PacketCount;
   }
   CheckSilence(Now() + 10);
   ShareMotions(Now());
