@@ -46,7 +46,8 @@ bool ListSongs() {
       LogWarn("There are more than 32 songs, I'll leave the others out");
       break;
     }
-    AddSong(entry->path().filename().string());
+    const std::string name = entry->path().filename().string();
+    if (name[0] != '.' && entry->is_regular_file(fault)) AddSong(name);  // a pipe would never answer
   }
   return SongCount > 0;
 }

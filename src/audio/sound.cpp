@@ -14,7 +14,6 @@
 #include "core/log.h"
 
 constexpr float StreamInterval = 0.1f;   // seconds between two looks of the library's thread at songs and ended sounds
-constexpr float BreathingGain = 0.03f;
 
 // One file and the slots that play it.
 struct SlotLine {

@@ -8,6 +8,7 @@
 #include "core/types.h"
 
 constexpr int SlotCount = 64;
+constexpr float BreathingGain = 0.03f;
 
 enum SoundSlot : int {  // slots with a duty of their own; those of the jets are told in gameplay/motion.h
   SlotMusic = 1,

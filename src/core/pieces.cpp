@@ -112,7 +112,7 @@ static void EndThrustSound() {
 
 // Thrust's end starts the dampener.
 static void StartDampening(const Player &p) {
-  if (!(Options.InertialDampening > 0.0f) || p.suitPower < 2 || p.speed <= 0) return;
+  if (!(Options.InertialDampening > 0.0f) || p.suitPower < 2 || p.speed <= 0 || PlayerFlags.gripping) return;
   dampenMode = 1;
   if (p.speed < WorkSpeed) PlayerFlags.tooFast = false;
 }

@@ -140,6 +140,12 @@ static void Run() {
   CloseGraphics();
 }
 
+// A start that ends early; the sound library's thread must not outlive what it looks at.
+static int EndEarly() {
+  ShutdownSound();
+  return 0;
+}
+
 int StartGame(int argc, char **argv) {
   StartupGate = true;
   LogInit();
@@ -152,11 +158,14 @@ int StartGame(int argc, char **argv) {
   if (InitGraphics() == 0) return LogError("Unable to initialize graphics system");
   InstallInputCallbacks();
   if (!InitSound()) LogWarn("Unable to initialize sound system");
-  if (!LoadContent()) return 0;
+  if (!LoadContent()) return EndEarly();
   TakeCommandLine(argc, argv);
   SaveOptions();
   Ship *ship = MakeFirstShip();
-  if (ship == nullptr) return LogError("Could not allocate block");
+  if (ship == nullptr) {
+    LogError("Could not allocate block");
+    return EndEarly();
+  }
   StartNetwork();
   RehearseFrame();
   LoadFirstShip(ship);

@@ -160,7 +160,11 @@ static void Brake(const Player &p) {
 }
 
 static void StopKeyStep(Player *p, const Ship &ship) {
-  if (p->gripping) return;
+  i8 dampening = 1;  // begun by the sound piece just as the grip took hold: nothing would end it, nor the sound of its jets
+  if (p->gripping) {
+    dampenMode.compare_exchange_strong(dampening, 0);
+    return;
+  }
   if (OccupiedInReach(*p, ship) > 0)
     TakeHold(p, ship);
   else

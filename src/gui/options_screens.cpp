@@ -55,6 +55,10 @@ static void Set(double value) {
 static void CachesFollowDetail() { Options.EightCache = Options.QuadCache = Options.LevelOfDetail.load(); }
 static void RenewProjection() { ResizePending = true; }
 static void RenewMusicGain() { SetMusicGain(); }
+static void RenewSoundGain() {
+  SetMusicGain();
+  SetSlotGain(SlotBreathing, BreathingGain);  // the only other sound that never starts anew
+}
 
 using O = OptionValues;
 
@@ -88,7 +92,7 @@ static const Slider Sliders[] = {
     {ScreenMouse, 300, 350, 80, Get<&O::MouseSensitivity>, Set<&O::MouseSensitivity>, 0.01, 0.01, 0.011, 0.49, 0, Endless,
      ValueLabel::Hundredths, 0, 740},
     {ScreenSound, 0, 100, 47, Get<&O::SoundVolume>, Set<&O::SoundVolume>, 0.01, 0.01, 0, 1, 0.005, 1,
-     ValueLabel::Hundredths, 0, 370, RenewMusicGain},
+     ValueLabel::Hundredths, 0, 370, RenewSoundGain},
     {ScreenSound, 0, -100, 46, Get<&O::MusicVolume>, Set<&O::MusicVolume>, 0.01, 0.01, 0, 1, 0.005, 1,
      ValueLabel::Hundredths, 0, 370, RenewMusicGain},
 };

@@ -68,8 +68,11 @@ static u64 HeadOfRecord(SlotReader *r, const u8 *at) {
 }
 
 // Which voxels a damaged block lacked is not in the files: it gets bits with none gone, or counts as whole without memory.
+// An earlier slot of the chunk may have left its own.
 static bool MakeDamageable(SlotReader *r, const CellAddress &a, const ChunkCells &cells) {
-  const u64 records = cells.graphicBlocks.load() == nullptr ? CellsPerChunk * sizeof(GraphicBlock) : 0;
+  const GraphicBlock *g = GraphicOf(cells, a.block);
+  if (g != nullptr && g->damageBits.load() != nullptr) return true;
+  const u64 records = g == nullptr ? CellsPerChunk * sizeof(GraphicBlock) : 0;
   return Pay(r, 512 + records) && AllocDamageBits(a, *r->ship);
 }
 

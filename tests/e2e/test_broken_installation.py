@@ -3,6 +3,7 @@ crashes, and its exit status is 0 in any case."""
 import gzip
 import os
 import random
+import shutil
 import struct
 import unittest
 
@@ -13,6 +14,7 @@ NO_COMPONENTS = "*ERR: Unable to load Components Array in main program \n"
 NO_GRAPHICS = "*ERR: Unable to initialize graphics system \n"
 MATERIALS, COMPONENTS = "config/text/materials", "config/text/components"
 GRID, STAR, SHADER = "config/graphics/components/block.3mp", "config/graphics/stars/stars1.png", "config/shaders/MainVertShader.txt"
+SOUND, SONG = "config/audio/sounds/switch.ogg", "config/audio/music/Ashenfold-Tidewheel.ogg"
 RUBBISH = bytes(random.Random(1).randbytes(3000))
 
 
@@ -111,6 +113,11 @@ class BrokenInstallation(unittest.TestCase):
             (STAR, remove, ["*ERR: Unable to open png file \n"]),
             (STAR, halve, ["*ERR: PNG IO error \n"]),
             (STAR, garble, []),
+            (SOUND, remove, ["WARN: Could not make audio buffer from file \n", "WARN: Could not load audio files \n"]),
+            (SOUND, garble, ["WARN: Could not load audio files \n"]),
+            ("config/audio/music", shutil.rmtree, ["*ERR: Cannot open music directory \n", "WARN: Could not load music files \n"]),
+            (SONG, garble, ["info: Playing song ", "*ERR: Cannot stream song \n"]),
+            (SONG, halve, ["info: Playing song "]),
             ("config/language/english", remove, ["*ERR: Could not open language file! \n"]),
             ("config/language/english", halve, []),
             ("config/text/options", lambda path: path.write_bytes(b"FOV 90\n" + RUBBISH), ["Unknown option on line"]),
