@@ -26,8 +26,8 @@ static void BeginWithTwoShips() {
 }
 
 static void CheckWorld() {
-  const ScopedLock world(&WorldMutex);
   SweepRetired();
+  const ScopedLock world(&WorldMutex);
   Demand(TheShipTable.count.load() == 0 || CurrentShip() != nullptr, "the player's ship is one of the table");
   for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
     const Ship &ship = *ShipAt(TheShipTable, row);

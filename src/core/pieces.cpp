@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "audio/sound.h"
 #include "content/options.h"
@@ -29,6 +30,7 @@ constexpr double RenderDelay = 1.0 / 64, LinkDelay = 0.066, TickDelay = 0.033, M
                  NetworkDelay = 0.1, SaveDelay = 300, SaveDelayOnline = 9000;
 constexpr double SlowPiece = 4.0;  // milliseconds
 constexpr float BrakeRate = 120;
+constexpr i32 MostOwedRuns = 10000;
 
 std::atomic<bool> StartupGate{true};
 ThrustSound TheThrustSound;
@@ -148,13 +150,13 @@ void OpsPiece(double *timer) {
   if (!TryLockMutex(&WorldMutex)) return;
   const double start = ClockNow();
   if (DebrisCount() != 0) AgeDebris();
-  SweepRetired();
   {
     ScopedLock heat(&HeatMutex);
     const Ship *ship = CurrentShip();
     if (ship != nullptr) HeatHook(*ship);
   }
   UnlockMutex(&WorldMutex);
+  SweepRetired();
   LogIfSlow("OPS:", start);
   *timer = ClockNow() + OpsDelay;
 }
@@ -184,12 +186,17 @@ static void Dampen(Player *p, const Ship &ship) {
   if (DampenStep(p, rate, ship.velocity[0], ship.velocity[1], ship.velocity[2])) dampenMode = 0;
 }
 
-// Between packets the others fly on by themselves. The list belongs to the world mutex; a busy one skips this run.
+// Between packets, and behind the last one, the others fly on by themselves. The list belongs to the world mutex: while that is
+// busy, runs are owed.
 static void AdvanceRemotePlayers() {
-  if (!Online || !TryLockMutex(&WorldMutex)) return;
+  static i32 owed = 0;
+  if (NetHost.load() == nullptr) return;
+  owed = std::min(owed + 1, MostOwedRuns);
+  if (!TryLockMutex(&WorldMutex)) return;
+  const i64 runs = std::exchange(owed, 0);
   const Ship *ship = CurrentShip();
   for (RemotePlayer &other : RemotePlayers) {
-    for (int axis = 0; axis < 3; ++axis) other.solarLoc[axis] = WorldDifference(other.solarLoc[axis], other.velocity[axis]);
+    for (int axis = 0; axis < 3; ++axis) other.solarLoc[axis] = WorldDifference(other.solarLoc[axis], runs * other.velocity[axis]);
     if (ship != nullptr) RelativeTo(*ship, other.solarLoc, other.relativeLoc);
   }
   UnlockMutex(&WorldMutex);

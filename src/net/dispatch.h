@@ -4,6 +4,7 @@
 #include "net/wire.h"
 
 void TakeFile(Reader r);          // PacketFile: stored as saves/<name>.sts, not loaded; an own ship of that name is kept beside it.
+bool DownloadFailed(const std::string &name);  // The server's ship of that name isn't the one in saves/.
 void TakeShipList(Reader r);      // PacketShipList: the table becomes the server's.
 void TakeShipAdded(Reader r);     // PacketShipAdded
 void TakeShipLocation(Reader r);  // PacketShipLocation

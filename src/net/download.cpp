@@ -1,6 +1,8 @@
 // Ship files from the server, in saves/ where the player's own ships lie too. What the last download of a name was is noted in
 // cache/: a file that is not it is the player's, and gets a name of its own before it is replaced.
+#include <algorithm>
 #include <filesystem>
+#include <set>
 #include <string>
 
 #include "core/log.h"
@@ -9,10 +11,15 @@
 #include "platform/files.h"
 
 constexpr u64 SessionLimit = u64{2} << 30;  // bytes that a server may make this game write, until it is started again
+constexpr size_t MostFailed = 10000;        // names remembered
 constexpr int MostOwnFiles = 99;            // of one name, kept beside each other
 constexpr size_t NoteBytes = 16;            // u64 size, u64 hash of the bytes
 
-static u64 Downloaded = 0;  // bytes so far; the thread that polls
+constexpr u64 SmallestCost = 8192;          // bytes that a file, its note and its entries cost at least
+
+// The thread that polls.
+static u64 Downloaded = 0;            // bytes so far
+static std::set<std::string> Failed;  // names of which the last download was refused or could not be written
 
 static std::string NotePath(const std::string &name) { return "cache/" + name + ".net"; }
 
@@ -66,7 +73,13 @@ void TakeFile(Reader r) {
     return;
   }
   AddChatLine(("Downloading ship " + name + " ").c_str());
-  Downloaded += r.left;
-  if (!BeginsAsShip(r) || r.left > LargestFile || Downloaded > SessionLimit) LogError("The server sent a file that is no ship, or too much of it");
-  else if (!Store("saves/" + name + ".sts", name, r)) LogError("Error writing ship file");
+  Downloaded += std::max<u64>(r.left, SmallestCost);
+  const bool good = BeginsAsShip(r) && r.left <= LargestFile && Downloaded <= SessionLimit;
+  const bool stored = good && Store("saves/" + name + ".sts", name, r);
+  if (!good) LogError("The server sent a file that is no ship, or too much of it");
+  else if (!stored) LogError("Error writing ship file");
+  if (stored) Failed.erase(name);
+  else if (Failed.size() < MostFailed) Failed.insert(name);
 }
+
+bool DownloadFailed(const std::string &name) { return Failed.count(name) != 0; }

@@ -8,7 +8,8 @@
 #include "net/session.h"
 #include "platform/threads.h"
 
-constexpr size_t LongestShownName = 64;
+constexpr size_t LongestShownName = 64, LoggedNames = 20;
+constexpr i16 MostPlayers = 4000;             // what a server can tell apart
 constexpr size_t SmallestPlayerRow = 2 + 24;  // bytes of a list row: a name of one letter and a place
 
 std::vector<RemotePlayer> RemotePlayers;
@@ -20,30 +21,44 @@ static void Relate(RemotePlayer *p) {
   if (ship != nullptr) RelativeTo(*ship, p->solarLoc, p->relativeLoc);
 }
 
+// Those that are there, when the list ends too early.
+static std::vector<RemotePlayer> ReadPlayers(Reader *r, size_t count) {
+  std::vector<RemotePlayer> players;
+  players.reserve(std::min(count, r->left / SmallestPlayerRow));
+  while (players.size() < count) {
+    RemotePlayer p;
+    p.name = Printable(ReadString(r), LongestShownName);
+    for (i64 &v : p.solarLoc) v = static_cast<i64>(TakeU64(r));
+    if (r->failed) {
+      LogWarn("The list of players ends too early");
+      return players;
+    }
+    players.push_back(std::move(p));
+  }
+  return players;
+}
+
+static std::string FirstNames(const std::vector<RemotePlayer> &players) {
+  std::string names;
+  for (size_t row = 0; row < players.size() && row < LoggedNames; ++row) names += (row == 0 ? "" : ", ") + players[row].name;
+  if (players.size() > LoggedNames) names += " and " + std::to_string(players.size() - LoggedNames) + " more";
+  return names;
+}
+
 void TakePlayerList(Reader r) {
   const i16 count = static_cast<i16>(TakeU16(&r));
   const u16 own = TakeU16(&r);
-  if (r.failed || count < 0) {
+  if (r.failed || count < 0 || count > MostPlayers) {
     LogError("Bad number of players from server.");
     return;
   }
+  std::vector<RemotePlayer> players = ReadPlayers(&r, static_cast<size_t>(count));
   LogInfo("Got new player list:");
+  LogInfo(FirstNames(players).c_str());
   const ScopedLock world(&WorldMutex);
   OwnPlayerRow = own;
-  RemotePlayers.clear();
-  RemotePlayers.reserve(std::min(static_cast<size_t>(count), r.left / SmallestPlayerRow));
-  for (int row = 0; row < count; ++row) {
-    RemotePlayer p;
-    p.name = Printable(ReadString(&r), LongestShownName);
-    for (i64 &v : p.solarLoc) v = static_cast<i64>(TakeU64(&r));
-    if (r.failed) {
-      LogWarn("The list of players ends too early");
-      return;
-    }
-    LogInfo(p.name.c_str());
-    Relate(&p);
-    RemotePlayers.push_back(std::move(p));
-  }
+  RemotePlayers.swap(players);
+  for (RemotePlayer &p : RemotePlayers) Relate(&p);
 }
 
 void TakeOtherPlayer(Reader r) {

@@ -69,9 +69,9 @@ bool ReadServerOptions(ServerOptions *options) {
   if (!ReadWholeFile(Path, FileLimit, &bytes)) return false;
   std::string_view rest(reinterpret_cast<const char *>(bytes.data()), bytes.size());
   for (int number = 1; !rest.empty(); ++number) {
-    const size_t end = std::min(rest.find('\n'), rest.size());
-    const std::string_view line = rest.substr(0, std::min(end, LongestLine));
-    rest.remove_prefix(std::min(end + 1, rest.size()));
+    const size_t end = std::min(rest.find('\n'), rest.size()), length = std::min(end, LongestLine);
+    const std::string_view line = rest.substr(0, length);
+    rest.remove_prefix(std::min(length + (length == end ? 1 : 0), rest.size()));  // what is longer goes on as the next line
     const OptionKey *key = KeyOf(line);
     if (key != nullptr && !Take(*key, WordAt(line.substr(key->name.size())), options))
       LogWarn((std::string(Path) + ":" + std::to_string(number) + ": not a value of " + std::string(key->name)).c_str());

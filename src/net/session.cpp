@@ -12,12 +12,15 @@
 #include "net/chat_log.h"
 #include "net/dispatch.h"
 #include "platform/threads.h"
+#include "world/retire.h"
 
 constexpr enet_uint32 ConnectPatience = 500, PollPatience = 1, ServerPatience = 10000;  // milliseconds
 constexpr int DisconnectRows = 4;
 constexpr size_t LargestPacket = LargestFile + 1024;  // with the file's name
 constexpr size_t LongestLine = 255;       // of chat, as it is sent
 constexpr size_t LongestShownLine = 512;  // as it comes back, with its sender's name
+constexpr size_t MostRetired = 200;       // ships
+constexpr int LogBurst = 200;             // lines of the log that a server may cause in a second
 constexpr double RoundSeconds = 0.05;     // after which a round of receiving leaves the rest to the next one
 
 static bool EnetReady = false;  // main thread
@@ -108,7 +111,7 @@ static void TakeChat(Reader r) {
   AddLabelledChatLine("Chat:", Printable(text, LongestShownLine).c_str());
 }
 
-void HandlePacket(const u8 *data, size_t length) {
+static void DoPacket(const u8 *data, size_t length) {
   u8 type = 0;
   Reader r;
   std::vector<u8> store;
@@ -134,6 +137,22 @@ void HandlePacket(const u8 *data, size_t length) {
   }
 }
 
+// What a server makes this game log has its pace: what is beyond it is told of once a second.
+void HandlePacket(const u8 *data, size_t length) {
+  using Clock = std::chrono::steady_clock;
+  static LogLimit limit{LogBurst, 0};
+  static Clock::time_point filled = Clock::now();
+  const Clock::time_point now = Clock::now();
+  if (now - filled >= std::chrono::seconds(1)) {
+    if (limit.dropped != 0) LogInt("Lines about the server that were left out:", limit.dropped);
+    limit = {LogBurst, 0};
+    filled = now;
+  }
+  LimitLog(&limit);
+  DoPacket(data, length);
+  LimitLog(nullptr);
+}
+
 static void LoseServer() {
   Online = false;
   ReplaceChatLines(DisconnectRows, "ERROR: DISCONNECTED FROM SERVER! Please quit and re-enter tarnvale");
@@ -149,12 +168,13 @@ static void DestroyPacket(ENetPacket *packet) {
   enet_packet_destroy(packet);
 }
 
-// A flood must not keep the player from moving: what isn't reached in this round waits in the host, up to its limit.
+// A flood must not keep the player from moving: what isn't reached in this round waits in the host, up to its limit. So does
+// everything while many ships of old lists wait for their end.
 void PollNetwork() {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point start = Clock::now();
   ENetEvent event{};
-  while (std::chrono::duration<double>(Clock::now() - start).count() < RoundSeconds && NextEvent(&event)) {
+  while (std::chrono::duration<double>(Clock::now() - start).count() < RoundSeconds && RetiredCount() <= MostRetired && NextEvent(&event)) {
     if (event.type == ENET_EVENT_TYPE_DISCONNECT) {
       LoseServer();
     } else if (event.type == ENET_EVENT_TYPE_RECEIVE) {

@@ -1,11 +1,14 @@
 // The ships of the server: the table that replaces the game's own, and the ships that come later. They are loaded while nobody
 // else sees them; the world mutex is held only while they take their rows.
+#include <enet/enet.h>
+
 #include <cstdio>
 #include <memory>
 
 #include "core/log.h"
 #include "gameplay/player.h"
 #include "net/chat_log.h"
+#include "net/connection.h"
 #include "net/dispatch.h"
 #include "persistence/stream.h"
 #include "platform/threads.h"
@@ -13,7 +16,11 @@
 
 constexpr size_t SmallestShipRow = 2 + 36;   // bytes of a list row: a name of one letter and a motion
 constexpr int MostShips = 4096;              // a row costs memory even without a block
-constexpr u64 MostCellBytes = u64{4} << 30;  // for the blocks of all ships of a list; the rest stay empty
+// For all ships of a list and those that are added to it; the rest stay empty, or dark. The light is that of 4000 lamps deep
+// within blocks: some seconds.
+constexpr LoadBudget ServersBudget{.bytes = u64{3} << 30, .light = 50'000'000};
+
+static LoadBudget BudgetLeft = ServersBudget;  // the thread that polls
 
 struct ShipRow {
   std::string name;
@@ -38,23 +45,18 @@ static void LoadBlocks(Ship *ship, const std::string &name) {
     LogError("The server named a ship that can't have a file");
     return;
   }
+  if (DownloadFailed(name) || BudgetLeft.bytes == 0) return;
   const std::string path = PathOf(name);
   LogText("Loading Ship:", path.c_str());
-  LoadShipStream(ship, path.c_str(), true);
+  LoadShipWithin(ship, path.c_str(), &BudgetLeft);
   ship->fileStem = name;
 }
 
-static u64 CellBytes(const Ship &ship) {
-  u64 bytes = 0;
-  ForEachChunk(ship, [&bytes](Chunk &, ChunkCells &, CellAddress) { bytes += sizeof(ChunkCells); });
-  return bytes;
-}
-
-static std::unique_ptr<Ship> MakeShip(u32 row, const ShipRow &from, bool blocksToo) {
+static std::unique_ptr<Ship> MakeShip(u32 row, const ShipRow &from) {
   auto ship = std::make_unique<Ship>();
   InitShip(ship.get(), row);
   if (!AllocShipTable(ship.get())) return nullptr;
-  LoadBlocks(ship.get(), blocksToo ? from.name : "NULL");
+  LoadBlocks(ship.get(), from.name);
   SetMotion(ship.get(), from.motion);
   return ship;
 }
@@ -88,15 +90,21 @@ static void ReplaceTable(std::vector<std::unique_ptr<Ship>> *ships) {
   StoreMotion(p);
 }
 
+// The server must not take a long load for silence. What comes meanwhile waits in the host.
+static void AnswerServer() {
+  const ScopedLock net(&NetMutex);
+  if (Online) enet_host_service(NetHost, nullptr, 0);
+}
+
 // False without memory: then the table stays as it was.
 static bool LoadAll(const std::vector<ShipRow> &rows, std::vector<std::unique_ptr<Ship>> *ships) {
-  u64 bytes = 0;
+  BudgetLeft = ServersBudget;
   for (const ShipRow &row : rows) {
-    ships->push_back(MakeShip(static_cast<u32>(ships->size()), row, bytes <= MostCellBytes));
+    ships->push_back(MakeShip(static_cast<u32>(ships->size()), row));
     if (ships->back() == nullptr) return LogError("Could not allocate block") != 0;
-    bytes += CellBytes(*ships->back());
+    AnswerServer();
   }
-  return bytes <= MostCellBytes || LogWarn("The server's ships are too large. Some of them stay empty.") == 0;
+  return BudgetLeft.bytes != 0 || LogWarn("The server's ships are too large. Some of them stay empty.") == 0;
 }
 
 void TakeShipList(Reader r) {
@@ -131,7 +139,7 @@ void TakeShipAdded(Reader r) {
     LogError("We've lost a ship somewhere. Networking is unlikely to go well.");
     return;
   }
-  std::unique_ptr<Ship> ship = MakeShip(static_cast<u32>(before), row, true);
+  std::unique_ptr<Ship> ship = MakeShip(static_cast<u32>(before), row);
   if (ship == nullptr) LogError("Could not allocate block");
   else if (!AppendMade(&ship)) FreeShip(ship.get());
 }

@@ -16,6 +16,7 @@
 #include "world/access.h"
 
 constexpr u8 CompressedFlag = 0x80;
+constexpr u64 MostChunks = 45000;  // of all ships together: some 3 GiB, when every block of them is drawn
 constexpr size_t LongestText = 65535, LongestShortText = 255;
 constexpr u16 MissingComponentId = 6, MissingMaterialId = 110;
 
@@ -175,12 +176,18 @@ bool SendBlockComponent(ENetHost *host, ENetPeer *peer, i32 shipRow, u16 x, u16 
                                     .component = component});
 }
 
-bool SendFile(ENetHost *host, ENetPeer *peer, const char *path, const char *name) {
-  std::vector<u8> packet{PacketFile}, bytes;
+bool ReadFilePacket(const char *path, const char *name, std::vector<u8> *packet) {
+  std::vector<u8> bytes;
   if (!SafeFileName(name) || !ReadWholeFile(path, LargestFile, &bytes)) return LogError("Problem sending file.") != 0;
-  WriteString(&packet, name);
-  PutBytes(&packet, bytes.data(), bytes.size());
-  return SendSealed(host, peer, packet, true);
+  packet->assign(1, PacketFile);
+  WriteString(packet, name);
+  PutBytes(packet, bytes.data(), bytes.size());
+  return true;
+}
+
+bool SendFile(ENetHost *host, ENetPeer *peer, const char *path, const char *name) {
+  std::vector<u8> packet;
+  return ReadFilePacket(path, name, &packet) && SendSealed(host, peer, packet, true);
 }
 
 // Rows that this game's tables don't have become the placeholders.
@@ -192,6 +199,13 @@ static u16 KnownMaterial(unsigned row) {
   return static_cast<u16>(row - 1 < MaterialCount - 1u ? row : static_cast<unsigned>(std::max(FindMaterial(MissingMaterialId), 1)));
 }
 
+bool HasRoomFor(const BlockEdit &edit, const Ship &ship) {
+  if (edit.type != PacketBlockPlace || FindCells(AddressOf(edit.x, edit.y, edit.z), ship) != nullptr) return true;
+  u64 chunks = 0;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) chunks += ShipAt(TheShipTable, row)->chunkCount;
+  return chunks < MostChunks;
+}
+
 // World mutex held.
 static bool ApplyHeld(const BlockEdit &edit) {
   if (!RowExists(edit.shipRow)) return false;
@@ -199,6 +213,7 @@ static bool ApplyHeld(const BlockEdit &edit) {
   if (edit.type == PacketBlockRemove) return RemoveBlockHeld(edit.x, edit.y, edit.z, ship);
   if (edit.type == PacketBlockComponent)
     return ChangeBlockComponent(KnownComponent(edit.component), edit.x, edit.y, edit.z, ship) != 0;
+  if (!HasRoomFor(edit, *ship)) return LogWarn("the ship is full") != 0;
   Block b = edit.block;
   if (b.state != StateEmpty) b.state = StateWhole;  // which voxels a damaged block has lost doesn't travel
   b.component = KnownComponent(static_cast<unsigned>(b.component));

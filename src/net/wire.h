@@ -10,7 +10,7 @@
 #include "core/compress.h"
 #include "core/types.h"
 #include "persistence/cursor.h"
-#include "world/block.h"
+#include "world/tree.h"
 
 using ENetHost = struct _ENetHost;
 using ENetPeer = struct _ENetPeer;
@@ -77,6 +77,7 @@ bool SendBlockPlace(ENetHost *host, ENetPeer *peer, i32 shipRow, u16 x, u16 y, u
 bool SendBlockRemove(ENetHost *host, ENetPeer *peer, i32 shipRow, u16 x, u16 y, u16 z);
 bool SendBlockComponent(ENetHost *host, ENetPeer *peer, i32 shipRow, u16 x, u16 y, u16 z, u16 component);
 // A whole file, uncompressed and reliable, named by one path component of at most 63 letters. False with an error in the log.
+bool ReadFilePacket(const char *path, const char *name, std::vector<u8> *packet);  // Only the packet, type byte and all.
 bool SendFile(ENetHost *host, ENetPeer *peer, const char *path, const char *name);
 
 // Do what a received block packet says in TheShipTable; take the world mutex. Rows of the tables that this game doesn't have
@@ -85,6 +86,8 @@ bool ApplyBlockPlace(Reader payload);
 bool ApplyBlockRemove(Reader payload);
 bool ApplyBlockComponent(Reader payload);
 bool ApplyBlockEdit(const BlockEdit &edit);
+// Whether the ships are not yet so large that no edit may open a new chunk in one. World mutex, or the only thread.
+bool HasRoomFor(const BlockEdit &edit, const Ship &ship);
 
 // A name from the other side that is safe as a file's: letters, digits, blanks and "-_.()", not beginning with a dot, 1 to 63.
 bool SafeFileName(std::string_view name);

@@ -17,6 +17,7 @@ constexpr double StepSeconds = 0.033;  // of a game's movement: a place falls by
 
 std::vector<Client> Clients;
 ENetHost *ServerHost = nullptr;
+static std::map<std::string, ENetPacket *> ShipFiles;  // by stem; one use of each packet is the table's
 
 double Now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -62,6 +63,43 @@ void SendTo(Client *client, u8 type, const std::vector<u8> &payload, bool reliab
 
 void SendToAll(u8 type, const std::vector<u8> &payload, bool reliable, const Client *except) {
   Queue(type, payload, reliable, nullptr, except);
+}
+
+static void Release(ENetPacket *packet) {
+  if (--packet->referenceCount == 0) enet_packet_destroy(packet);
+}
+
+void ForgetShipFile(const std::string &stem) {
+  const ScopedLock lock(&NetMutex);
+  if (const auto found = ShipFiles.find(stem); found != ShipFiles.end()) {
+    Release(found->second);
+    ShipFiles.erase(found);
+  }
+}
+
+void ForgetSentShipFiles() {
+  const ScopedLock lock(&NetMutex);
+  std::erase_if(ShipFiles, [](const auto &file) {
+    if (file.second->referenceCount > 1) return false;
+    enet_packet_destroy(file.second);
+    return true;
+  });
+}
+
+static ENetPacket *ShipFilePacket(const std::string &stem, const std::string &path) {
+  if (const auto found = ShipFiles.find(stem); found != ShipFiles.end()) return found->second;
+  std::vector<u8> bytes;
+  if (!ReadFilePacket(path.c_str(), stem.c_str(), &bytes)) return nullptr;
+  ENetPacket *packet = enet_packet_create(bytes.data(), bytes.size(), ENET_PACKET_FLAG_RELIABLE);
+  if (packet == nullptr) return nullptr;
+  packet->referenceCount = 1;  // ours
+  return ShipFiles[stem] = packet;
+}
+
+bool SendShipFile(Client *client, const std::string &stem, const std::string &path) {
+  const ScopedLock lock(&NetMutex);
+  ENetPacket *packet = ShipFilePacket(stem, path);
+  return packet != nullptr && QueuePacket(client->peer, packet);
 }
 
 static std::vector<u8> TextPayload(std::string_view text) {
@@ -147,7 +185,7 @@ void DropClient(Client *client, const char *why) {
 // No goodbye: it would only wait in the same queue.
 void DropSlowClients() {
   for (Client &c : Clients) {
-    if (enet_list_size(&c.peer->outgoingCommands) < MostWaiting || c.peer->state != ENET_PEER_STATE_CONNECTED) continue;
+    if (enet_list_size(&c.peer->outgoingCommands) < MostWaiting + c.worldCommands || c.peer->state != ENET_PEER_STATE_CONNECTED) continue;
     Say("Dropping " + (c.name.empty() ? c.address : c.name) + ": too slow for what happens here");
     c.leaving = true;
     enet_peer_disconnect(c.peer, 0);

@@ -17,9 +17,12 @@ struct Client {
   Motion shown;               // as last sent to the others
   double connected = 0, heard = 0;  // times
   double shownAt = 0;
-  double editBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
+  double editBudget = 0, slotBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
   std::map<std::string_view, u32> refused;  // edits since the last line in the log about them, by the reason
   int strange = 0;            // packets that no game would send
+  double refusedSince = 0;    // the second that refusedNow counts
+  u32 refusedNow = 0;         // edits refused in it
+  size_t worldCommands = 0;   // that the world they were sent took of the queue
   bool leaving = false;       // dropped: nothing more of theirs counts
   u32 edits = 0, lines = 0;   // in all, for the log and the list
 };
@@ -38,6 +41,10 @@ void SendTo(Client *client, u8 type, const std::vector<u8> &payload, bool reliab
 void SendToAll(u8 type, const std::vector<u8> &payload, bool reliable, const Client *except);
 void SayTo(Client *client, std::string_view text);       // A line of chat.
 void SayToAll(std::string_view text);
+// Queues a ship's file, which is in memory once for all who get it at the same time. False: there is none to send.
+bool SendShipFile(Client *client, const std::string &stem, const std::string &path);
+void ForgetShipFile(const std::string &stem);            // It has been replaced.
+void ForgetSentShipFiles();                              // Those that nobody is getting any more.
 void SendPlayerLists();                                  // To everyone, each with their own row.
 void ShareMotions(double now);                           // Who has moved, to the others.
 void LogRefusals(Client *client);                        // One line for all since the last one, or none.

@@ -7,7 +7,10 @@
 
 #include <enet/enet.h>
 
+#include <strings.h>
+
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <tuple>
 
@@ -17,6 +20,9 @@
 
 constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5, RefusalDelay = 1;  // seconds
 constexpr double EditsPerSecond = 200, ChatPerSecond = 2, ChatBurst = 10;
+constexpr double SlotsPerSecond = 10, SlotBurst = 40;
+constexpr u32 MostRefused = 1000;      // edits of one client in a second, before more of them are strange
+constexpr size_t MostOfOneAddress = 8;
 constexpr double ContestTime = 5;      // seconds for which an edit is remembered, and a cell contested behind its last one
 constexpr size_t LongestName = 32, LongestLine = 255;
 constexpr size_t LargestRequest = 4096;  // bytes, packed or not
@@ -24,7 +30,16 @@ constexpr int MostStrange = 20;          // packets that no game sends, before t
 constexpr enet_uint32 Patience = 30000;  // milliseconds in which a game may be busy with loading our ships
 constexpr const char *OwnName = "Server";  // who speaks for the server in the chat
 
+static bool OnThisMachine(const ENetPeer &peer) { return (ENET_NET_TO_HOST_32(peer.address.host) >> 24) == 127; }
+
+static bool TooManyOf(const ENetPeer &peer) {
+  const auto same = [&peer](const Client &c) { return c.peer->address.host == peer.address.host; };
+  return !OnThisMachine(peer) && static_cast<size_t>(std::count_if(Clients.begin(), Clients.end(), same)) >= MostOfOneAddress;
+}
+
+// One who is too many gets no word, and no line in the log.
 void WelcomePeer(ENetPeer *peer) {
+  if (TooManyOf(*peer)) return enet_peer_reset(peer);
   char address[64] = "?";
   enet_address_get_host_ip(&peer->address, address, sizeof address);
   static u32 id = 0;
@@ -35,6 +50,7 @@ void WelcomePeer(ENetPeer *peer) {
   c.address = std::string(address) + ":" + std::to_string(peer->address.port);
   c.connected = c.heard = c.budgetsAt = Now();
   c.editBudget = EditsPerSecond;
+  c.slotBudget = SlotBurst;
   c.chatBudget = ChatBurst;
   Clients.push_back(c);
   Say("Connection from " + c.address);
@@ -45,16 +61,27 @@ static std::string FreeName(const std::string &wanted) {
   std::string base = wanted.substr(first, wanted.find_last_not_of(' ') + 1 - first);
   if (base.empty()) base = "Unknown";
   std::string name = base;
-  for (int i = 2; name == OwnName || FindClientByName(name) != nullptr; ++i) name = base + "(" + std::to_string(i) + ")";
+  const bool ours = strncasecmp(base.c_str(), OwnName, std::strlen(OwnName)) == 0;  // and all that could be taken for it
+  for (int i = 2; (ours && name == base) || FindClientByName(name) != nullptr; ++i) name = base + "(" + std::to_string(i) + ")";
   return name;
 }
 
-// All ships as files, then the table that names them: what is edited from now on comes behind it.
+static void SendEdit(Client *only, const Client *except, const BlockEdit &edit) {
+  std::vector<u8> payload;
+  WriteBlockEdit(&payload, edit);
+  if (only != nullptr) SendTo(only, edit.type, payload, true);
+  else SendToAll(edit.type, payload, true, except);
+}
+
+// All ships as files, then the table that names them, and what was edited since the files were written: what is edited from now
+// on comes behind it.
 static void SendWorld(Client *client) {
-  RefreshStreamFiles();
-  for (const std::string &stem : ShipStems())
-    if (SafeFileName(stem)) SendFile(ServerHost, client->peer, StreamPath(stem).c_str(), stem.c_str());
-  SendTo(client, PacketShipList, ShipListPayload(), true);
+  RefreshStreamFilesIfDue(Now());
+  std::vector<bool> sent;
+  for (const std::string &stem : ShipStems()) sent.push_back(SafeFileName(stem) && SendShipFile(client, stem, StreamPath(stem)));
+  SendTo(client, PacketShipList, ShipListPayload(sent), true);
+  for (const BlockEdit &edit : FreshEdits()) SendEdit(client, nullptr, edit);
+  client->worldCommands = enet_list_size(&client->peer->outgoingCommands);
 }
 
 // A few may come from a game that is newer, or gone wrong.
@@ -81,6 +108,7 @@ static void TakeHello(Client *client, Reader r) {
 static void FillBudgets(Client *c, double now) {
   const double spent = now - c->budgetsAt;
   c->editBudget = std::min(EditsPerSecond, c->editBudget + spent * EditsPerSecond);
+  c->slotBudget = std::min(SlotBurst, c->slotBudget + spent * SlotsPerSecond);
   c->chatBudget = std::min(ChatBurst, c->chatBudget + spent * ChatPerSecond);
   c->budgetsAt = now;
 }
@@ -119,17 +147,15 @@ static void ForgetOldEdits(double now) {
   std::erase_if(RecentEdits, [now](const auto &entry) { return now - entry.second.at > ContestTime; });
 }
 
-static void SendEdit(Client *only, const Client *except, const BlockEdit &edit) {
-  std::vector<u8> payload;
-  WriteBlockEdit(&payload, edit);
-  if (only != nullptr) SendTo(only, edit.type, payload, true);
-  else SendToAll(edit.type, payload, true, except);
-}
-
 // The sender has done the edit already: they are told what really stands there, and hear their next edits of the cell too,
 // which may be on their way.
 static void Refuse(Client *client, const BlockEdit &edit, const char *why, double now) {
+  if (now - client->refusedSince >= 1) {
+    client->refusedSince = now;
+    client->refusedNow = 0;
+  }
   ++client->refused[why];
+  if (++client->refusedNow > MostRefused) return Suspect(client);
   BlockEdit truth;
   if (EditOfCell(edit, &truth)) {
     RecentEdits[{edit.shipRow, edit.x, edit.y, edit.z}] = {client->id, now, true};
@@ -144,7 +170,10 @@ static void TakeEdit(Client *client, u8 type, Reader r, double now) {
   if (!good) return Refuse(client, edit, "out of range", now);
   if (client->editBudget < 1) return Refuse(client, edit, "more than 200 a second", now);
   client->editBudget -= 1;
-  const char *why = DoEdit(edit);
+  const bool needsSlot = NeedsSlot(edit);
+  if (needsSlot && client->slotBudget < 1) return Refuse(client, edit, "more than 10 new chunks a second", now);
+  const char *why = DoEdit(edit, client->motion);
+  if (needsSlot && why == nullptr) client->slotBudget -= 1;
   if (why != nullptr) return Refuse(client, edit, why, now);
   ++client->edits;
   SendEdit(nullptr, IsContested(*client, edit, now) ? nullptr : client, edit);
@@ -189,6 +218,7 @@ void CheckSilence(double now) {
     pinged = now;
     DropSlowClients();
     ForgetOldEdits(now);
+    ForgetSentShipFiles();
   }
   for (Client &c : Clients) {
     if (tell) LogRefusals(&c);

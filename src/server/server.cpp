@@ -3,6 +3,8 @@
 
 #include <enet/enet.h>
 
+#include <filesystem>
+
 #include "content/components.h"
 #include "content/materials.h"
 #include "core/log.h"
@@ -42,12 +44,20 @@ static bool Listen() {
   return true;
 }
 
+// A file that is there but can't be read stays as its owner wrote it.
+static void WriteMissingOptions() {
+  std::error_code error;
+  if (std::filesystem::symlink_status("serveroptions", error).type() != std::filesystem::file_type::not_found) {
+    LogWarn("serveroptions can't be read: the defaults are in force");
+    return;
+  }
+  Say("No serveroptions: writing one with the defaults");
+  WriteServerOptions(TheServerOptions);
+}
+
 bool StartServer() {
   InitServerOptions(&TheServerOptions);
-  if (!ReadServerOptions(&TheServerOptions)) {
-    Say("No serveroptions: writing one with the defaults");
-    WriteServerOptions(TheServerOptions);
-  }
+  if (!ReadServerOptions(&TheServerOptions)) WriteMissingOptions();
   if (TheServerOptions.Players > MostPlayers) {
     LogWarn("Players can be 4000 at most");
     TheServerOptions.Players = MostPlayers;
@@ -74,10 +84,9 @@ static void HandleEvent(const ENetEvent &event) {
 static void Pass() {
   ENetEvent event{};
   int left = EventsInAPass;
-  for (int got = enet_host_service(ServerHost, &event, LongestWait); got > 0 && left > 0; --left) {
+  for (int got = enet_host_service(ServerHost, &event, LongestWait); got > 0;
+       got = --left > 0 ? enet_host_check_events(ServerHost, &event) : 0)
     HandleEvent(event);
-    got = enet_host_check_events(ServerHost, &event);
-  }
   const double now = Now();
   CheckSilence(now);
   ShareMotions(now);
@@ -98,6 +107,7 @@ void StopServer() {
     if (enet_host_service(ServerHost, &event, LongestWait) > 0) HandleEvent(event);
   Clients.clear();
   enet_host_destroy(ServerHost);
+  ForgetSentShipFiles();
   ServerHost = nullptr;
   enet_deinitialize();
   CloseWorld();

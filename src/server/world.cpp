@@ -22,9 +22,14 @@ constexpr i64 Nowhere = -50500000;                 // a ship's corner before it 
 constexpr i64 Gap = 20 * UnitsPerBlock;            // between two ships that the server places
 constexpr i64 StartDistance = 8 * UnitsPerBlock;   // from a new player to the first ship
 constexpr i64 StartSpacing = 3 * UnitsPerBlock;
+constexpr i64 Reach = 64 * UnitsPerBlock;          // of players, on each axis
+constexpr size_t MostFreshEdits = 20000;
+constexpr double RefreshDelay = 2;                 // seconds between two looks at the files
 constexpr const char *GrownName = "Asteroid";
 
 static std::vector<bool> StreamIsOld;  // by row: edited since its stream file was written
+static std::vector<BlockEdit> Fresh;   // the edits since then
+static bool TooManyFresh = false;      // they are not in Fresh any more
 static int SavesFolder = -1;           // open and locked while the world is
 
 // Two servers in one folder would write over each other's blocks.
@@ -109,22 +114,57 @@ static Ship *ShipOfRow(i32 row) {
   return row >= 0 && row < TheShipTable.count.load() ? ShipAt(TheShipTable, static_cast<u16>(row)) : nullptr;
 }
 
-static const char *WhyNot(const BlockEdit &e) {
+static bool IsFree(i32 x, i32 y, i32 z, const Ship &ship) {
+  return HeadState(HeadAt(static_cast<unsigned>(x), static_cast<unsigned>(y), static_cast<unsigned>(z), ship)) == StateEmpty;
+}
+
+static bool BesideABlock(const BlockEdit &e, const Ship &ship) {
+  return !IsFree(e.x - 1, e.y, e.z, ship) || !IsFree(e.x + 1, e.y, e.z, ship) || !IsFree(e.x, e.y - 1, e.z, ship) ||
+         !IsFree(e.x, e.y + 1, e.z, ship) || !IsFree(e.x, e.y, e.z - 1, ship) || !IsFree(e.x, e.y, e.z + 1, ship);
+}
+
+// Places come from the games and may be anything: the differences wrap.
+static bool InReach(const BlockEdit &e, const Ship &ship, const Motion &by) {
+  const u16 cell[3] = {e.x, e.y, e.z};
+  for (int axis = 0; axis < 3; ++axis) {
+    const i64 away = WorldDifference(WorldDifference(by.place[axis], ship.position[axis]), cell[axis] * UnitsPerBlock);
+    if (away < -Reach || away > Reach) return false;
+  }
+  return true;
+}
+
+static const char *WhyNotPlace(const BlockEdit &e, const Ship &ship, const Motion &by) {
+  const Block &b = e.block;
+  if (b.state != StateWhole || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u) return "no such block";
+  if (!HasRoomFor(e, ship)) return "the ship is full";
+  return BesideABlock(e, ship) || InReach(e, ship, by) ? nullptr : "out of reach";
+}
+
+static const char *WhyNot(const BlockEdit &e, const Motion &by) {
   const Ship *ship = ShipOfRow(e.shipRow);
   if (ship == nullptr) return "no such ship";
   if (!Storable(e.x) || !Storable(e.y) || !Storable(e.z)) return "out of range";
-  if (e.type == PacketBlockPlace) {
-    const Block &b = e.block;
-    if (b.state != StateWhole || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u)
-      return "no such block";
-    return nullptr;
-  }
+  if (e.type == PacketBlockPlace) return WhyNotPlace(e, *ship, by);
   if (e.type == PacketBlockComponent && e.component - 1u >= ComponentCount - 1u) return "no such block";
-  return HeadAt(e.x, e.y, e.z, *ship) == 0 ? "nothing there" : nullptr;
+  return IsFree(e.x, e.y, e.z, *ship) ? "nothing there" : nullptr;
 }
 
-const char *DoEdit(const BlockEdit &edit) {
-  const char *why = WhyNot(edit);
+bool NeedsSlot(const BlockEdit &e) {
+  const Ship *ship = ShipOfRow(e.shipRow);
+  const Chunk *chunk = ship == nullptr || !Storable(e.x) || !Storable(e.y) || !Storable(e.z) ? nullptr : FindChunk(AddressOf(e.x, e.y, e.z), *ship);
+  return chunk == nullptr || chunk->slot < 0;
+}
+
+// Too many to tell one by one: then the next player waits for the files.
+static void NoteFreshEdit(const BlockEdit &edit) {
+  StreamIsOld[static_cast<size_t>(edit.shipRow)] = true;
+  TooManyFresh = TooManyFresh || Fresh.size() >= MostFreshEdits;
+  if (TooManyFresh) Fresh.clear();
+  else Fresh.push_back(edit);
+}
+
+const char *DoEdit(const BlockEdit &edit, const Motion &by) {
+  const char *why = WhyNot(edit, by);
   if (why != nullptr) return why;
   Ship *ship = ShipOfRow(edit.shipRow);
   Block stored;
@@ -134,7 +174,7 @@ const char *DoEdit(const BlockEdit &edit) {
     stored.component = edit.component;
   }
   if (SaveBlockUpdate(stored, edit.x, edit.y, edit.z, ship) == 0) return "it could not be stored";
-  StreamIsOld[static_cast<size_t>(edit.shipRow)] = true;
+  NoteFreshEdit(edit);
   ApplyBlockEdit(edit);
   return nullptr;
 }
@@ -158,9 +198,21 @@ bool RefreshStreamFiles() {
     Ship *ship = ShipAt(TheShipTable, row);
     StreamIsOld[row] = SaveShipStream(ship, StreamPath(ship->fileStem).c_str()) == 0;
     if (StreamIsOld[row]) all = LogError(("Could not write " + StreamPath(ship->fileStem)).c_str()) != 0;
+    else ForgetShipFile(ship->fileStem);
   }
+  std::erase_if(Fresh, [](const BlockEdit &e) { return !StreamIsOld[static_cast<size_t>(e.shipRow)]; });
+  TooManyFresh = false;
   return all;
 }
+
+void RefreshStreamFilesIfDue(double now) {
+  static double refreshed = -RefreshDelay;
+  if (now - refreshed < RefreshDelay && !TooManyFresh) return;
+  RefreshStreamFiles();
+  refreshed = Now();
+}
+
+const std::vector<BlockEdit> &FreshEdits() { return Fresh; }
 
 std::vector<std::string> ShipStems() {
   std::vector<std::string> stems;
@@ -168,11 +220,11 @@ std::vector<std::string> ShipStems() {
   return stems;
 }
 
-std::vector<u8> ShipListPayload() {
+std::vector<u8> ShipListPayload(const std::vector<bool> &sent) {
   std::vector<u8> payload;
   const u16 count = TheShipTable.count.load();
   PutU32(&payload, count);
-  for (const std::string &stem : ShipStems()) WriteString(&payload, SafeFileName(stem) ? stem : "NULL");
+  for (u16 row = 0; row < count; ++row) WriteString(&payload, sent[row] ? ShipAt(TheShipTable, row)->fileStem : "NULL");
   for (u16 row = 0; row < count; ++row) {
     const Ship *ship = ShipAt(TheShipTable, row);
     Motion m;

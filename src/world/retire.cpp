@@ -1,8 +1,11 @@
 // Ships that wait for their last readers.
 #include "world/retire.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
+
+#include "platform/threads.h"
 
 using PassCounts = std::array<u64, MaxLoops>;
 
@@ -13,6 +16,7 @@ struct RetiredShip {
 
 static std::atomic<u64> Passes[MaxLoops];    // passes begun; 0 while a loop doesn't run. Written by the loops' threads.
 static std::vector<RetiredShip> Retired;     // world mutex
+static std::atomic<size_t> Waiting{0};       // its length, for who only asks; written under the world mutex
 
 void BeginPass(int loop) { Passes[loop].fetch_add(1, std::memory_order_acq_rel); }
 
@@ -24,6 +28,7 @@ void RetireShip(Ship *ship) {
   // without the ship.
   for (size_t loop = 0; loop < MaxLoops; ++loop) r.passes[loop] = Passes[loop].fetch_add(0, std::memory_order_acq_rel);
   Retired.push_back(r);
+  Waiting = Retired.size();
 }
 
 static bool Unseen(const RetiredShip &r) {
@@ -34,13 +39,21 @@ static bool Unseen(const RetiredShip &r) {
   return true;
 }
 
-size_t RetiredCount() { return Retired.size(); }
+size_t RetiredCount() { return Waiting; }
+
+static std::vector<RetiredShip> TakeUnseen() {
+  const ScopedLock world(&WorldMutex);
+  const auto unseen = std::stable_partition(Retired.begin(), Retired.end(), [](const RetiredShip &r) { return !Unseen(r); });
+  const std::vector<RetiredShip> taken(unseen, Retired.end());
+  Retired.erase(unseen, Retired.end());
+  Waiting = Retired.size();
+  return taken;
+}
 
 void SweepRetired() {
-  std::erase_if(Retired, [](const RetiredShip &r) {
-    if (!Unseen(r)) return false;
+  if (Waiting == 0) return;
+  for (const RetiredShip &r : TakeUnseen()) {
     FreeShip(r.ship);
     delete r.ship;
-    return true;
-  });
+  }
 }

@@ -9,5 +9,5 @@ constexpr int MaxLoops = 4;
 void BeginPass(int loop);      // A loop's thread, at the top of each pass: it holds no pointer into any ship.
 void EndLoop(int loop);        // The loop's thread, after its last pass.
 void RetireShip(Ship *ship);   // ship, out of the table by now and owned here from now on. World mutex held.
-size_t RetiredCount();         // Ships that wait. World mutex held.
-void SweepRetired();           // Frees those that nobody can see any more. World mutex held.
+size_t RetiredCount();         // Ships that wait. Any thread.
+void SweepRetired();           // Frees those that nobody can see any more. Takes the world mutex, but not for the freeing.

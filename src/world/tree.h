@@ -74,6 +74,7 @@ struct Ship {
   float ComScruffiness = 0.1f, MatScruffiness = 0.1f;  // world mutex
   std::string displayName = "Default", fileStem = "Default";  // world mutex
   u32 lightCounter = 0, cacheCounter = 0;              // world mutex
+  u32 chunkCount = 0;                                  // chunks with cells; world mutex
   u32 id = 0;
   std::unique_ptr<ShipSummary> summary;                // world mutex
 };
@@ -122,7 +123,7 @@ inline ChunkCells *FindCells(const CellAddress &a, const Ship &ship) {
   const Chunk *chunk = FindChunk(a, ship);
   return chunk == nullptr ? nullptr : chunk->cells.load(std::memory_order_acquire);
 }
-// The head of a cell, 0 for a free one or a missing level. Coordinates in range. Any thread.
+// The head of a cell, 0 for a missing level. A free cell's has StateEmpty but may not be 0. Coordinates in range. Any thread.
 inline u64 HeadAt(unsigned x, unsigned y, unsigned z, const Ship &ship) {
   const CellAddress a = AddressOf(x, y, z);
   const ChunkCells *cells = FindCells(a, ship);

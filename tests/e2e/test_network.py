@@ -96,9 +96,10 @@ class Network(unittest.TestCase):
     def fly_until_seen(self, flier, watcher, part):
         """The two begin beside each other: who flies ahead comes into the other's view, at one side of the picture."""
         before = screen.cut(watcher.wait_for_picture(), *part)
+        steps = iter(range(1, 1000))
 
         def seen():
-            flier.hold("w", 0.15)
+            flier.hold("w", min(0.15 * 1.1 ** next(steps), 1))  # a game with few frames misses a short one
             flier.settle(2)
             return screen.changed(before, screen.cut(watcher.picture(), *part)) > 150
 

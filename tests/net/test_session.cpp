@@ -215,6 +215,13 @@ TEST_F(Session, ShipsComeFromTheirFilesAndThePlayerStaysInTheirPlace) {
   ASSERT_EQ(TheShipTable.count, 6);
   EXPECT_EQ(HeadMaterial(HeadAt(5000, 5000, 5000, *ShipOf(5))), 5);
   EXPECT_EQ(ShipOf(5)->position[0], 9);
+  Handle(PacketFile, FilePayload("Rock", "no ship"));  // what lies there isn't the server's ship any more
+  Handle(PacketShipAdded, Join({Int(7), Text("Rock"), Moving(9, 0)}));
+  EXPECT_EQ(ShipOf(6)->fileStem, "NULL");
+  ShipOf(6)->chunkCount = 45000;
+  Handle(PacketBlockPlace, Edit(PacketBlockPlace, 1, 10));
+  EXPECT_FALSE(BlockExists(10, 20, 30, *ShipOf(1))) << "the ships are as large as they may be";
+  Handle(PacketFile, FilePayload("Rock", ShipFile(5)));
   TheShipTable.current = 5;
   Handle(PacketShipList, ShipList({"NULL", "NULL"}));
   EXPECT_EQ(TheShipTable.current, 0);
@@ -231,10 +238,12 @@ TEST_F(Session, ShipsComeFromTheirFilesAndThePlayerStaysInTheirPlace) {
 TEST_F(Session, ARetiredShipLivesUntilEveryLoopHasBegunANewPass) {
   for (const int loop : {0, 1}) BeginPass(loop);
   Ship *old = ShipOf(0);
-  const ScopedLock world(&WorldMutex);
   TheShipTable.ships[0] = new Ship;
   InitShip(ShipOf(0), 0);
-  RetireShip(old);
+  {
+    const ScopedLock world(&WorldMutex);
+    RetireShip(old);
+  }
   SweepRetired();
   EXPECT_EQ(old->fileStem, "NULL");  // still there: a sanitizer would tell
   BeginPass(0);

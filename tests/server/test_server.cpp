@@ -93,6 +93,7 @@ class Server : public testing::Test {
   void Enter(Bot *bot, const char *name) {
     ASSERT_TRUE(JoinServer(bot, Here, Port, name));
     ASSERT_TRUE(PollBotUntil(bot, 10, Synced));
+    StandBeside(bot, Place(130));
   }
 
   std::thread thread;
@@ -143,6 +144,7 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
   empty.block.state = StateEmpty;
   const struct { BlockEdit edit; bool truth; } refused[] = {
       {Place(1), true}, {Place(9999), true}, {strange, true}, {future, true}, {empty, true}, {Of(PacketBlockRemove, 103), true},
+      {Of(PacketBlockRemove, 101), true}, {Of(PacketBlockComponent, 101), true}, {Place(20), true},
       {Of(PacketBlockComponent, 103), true}, {Of(PacketBlockRemove, 100, 1), false}, {Of(PacketBlockRemove, 100, -1), false}, {Place(10000), false}};
   for (const auto &r : refused) {
     a.edits.clear();
@@ -154,7 +156,7 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
   EXPECT_TRUE(b.edits.empty());
   EXPECT_TRUE(Until({&a, &b}, [] {
     const std::string log = ReadText("errors.txt");
-    return log.find("Refused edits of Ada:") != std::string::npos && log.find("(out of range)") != std::string::npos;
+    return log.find("Refused edits of Ada:") != std::string::npos && log.find("(out of range)") != std::string::npos && log.find("(out of reach)") != std::string::npos;
   }));
   Ship stored;
   InitShip(&stored, 0);
@@ -216,6 +218,17 @@ TEST_F(Server, ChatComesBackToAllAndHasItsPace) {
   SendLine(&a, "|waves");
   for (Bot *bot : {&a, &b})
     EXPECT_TRUE(Until({&a, &b}, [&] { return Has(bot->chat, "Ada: hello?*ERR: all is lost") && Has(bot->chat, "* Ada waves"); }));
+  Pause();  // so that more waits than one pass takes
+  const u8 pong = PacketPong;
+  for (int i = 0; i < 998; ++i) QueuePacket(b.peer, enet_packet_create(&pong, 1, ENET_PACKET_FLAG_RELIABLE));
+  for (const char letter : {'1', '2', '3', '4'}) {
+    const u8 line[] = {PacketChat, 1, static_cast<u8>(letter)};
+    QueuePacket(b.peer, enet_packet_create(line, sizeof line, ENET_PACKET_FLAG_RELIABLE));
+  }
+  enet_host_flush(b.host);
+  Resume();
+  EXPECT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Ben: 4"); }));
+  for (const char *line : {"Ben: 1", "Ben: 2", "Ben: 3"}) EXPECT_TRUE(Has(a.chat, line)) << line;
   for (int i = 0; i < 30; ++i) SendLine(&a, "spam");
   EXPECT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Server: not so fast"); }));
   Quiet({&a, &b});

@@ -38,7 +38,8 @@ bool JoinServer(Bot *bot, const char *address, u16 port, const std::string &name
 static void TakeShips(Bot *bot, Reader *r) {
   bot->ships.resize(std::min<size_t>(TakeU32(r), r->left));
   for (std::string &name : bot->ships) name = ReadString(r);
-  for (size_t row = 0; row < bot->ships.size(); ++row) ReadMotion(r);
+  bot->shipPlaces.resize(bot->ships.size());
+  for (Motion &place : bot->shipPlaces) place = ReadMotion(r);
   bot->synced = true;
 }
 
@@ -123,6 +124,15 @@ void SendPlace(Bot *bot, const Motion &m) {
   std::vector<u8> payload;
   WriteMotion(&payload, m);
   SendPacket(bot->host, bot->peer, payload, PacketPlayerLocation, false);
+}
+
+void StandBeside(Bot *bot, const BlockEdit &edit) {
+  Motion m = bot->shipPlaces[static_cast<size_t>(edit.shipRow)];
+  const u16 cell[3] = {edit.x, edit.y, edit.z};
+  for (int axis = 0; axis < 3; ++axis) m.place[axis] += cell[axis] * UnitsPerBlock;
+  std::vector<u8> payload;
+  WriteMotion(&payload, m);
+  SendPacket(bot->host, bot->peer, payload, PacketPlayerLocation, true);
 }
 
 void SendLine(Bot *bot, const std::string &text) { SendText(bot->host, bot->peer, text, PacketChat, true); }

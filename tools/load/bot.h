@@ -15,6 +15,7 @@ struct Bot {
   bool synced = false;               // the list of ships has come
   std::map<std::string, std::vector<u8>> files;  // by ship
   std::vector<std::string> ships;    // by row
+  std::vector<Motion> shipPlaces;    // by row
   std::vector<std::string> players;  // by row
   u16 ownRow = 0;
   std::vector<std::string> chat;
@@ -32,5 +33,6 @@ bool PollBotUntil(Bot *bot, double seconds, bool (*done)(const Bot &));  // Fals
 void SendRaw(Bot *bot, const std::vector<u8> &bytes, bool reliable = true);  // A packet as it is, type byte and all.
 void SendEdit(Bot *bot, const BlockEdit &edit);
 void SendPlace(Bot *bot, const Motion &m);
+void StandBeside(Bot *bot, const BlockEdit &edit);  // Sends a place from which the edit is in reach.
 void SendLine(Bot *bot, const std::string &text);
 void CloseBot(Bot *bot);                                    // Without a word, when it is still online.

@@ -15,6 +15,7 @@
 #include <fstream>
 #include <memory>
 #include <random>
+#include <set>
 #include <sstream>
 #include <thread>
 #include <unordered_map>
@@ -36,6 +37,7 @@ struct Player {
   std::array<u16, MostClients> lastSeen{};   // number of the last block of each player
   u16 sent = 0;                              // blocks placed
   Motion motion;
+  std::set<int> visited;                     // rooms, by their x: the first block of one is placed from near
   double nextMove = 0, nextEdit = 0;
   size_t lost = 0, heard = 0;
 };
@@ -95,6 +97,7 @@ static void Edit(size_t number) {
     e.block.temp = ++p->sent;
   }
   Note(p, e);
+  if (p->visited.insert(e.x / 10).second) StandBeside(&p->bot, e);
   SendEdit(&p->bot, e);
 }
 
@@ -191,9 +194,10 @@ static size_t DifferentCells() {
   return different;
 }
 
-// The same against the ship files that a new player gets.
+// The same against the ship files that a new player gets, who takes the place of the last one.
 static size_t DifferentOnServer(const char *address, u16 port) {
   Bot late;
+  CloseBot(&Players.back()->bot);
   if (!JoinServer(&late, address, port, "late") || !PollBotUntil(&late, Patience, [](const Bot &b) { return b.synced; })) return 1;
   const std::string file = (std::filesystem::temp_directory_path() / ("tarnvale-load-" + std::to_string(getpid()))).string();
   size_t different = 0;
