@@ -16,9 +16,9 @@
 
 constexpr size_t SmallestShipRow = 2 + 36;   // bytes of a list row: a name of one letter and a motion
 constexpr int MostShips = 4096;              // a row costs memory even without a block
-// For all ships of a list and those that are added to it; the rest stay empty, or dark. The light is that of 4000 lamps deep
+// For all ships of a list and those that are added to it; the rest stay empty, or dark. The light is that of 1500 lamps deep
 // within blocks: some seconds.
-constexpr LoadBudget ServersBudget{.bytes = u64{3} << 30, .light = 50'000'000};
+constexpr LoadBudget ServersBudget{.bytes = u64{3} << 30, .light = 25'000'000};
 
 static LoadBudget BudgetLeft = ServersBudget;  // the thread that polls
 

@@ -126,13 +126,14 @@ void SendPlace(Bot *bot, const Motion &m) {
   SendPacket(bot->host, bot->peer, payload, PacketPlayerLocation, false);
 }
 
-void StandBeside(Bot *bot, const BlockEdit &edit) {
+Motion StandBeside(Bot *bot, const BlockEdit &edit) {
   Motion m = bot->shipPlaces[static_cast<size_t>(edit.shipRow)];
   const u16 cell[3] = {edit.x, edit.y, edit.z};
   for (int axis = 0; axis < 3; ++axis) m.place[axis] += cell[axis] * UnitsPerBlock;
   std::vector<u8> payload;
   WriteMotion(&payload, m);
   SendPacket(bot->host, bot->peer, payload, PacketPlayerLocation, true);
+  return m;
 }
 
 void SendLine(Bot *bot, const std::string &text) { SendText(bot->host, bot->peer, text, PacketChat, true); }

@@ -33,6 +33,6 @@ bool PollBotUntil(Bot *bot, double seconds, bool (*done)(const Bot &));  // Fals
 void SendRaw(Bot *bot, const std::vector<u8> &bytes, bool reliable = true);  // A packet as it is, type byte and all.
 void SendEdit(Bot *bot, const BlockEdit &edit);
 void SendPlace(Bot *bot, const Motion &m);
-void StandBeside(Bot *bot, const BlockEdit &edit);  // Sends a place from which the edit is in reach.
+Motion StandBeside(Bot *bot, const BlockEdit &edit);  // Sends a place from which the edit is in reach.
 void SendLine(Bot *bot, const std::string &text);
 void CloseBot(Bot *bot);                                    // Without a word, when it is still online.

@@ -15,7 +15,6 @@
 #include <fstream>
 #include <memory>
 #include <random>
-#include <set>
 #include <sstream>
 #include <thread>
 #include <unordered_map>
@@ -37,7 +36,8 @@ struct Player {
   std::array<u16, MostClients> lastSeen{};   // number of the last block of each player
   u16 sent = 0;                              // blocks placed
   Motion motion;
-  std::set<int> visited;                     // rooms, by their x: the first block of one is placed from near
+  u64 room = 0;                              // where they build now: blocks are placed from near
+  int placed = 0;                            // edits, to come back in time
   double nextMove = 0, nextEdit = 0;
   size_t lost = 0, heard = 0;
 };
@@ -97,7 +97,10 @@ static void Edit(size_t number) {
     e.block.temp = ++p->sent;
   }
   Note(p, e);
-  if (p->visited.insert(e.x / 10).second) StandBeside(&p->bot, e);
+  if (const u64 room = (KeyOf(e) >> 32) - e.x % 10; p->room != room || p->placed++ % 100 == 0) {
+    p->room = room;
+    p->motion = StandBeside(&p->bot, e);
+  }
   SendEdit(&p->bot, e);
 }
 
