@@ -11,6 +11,7 @@
 #include "content/options.h"
 #include "core/log.h"
 #include "fuzz/fuzz.h"
+#include "net/wire.h"
 #include "persistence/gzip_file.h"
 #include "persistence/stream.h"
 #include "persistence/text_form.h"
@@ -126,6 +127,42 @@ static void PutPictures() {
             std::string("\0\0\2\0\0\0\0\0\0\0\0\0\x10\0\x10\0", 16) + static_cast<char>(8 * bytes) + '\0' + std::string(256u * static_cast<unsigned>(bytes), 'x'));
 }
 
+// A packet behind its length, as the targets of the packets take it.
+static std::string Packet(u8 type, const std::vector<u8> &payload) {
+  const std::vector<u8> packet = SealPacket(type, payload.data(), payload.size());
+  return U16(packet.size()) + std::string(packet.begin(), packet.end());
+}
+
+static std::vector<u8> Payload(const std::string &bytes) { return {bytes.begin(), bytes.end()}; }
+
+static void PutPackets() {
+  const std::string motion(36, '\1'), file = ReadAll("saves/a.sts"), two("\2\0\0\0", 4), row("\1\0\0\0", 4);
+  std::string client, server;
+  for (const u8 type : {PacketBlockPlace, PacketBlockRemove, PacketBlockComponent}) {
+    std::vector<u8> payload;
+    Block b;
+    b.state = StateWhole;
+    b.material = b.component = 2;
+    WriteBlockEdit(&payload, {.type = type, .shipRow = 0, .x = 5000, .y = 5001, .z = 5000, .block = b, .component = 3});
+    client += Packet(type, payload);
+    server += '\0' + Packet(type, payload);
+  }
+  const std::string names = "\1a\4NULL", player = '\3' + std::string("Ada") + std::string(24, '\2');
+  const struct { u8 type; std::string payload; } said[] = {
+      {PacketShipList, two + names + motion + motion}, {PacketShipAdded, std::string("\3\0\0\0\1a", 6) + motion}, {PacketShipLocation, row + motion},
+      {PacketPlayerList, std::string("\2\0\1\0", 4) + player + player}, {PacketOtherPlayer, std::string("\1\0", 2) + motion}, {PacketSetLocation, motion},
+      {PacketChat, "\5hello"}, {PacketPing, ""}, {PacketNudge, ""}};
+  for (const auto &s : said) client += Packet(s.type, Payload(s.payload));
+  const std::string download = '\x0c' + std::string("\1a") + file;
+  PutSeed("client_packets", "all", U16(download.size()) + download + client);
+  for (const auto &s : said) PutSeed("client_packets", std::to_string(s.type), Packet(s.type, Payload(s.payload)));
+  const struct { u8 type; std::string payload; } asked[] = {
+      {PacketHello, '\14' + std::string(WireVersion) + "\3Ada" + '\0'}, {PacketChat, "\6|waves"}, {PacketChat, '\0' + U16(300) + std::string(300, 'x')},
+      {PacketPlayerLocation, motion}, {PacketShipLocation, row + motion}, {PacketPong, ""}};
+  for (const auto &s : asked) server += '\1' + Packet(s.type, Payload(s.payload));
+  PutSeed("server_packets", "all", server);
+}
+
 int main(int argc, char **argv) {
   if (argc != 2) return 1;
   Seeds = fs::absolute(argv[1]);
@@ -135,5 +172,6 @@ int main(int argc, char **argv) {
   PutFolder();
   PutContent();
   PutPictures();
+  PutPackets();
   return 0;
 }

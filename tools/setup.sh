@@ -10,7 +10,7 @@ TestPackages=(libgtest-dev libbenchmark-dev)
 
 # The same needs on a system without apt: programs to find, and modules that pkg-config must know.
 GamePrograms=(cmake ninja c++ pkg-config)
-GameModules=(zlib libpng glfw3 glew glu freetype2 openal alure cairo vorbisenc)
+GameModules=(zlib libpng glfw3 glew glu freetype2 openal alure libenet cairo vorbisenc)
 ScreenPrograms=(Xvfb xdotool import python3)
 
 Say() { printf '%s\n' "$*" >&2; }

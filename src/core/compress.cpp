@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-static constexpr uLong DecompressedLimit = 0x4000000;  // 64 MiB: what no packet has any business to pass
 static constexpr uLong CompressSlack = 12;             // room beyond the input for data that doesn't get smaller
 
 static void Replace(u8 **buffer, u32 *size, bool freeOld, u8 *made, uLong madeSize) {
@@ -28,9 +27,9 @@ bool Compress(u8 **buffer, u32 *size, bool freeOld) {
 }
 
 // Tries with room for twice the input and doubles it while the content doesn't fit; broken data fails at once.
-bool Decompress(u8 **buffer, u32 *size, bool freeOld) {
-  uLong room = std::clamp<uLong>(uLong{*size} * 2, 1, DecompressedLimit);
-  for (;; room = std::min(room * 2, DecompressedLimit)) {
+bool Decompress(u8 **buffer, u32 *size, bool freeOld, u32 limit) {
+  uLong room = std::clamp<uLong>(uLong{*size} * 2, 1, limit);
+  for (;; room = std::min<uLong>(room * 2, limit)) {
     u8 *made = static_cast<u8 *>(std::malloc(room));
     if (made == nullptr) return false;
     uLongf madeSize = room;
@@ -41,6 +40,6 @@ bool Decompress(u8 **buffer, u32 *size, bool freeOld) {
       return true;
     }
     std::free(made);
-    if (result != Z_BUF_ERROR || room == DecompressedLimit) return false;
+    if (result != Z_BUF_ERROR || room == limit) return false;
   }
 }

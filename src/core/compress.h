@@ -4,4 +4,5 @@
 #include "core/types.h"
 
 bool Compress(u8 **buffer, u32 *size, bool freeOld);
-bool Decompress(u8 **buffer, u32 *size, bool freeOld);  // Gives up with false when the content passes 64 MiB.
+constexpr u32 DecompressedLimit = 0x4000000;  // 64 MiB: what no packet has any business to pass
+bool Decompress(u8 **buffer, u32 *size, bool freeOld, u32 limit = DecompressedLimit);  // False too when the content passes limit.

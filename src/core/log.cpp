@@ -7,9 +7,13 @@
 #include <cstdio>
 #include <mutex>
 
-static constexpr const char *LogPath = "errors.txt";
+static const char *LogPath = "errors.txt";  // set by LogInit, before there is a second thread
 
 static std::mutex logMutex;  // one round for each message, file and output together
+
+static thread_local LogLimit *Limit = nullptr;
+
+void LimitLog(LogLimit *limit) { Limit = limit; }
 
 static void AppendToFile(const char *line) {
   FILE *file = std::fopen(LogPath, "a+");
@@ -35,7 +39,8 @@ __attribute__((format(printf, 1, 2))) static void Emit(const char *format, ...) 
   LogRaw(line, line);
 }
 
-void LogInit() {
+void LogInit(const char *path) {
+  LogPath = path;
   const char *line = "info: Error System Initialized \n";
   const std::lock_guard<std::mutex> lock(logMutex);
   FILE *file = std::fopen(LogPath, "w+");
@@ -74,6 +79,11 @@ void LogLabelFloat(const char *text, double value) { Emit(":%s %f \n", text, val
 void LogLabelInt(const char *text, i64 value) { Emit(":%s %" PRId64 " \n", text, value); }
 
 void LogRaw(const char *fileLine, const char *printedLine) {
+  if (Limit != nullptr && Limit->left-- <= 0) {
+    Limit->left = 0;
+    ++Limit->dropped;
+    return;
+  }
   const std::lock_guard<std::mutex> lock(logMutex);
   AppendToFile(fileLine);
   Print(printedLine);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "audio/sound.h"
 #include "content/options.h"
@@ -23,11 +24,13 @@
 #include "render/debris.h"
 #include "render/parse.h"
 #include "world/heat.h"
+#include "world/retire.h"
 
 constexpr double RenderDelay = 1.0 / 64, LinkDelay = 0.066, TickDelay = 0.033, MiscDelay = 0.25, OpsDelay = 1.0,
                  NetworkDelay = 0.1, SaveDelay = 300, SaveDelayOnline = 9000;
 constexpr double SlowPiece = 4.0;  // milliseconds
 constexpr float BrakeRate = 120;
+constexpr i32 MostOwedRuns = 10000;
 
 std::atomic<bool> StartupGate{true};
 ThrustSound TheThrustSound;
@@ -153,6 +156,7 @@ void OpsPiece(double *timer) {
     if (ship != nullptr) HeatHook(*ship);
   }
   UnlockMutex(&WorldMutex);
+  SweepRetired();
   LogIfSlow("OPS:", start);
   *timer = ClockNow() + OpsDelay;
 }
@@ -182,12 +186,17 @@ static void Dampen(Player *p, const Ship &ship) {
   if (DampenStep(p, rate, ship.velocity[0], ship.velocity[1], ship.velocity[2])) dampenMode = 0;
 }
 
-// Between packets the others fly on by themselves. The list belongs to the world mutex; a busy one skips this run.
+// Between packets, and behind the last one, the others fly on by themselves. The list belongs to the world mutex: while that is
+// busy, runs are owed.
 static void AdvanceRemotePlayers() {
-  if (!Online || !TryLockMutex(&WorldMutex)) return;
+  static i32 owed = 0;
+  if (NetHost.load() == nullptr) return;
+  owed = std::min(owed + 1, MostOwedRuns);
+  if (!TryLockMutex(&WorldMutex)) return;
+  const i64 runs = std::exchange(owed, 0);
   const Ship *ship = CurrentShip();
   for (RemotePlayer &other : RemotePlayers) {
-    for (int axis = 0; axis < 3; ++axis) other.solarLoc[axis] = WorldDifference(other.solarLoc[axis], other.velocity[axis]);
+    for (int axis = 0; axis < 3; ++axis) other.solarLoc[axis] = WorldDifference(other.solarLoc[axis], runs * other.velocity[axis]);
     if (ship != nullptr) RelativeTo(*ship, other.solarLoc, other.relativeLoc);
   }
   UnlockMutex(&WorldMutex);

@@ -15,6 +15,7 @@
 #include "gameplay/input.h"
 #include "platform/threads.h"
 #include "platform/window.h"
+#include "world/retire.h"
 
 constexpr double LongestNap = 0.01, ShortestNap = 0.0005;
 
@@ -53,17 +54,22 @@ static double Earliest(const Timed *first, const Timed *last) {
   return std::min_element(first, last, [](const Timed &a, const Timed &b) { return a.due < b.due; })->due;
 }
 
+// The loops by number, as the retirement of ships counts their passes.
+constexpr int MainLoop = 0, ParseLoop = 1, SoundLoop = 2, MovementLoop = 3;
+
 template <size_t N>
-static void Loop(Timed (&pieces)[N]) {
+static void Loop(int number, Timed (&pieces)[N]) {
   while (!QuitRequested) {
+    BeginPass(number);
     RunDue(std::begin(pieces), std::end(pieces), ClockNow());
     Nap(Earliest(std::begin(pieces), std::end(pieces)));
   }
+  EndLoop(number);
 }
 
 static void ParseThread() {
   Timed pieces[] = {{ParsePiece, ClockNow() + 0.1, true}};
-  Loop(pieces);
+  Loop(ParseLoop, pieces);
   LogWarn("Exiting Thread 2/4");
 }
 
@@ -72,11 +78,13 @@ static void SoundThread() {
   const double start = ClockNow();
   Timed pieces[] = {{SoundUpdatesPiece, start + 0.1, false}, {MiscPiece, start + 0.05, false}, {OpsPiece, start + 0.5, false}};
   while (!QuitRequested) {
+    BeginPass(SoundLoop);
     const double now = ClockNow();
     MusicTick(&music, now);
     RunDue(std::begin(pieces), std::end(pieces), now);
     Nap(Earliest(std::begin(pieces), std::end(pieces)));
   }
+  EndLoop(SoundLoop);
   LogWarn("Exiting Thread 3/4");
 }
 
@@ -84,7 +92,7 @@ static void MovementThread() {
   const double start = ClockNow();
   Timed pieces[] = {{NetworkPiece, start + 0.1, false}, {MovementPiece, start + 0.15, false},
                     {MoveBackendPiece, start + 0.3, false}, {SavePiece, start + 300, false}};
-  Loop(pieces);
+  Loop(MovementLoop, pieces);
   LogWarn("Exiting Thread 4/4");
 }
 
@@ -94,7 +102,7 @@ int RunQuadCoreSystem() {
                            StartThread(MovementThread, "movement")};
   const double start = ClockNow();
   Timed pieces[] = {{GpuLinkPiece, start, true}, {RenderPiece, start + 0.01, true}};
-  Loop(pieces);
+  Loop(MainLoop, pieces);
   LogWarn("Exiting Main Thread");
   for (std::thread &t : threads) JoinThread(&t);
   return 1;
@@ -103,7 +111,7 @@ int RunQuadCoreSystem() {
 static void ParseAndSaveThread() {
   const double start = ClockNow();
   Timed pieces[] = {{ParsePiece, start + 0.1, true}, {SavePiece, start + 300, false}};
-  Loop(pieces);
+  Loop(ParseLoop, pieces);
   LogWarn("Exiting Thread 2/2");
 }
 
@@ -117,6 +125,7 @@ int RunDualCoreSystem() {
   Timed others[] = {{SoundUpdatesPiece, start + 0.1, false}, {MiscPiece, start + 0.05, false}, {OpsPiece, start + 0.4, false},
                     {MoveBackendPiece, start + 0.3, false},  {GpuLinkPiece, start, true},      {RenderPiece, start + 0.01, true}};
   while (!QuitRequested) {
+    BeginPass(MainLoop);
     const double now = ClockNow();
     RunDue(std::begin(motion), std::end(motion), now);
     MusicTick(&music, now);
@@ -124,6 +133,7 @@ int RunDualCoreSystem() {
     if (QuitRequested) break;
     Nap(std::min(Earliest(std::begin(motion), std::end(motion)), Earliest(std::begin(others), std::end(others))));
   }
+  EndLoop(MainLoop);
   LogWarn("Exiting Main Thread");
   JoinThread(&other);
   return 1;

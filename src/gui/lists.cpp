@@ -12,6 +12,8 @@
 #include "gui/mode.h"
 #include "gui/screen_parts.h"
 #include "gui/screens.h"
+#include "net/chat_log.h"
+#include "net/connection.h"
 #include "persistence/stream.h"
 #include "persistence/text_form.h"
 #include "platform/threads.h"
@@ -180,6 +182,10 @@ static int LoadShipFile(const std::string &name, const i64 (&at)[3]) {
 
 void LoadChosenShip(int) {
   if (ListChosenRow < 0 || static_cast<size_t>(ListChosenRow) >= Names.size()) return;
+  if (Online) {  // the rows of the table are the server's
+    AddChatLine("Ships can't be loaded while you play on a server");
+    return;
+  }
   const std::string name = Names[static_cast<size_t>(ListChosenRow)];
   const Player p = ReadPlayer();
   {

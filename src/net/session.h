@@ -1,11 +1,10 @@
-// The session with a server, as the rest of the game sees it.
+// The session with a server. The list of players belongs to the world mutex; the connection to NetMutex (net/wire.h).
 #pragma once
 
-#include <atomic>
 #include <string>
 #include <vector>
 
-#include "core/types.h"
+#include "net/connection.h"
 
 struct RemotePlayer {
   i64 solarLoc[3] = {};
@@ -14,12 +13,15 @@ struct RemotePlayer {
   std::string name;
 };
 
-extern std::atomic<bool> Online;                  // set while the connection is up; every send looks at it
 extern std::vector<RemotePlayer> RemotePlayers;   // the server's list, the local player included; world mutex
 extern u16 OwnPlayerRow;                          // the local player's row, never drawn; world mutex
 
-bool InitNetwork();                               // True if the session is up.
-void PollNetwork();
-void SendChat(const char *text);
+bool InitNetwork();                               // Connects to Options.ServerURL. True if the session is up. Main thread.
+bool ConnectToServer(const char *address, u16 port);  // Leaves the present server first. The thread that polls.
+void PollNetwork();                               // One round of receiving. Movement's thread; takes world, then move, not both.
+void HandlePacket(const u8 *data, size_t length); // Does what one packet says; what can't be right is logged and dropped.
+
+// Any thread; nothing is sent while Online is clear.
+void SendChat(const char *text);                  // Lines of over 255 bytes and unknown commands go nowhere.
 void SendPlayerLocation(const i64 (&solarLoc)[3], const i32 (&velocity)[3]);
-void ShowPlayerList();
+void ShowPlayerList();                            // A chat line of its own with all names. Takes the world mutex.

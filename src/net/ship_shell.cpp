@@ -98,6 +98,7 @@ static void ExchangeBlocks(Ship *ship, Ship *other) {
   ScopedLock world(&WorldMutex);
   other->megaChunks = ship->megaChunks.exchange(other->megaChunks.load());
   for (int kind = 0; kind < ListKinds; ++kind) std::swap(ship->checks[kind], other->checks[kind]);
+  std::swap(ship->chunkCount, other->chunkCount);
   std::swap(ship->displayName, other->displayName);
   std::swap(ship->fileStem, other->fileStem);
   std::swap(ship->summary, other->summary);

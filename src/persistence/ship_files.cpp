@@ -121,7 +121,8 @@ static bool UnpackGzip(GzipReader *g, ShipUnpacker *u) {
   return EndUnpack(u, content.get(), have);
 }
 
-int ReadShipStream(Ship *ship, const char *path, bool *whole) {
+// Without a budget: the player's own files.
+static int ReadStream(Ship *ship, const char *path, LoadBudget *budget, bool *whole) {
   GzipReader g;
   bool opened;
   *whole = false;
@@ -131,9 +132,25 @@ int ReadShipStream(Ship *ship, const char *path, bool *whole) {
   }
   ship->fileStem = StemOf(path);
   ShipUnpacker u = BeginUnpack(ship, path);
+  if (budget != nullptr) {
+    u.budget = budget->bytes;
+    u.chunkBytes += CellsPerChunk * sizeof(GraphicBlock);
+  }
   *whole = UnpackGzip(&g, &u) && !g.damaged;
+  if (budget != nullptr) budget->bytes = u.tooLarge ? 0 : u.budget;
   if (g.damaged) LogWarn((std::string("Ship file ") + path + " is damaged. All that could be read was loaded.").c_str());
   CloseGzip(&g);
+  return 1;
+}
+
+int ReadShipStream(Ship *ship, const char *path, bool *whole) { return ReadStream(ship, path, nullptr, whole); }
+
+int LoadShipWithin(Ship *ship, const char *path, LoadBudget *budget) {
+  bool whole;
+  if (ReadStream(ship, path, budget, &whole) == 0) return 0;
+  if (!whole) KeepDamagedFile(path, ship);
+  if (!FinishShipWithin(ship, &budget->light))
+    LogWarn((std::string("Ship file ") + path + " has too many lamps. Some of them are dark.").c_str());
   return 1;
 }
 

@@ -108,7 +108,7 @@ struct GroupHeader {
 
 // Whether the file may go on: what it has cost so far in content and cells stays within its budget.
 static bool PayForGroup(ShipUnpacker *u, const GroupHeader &h) {
-  u64 cost = GroupHeaderBytes + EntryBytes * h.count + sizeof(ChunkCells);
+  u64 cost = GroupHeaderBytes + EntryBytes * h.count + u->chunkBytes;
   if (h.mega != u->mega) cost += 1000 * sizeof(SuperChunk);
   if (h.mega != u->mega || h.super != u->super) cost += 1000 * sizeof(Chunk);
   u->mega = h.mega;
@@ -222,9 +222,15 @@ void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path) {
   EndUnpack(&u, bytes + used, count - used);
 }
 
-void FinishShip(Ship *ship) {
+bool FinishShipWithin(Ship *ship, u64 *light) {
   AssignCoordinates(ship);
-  LightPass(ship);
+  const bool allLit = LightPassWithin(ship, light);
   StatePass(*ship);
   ship->summary = BuildShipSummary(ship);
+  return allLit;
+}
+
+void FinishShip(Ship *ship) {
+  u64 light = UINT64_MAX;
+  FinishShipWithin(ship, &light);
 }

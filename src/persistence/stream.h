@@ -28,7 +28,14 @@ int SaveShipRawStream(Ship *ship, const char *name);     // The uncompressed byt
 // gets another fileStem (logged). finish: with origins, light,
 // visibility and summary. World mutex, or a ship that no other thread sees.
 int LoadShipStream(Ship *ship, const char *path, bool finish);
+// What ships of unknown origin may cost: bytes of content and of memory, as if all of their cells were drawn, and light (world/light.h).
+struct LoadBudget {
+  u64 bytes = 0, light = 0;
+};
+// LoadShipStream, finished. Takes what it costs from the budget; what that doesn't cover is left out, with a warning.
+int LoadShipWithin(Ship *ship, const char *path, LoadBudget *budget);
 int ReadShipStream(Ship *ship, const char *path, bool *whole);  // The same unfinished, and nothing is kept beside the file.
 int LoadShipByName(Ship *ship, const char *name);        // From saves/<name>.sts; prints the path.
 int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z);  // World mutex held. 1 or 0.
 void FinishShip(Ship *ship);                             // Origins, light, visibility, summary, in this order.
+bool FinishShipWithin(Ship *ship, u64 *light);           // The same with LightPassWithin, and its answer.

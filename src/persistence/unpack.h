@@ -12,6 +12,7 @@ struct ShipUnpacker {
   bool longName = false, badIndex = false, badCount = false, unknownRow = false, cut = false, tooLarge = false;
   u16 mega = 0xffff, super = 0xffff;  // of the group before
   u64 budget = u64{4} << 30;  // bytes of content and of memory for cells that this file may still cost
+  u64 chunkBytes = sizeof(ChunkCells);  // what a chunk costs
   u16 placeholderComponent = 1, placeholderMaterial = 1;
 };
 

@@ -132,5 +132,5 @@ void EmitRemotePlayers(VoxelList *list) {
   const VoxelFacts *figure = Components[RemotePlayerComponent].facts.get();
   if (figure == nullptr) return;
   for (size_t row = 0; row < RemotePlayers.size(); ++row)
-    if (row != OwnPlayerRow && MakeRoomStep(list)) EmitFigure(list, *figure, RemotePlayers[row].relativeLoc);
+    if (row != OwnPlayerRow && list->count / 4 < Options.MaxVoxels && MakeRoomStep(list)) EmitFigure(list, *figure, RemotePlayers[row].relativeLoc);
 }

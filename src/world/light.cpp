@@ -13,6 +13,9 @@
 #include "world/access.h"
 #include "world/cells.h"
 
+// What a lamp costs as such, and how much dearer a cell is with shadows.
+constexpr u64 LampCost = 64, ShadowCost = 20;
+
 // The cube of cells that a scan round c looks at: one short on the upper side. A coordinate under 16 makes it empty.
 struct Cube {
   int low[3], high[3];
@@ -156,9 +159,10 @@ static int BlocksBetween(int x, int y, int z, u16 sx, u16 sy, u16 sz, const Ship
   }
 }
 
-void CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &ship) {
+u32 CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &ship) {
   Cube cube;
-  if (!CubeAround(sx, sy, sz, &cube)) return;
+  u32 lit = 0;
+  if (!CubeAround(sx, sy, sz, &cube)) return lit;
   const bool shadows = Options.ExperimentalLight;
   ForEachInCube(cube, ship, [](const ChunkCells &) { return true; },
                 [&](Chunk &chunk, ChunkCells &cells, u16 i, int x, int y, int z) {
@@ -172,7 +176,9 @@ void CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &sh
     GraphicBlock *graphics = EnsureGraphics(&cells, chunk);
     if (graphics == nullptr) return;
     AddEntry(graphics + i, {static_cast<i8>(dx), static_cast<i8>(dy), static_cast<i8>(dz), red, green, blue, static_cast<u8>(hops)});
+    ++lit;
   });
+  return lit;
 }
 
 void TakeLightAway(u16 sx, u16 sy, u16 sz, const Ship &ship) {
@@ -184,19 +190,30 @@ void TakeLightAway(u16 sx, u16 sy, u16 sz, const Ship &ship) {
   });
 }
 
-static void CastFrom(u16 x, u16 y, u16 z, u64 head, const Ship &ship) {
+static u32 CastFrom(u16 x, u16 y, u16 z, u64 head, const Ship &ship) {
   const Component &c = Components[HeadComponent(head)];
-  CastLight(x, y, z, c.lightRed, c.lightGreen, c.lightBlue, ship);
+  return CastLight(x, y, z, c.lightRed, c.lightGreen, c.lightBlue, ship);
 }
 
-void LightPass(Ship *ship) {
-  ForEachChunk(*ship, [ship](Chunk &chunk, ChunkCells &cells, CellAddress) {
+bool LightPassWithin(Ship *ship, u64 *cost) {
+  bool whole = true;
+  const u64 dearer = Options.ExperimentalLight ? ShadowCost : 1;
+  ForEachChunk(*ship, [&](Chunk &chunk, ChunkCells &cells, CellAddress) {
     if (cells.lampCount == 0) return;
     ForEachBit(cells.occupied, [&](u16 i) {
       const u64 head = HeadOfCell(cells, i);
-      if (GivesLight(HeadComponent(head))) CastFrom(CellX(chunk, i), CellY(chunk, i), CellZ(chunk, i), head, *ship);
+      if (!GivesLight(HeadComponent(head))) return;
+      whole = whole && *cost != 0;
+      if (!whole) return;
+      *cost -= std::min(*cost, LampCost + dearer * CastFrom(CellX(chunk, i), CellY(chunk, i), CellZ(chunk, i), head, *ship));
     });
   });
+  return whole;
+}
+
+void LightPass(Ship *ship) {
+  u64 cost = UINT64_MAX;
+  LightPassWithin(ship, &cost);
 }
 
 void ClearLights(const Ship &ship) {

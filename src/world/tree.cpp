@@ -24,9 +24,9 @@ void InitShip(Ship *ship, u32 id) {
   ship->ComScruffiness = ship->MatScruffiness = 0.1f;
   ship->displayName = "Default";
   ship->fileStem = "Default";
-  ship->lightCounter = ship->cacheCounter = 0;
   ship->keepAs = nullptr;
   ship->slotsOnly = false;
+  ship->lightCounter = ship->cacheCounter = ship->chunkCount = 0;
   ship->id = id;
 }
 
@@ -68,6 +68,7 @@ void FreeShip(Ship *ship) {
   ship->displayName.clear();
   ship->fileStem.clear();
   ship->summary.reset();
+  ship->chunkCount = 0;
   MegaChunk *megas = ship->megaChunks.exchange(nullptr);
   if (megas == nullptr) return;
   for (int m = 0; m < 1000; ++m) {
@@ -128,6 +129,7 @@ ChunkCells *EnsureChunk(unsigned mega, unsigned super, unsigned chunk, Ship *shi
   }
   SetCellOrigins({0, static_cast<u16>(chunk), static_cast<u16>(super), static_cast<u16>(mega)}, ship);
   chunks[chunk].cells.store(cells, std::memory_order_release);
+  ++ship->chunkCount;
   return cells;
 }
 

@@ -78,6 +78,7 @@ struct Ship {
   // this ending (".damaged", ".replaced"). Written by loads and saves, under the world mutex.
   const char *keepAs = nullptr;
   bool slotsOnly = false;  // loaded without its blocks: those in memory lie over those of the files; world mutex
+  u32 chunkCount = 0;                                  // chunks with cells; world mutex
   u32 id = 0;
   std::unique_ptr<ShipSummary> summary;                // world mutex
 };
@@ -126,7 +127,7 @@ inline ChunkCells *FindCells(const CellAddress &a, const Ship &ship) {
   const Chunk *chunk = FindChunk(a, ship);
   return chunk == nullptr ? nullptr : chunk->cells.load(std::memory_order_acquire);
 }
-// The head of a cell, 0 for a free one or a missing level. Coordinates in range. Any thread.
+// The head of a cell, 0 for a missing level. A free cell's has StateEmpty but may not be 0. Coordinates in range. Any thread.
 inline u64 HeadAt(unsigned x, unsigned y, unsigned z, const Ship &ship) {
   const CellAddress a = AddressOf(x, y, z);
   const ChunkCells *cells = FindCells(a, ship);

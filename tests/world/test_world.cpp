@@ -239,6 +239,17 @@ TEST_F(World, LightReachesItsSphereAndListsStayBounded) {
   EXPECT_EQ(std::make_tuple(far.dx, far.red), std::make_tuple(9, Components[RowOf(1000)].lightRed));
   PlaceHere(ship, c + 3, c + 1, c, cube);  // a newcomer takes in the light that is there
   EXPECT_EQ(LightsAt(ship, c + 3, c + 1, c), 1);
+  PlaceHere(ship, c + 40, c, c, lamp);
+  ClearLights(*ship);
+  u64 cost = 100;  // the first lamp takes it all
+  EXPECT_FALSE(LightPassWithin(ship, &cost));
+  EXPECT_EQ(std::make_tuple(LightsAt(ship, c + 3, c, c), LightsAt(ship, c + 40, c, c)), std::make_tuple(1, 0));
+  ClearLights(*ship);
+  cost = 1000;
+  EXPECT_TRUE(LightPassWithin(ship, &cost));
+  EXPECT_EQ(LightsAt(ship, c + 40, c, c), 1);
+  EXPECT_LT(cost, 1000u - 2 * 16);
+  Remove(ship, c + 40, c, c);
   Remove(ship, c, c, c);
   EXPECT_EQ(LightsAt(ship, c + 3, c, c), 0);
 

@@ -1,0 +1,6 @@
+// The connection's program-wide values. The session writes them; whoever sends reads them.
+#include "net/connection.h"
+
+std::atomic<bool> Online{false};
+std::atomic<ENetHost *> NetHost{nullptr};
+std::atomic<ENetPeer *> NetPeer{nullptr};

@@ -1,0 +1,13 @@
+// What the session does for the larger packets. Local to this folder; all on the thread that polls.
+#pragma once
+
+#include "net/wire.h"
+
+void TakeFile(Reader r);          // PacketFile: stored as saves/<name>.sts, not loaded; an own ship of that name is kept beside it.
+bool DownloadFailed(const std::string &name);  // The server's ship of that name isn't the one in saves/.
+void TakeShipList(Reader r);      // PacketShipList: the table becomes the server's.
+void TakeShipAdded(Reader r);     // PacketShipAdded
+void TakeShipLocation(Reader r);  // PacketShipLocation
+void TakePlayerList(Reader r);    // PacketPlayerList
+void TakeOtherPlayer(Reader r);   // PacketOtherPlayer
+void TakeOwnLocation(Reader r);   // PacketSetLocation: takes the move mutex.

@@ -1,0 +1,53 @@
+// Who is connected, and what is sent to them. The server has one thread; nothing here takes a lock but the calls of ENet.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "net/wire.h"
+
+struct Client {
+  ENetPeer *peer = nullptr;
+  u32 id = 0;                 // never used again for another one
+  std::string address;        // for the log
+  std::string name;           // empty until the hello
+  Motion motion;              // as last told
+  Motion shown;               // as last sent to the others
+  double connected = 0, heard = 0;  // times
+  double shownAt = 0;
+  double editBudget = 0, slotBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
+  std::map<std::string_view, u32> refused;  // edits since the last line in the log about them, by the reason
+  int strange = 0;            // packets that no game would send
+  double refusedSince = 0;    // the second that refusedNow counts
+  u32 refusedNow = 0;         // edits refused in it
+  size_t worldCommands = 0;   // that the world they were sent took of the queue
+  bool leaving = false;       // dropped: nothing more of theirs counts
+  u32 edits = 0, lines = 0;   // in all, for the log and the list
+};
+
+extern std::vector<Client> Clients;  // in the order of their arrival; those with a name are rows of the player list
+extern ENetHost *ServerHost;
+
+double Now();                                            // Seconds, monotonic.
+void Say(const std::string &line);                       // An event, with date and time, to the log.
+Client *FindClient(const ENetPeer *peer);                // Null: none.
+Client *FindClientByName(std::string_view name);
+size_t PlayerCount();                                    // Clients with a name.
+
+// To one or to all with a name but one (null: to all). Queued, on its way at the end of the loop's pass.
+void SendTo(Client *client, u8 type, const std::vector<u8> &payload, bool reliable);
+void SendToAll(u8 type, const std::vector<u8> &payload, bool reliable, const Client *except);
+void SayTo(Client *client, std::string_view text);       // A line of chat.
+void SayToAll(std::string_view text);
+// Queues a ship's file, which is in memory once for all who get it at the same time. False: there is none to send.
+bool SendShipFile(Client *client, const std::string &stem, const std::string &path);
+void ForgetShipFile(const std::string &stem);            // It has been replaced.
+void ForgetSentShipFiles();                              // Those that nobody is getting any more.
+void SendPlayerLists();                                  // To everyone, each with their own row.
+void ShareMotions(double now);                           // Who has moved, to the others.
+void LogRefusals(Client *client);                        // One line for all since the last one, or none.
+void DropClient(Client *client, const char *why);        // Says goodbye to them; the disconnect event removes the row.
+void DropSlowClients();                                  // Those who leave more unanswered than the server wants to hold.
+void RemoveClient(const ENetPeer *peer);                 // After the disconnect event.

@@ -1,0 +1,40 @@
+// tarnvale-server: a world that several games play in.
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+#include "core/log.h"
+#include "server/server.h"
+
+static void OnSignal(int) { StopRequested = true; }
+
+static void Usage(std::FILE *out) {
+  std::fprintf(out,
+               "usage: tarnvale-server [FOLDER]\n"
+               "Serves the ships of FOLDER/saves (default: the present folder) to games on the network.\n"
+               "FOLDER holds config/, saves/ and serveroptions, which is written with its defaults when missing.\n"
+               "The log goes to standard output and to server.log; the last run's is server.log.old. Ends in order on SIGTERM, SIGINT and \"stop\".\n"
+               "  -h, --help     this text\n"
+               "  --version      the version\n"
+               "On standard input: list | say TEXT | kick NAME | save | stop\n");
+}
+
+int main(int argc, char **argv) {
+  const char *word = argc > 1 ? argv[1] : ".";
+  if (std::strcmp(word, "-h") == 0 || std::strcmp(word, "--help") == 0) return Usage(stdout), 0;
+  if (std::strcmp(word, "--version") == 0) return std::puts("tarnvale-server 0.23.0"), 0;
+  if (argc > 2 || word[0] == '-') return Usage(stderr), 2;
+  if (chdir(word) != 0) return std::perror(word), 1;
+  struct sigaction action{};
+  action.sa_handler = OnSignal;
+  sigaction(SIGTERM, &action, nullptr);
+  sigaction(SIGINT, &action, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+  std::rename("server.log", "server.log.old");
+  LogInit("server.log");
+  if (!StartServer()) return 1;
+  RunServer();
+  StopServer();
+  return 0;
+}

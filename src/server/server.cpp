@@ -1,0 +1,115 @@
+// Start, loop and end of the server.
+#include "server/server.h"
+
+#include <enet/enet.h>
+
+#include <filesystem>
+
+#include "content/components.h"
+#include "content/materials.h"
+#include "core/log.h"
+#include "server/clients.h"
+#include "server/console.h"
+#include "server/requests.h"
+#include "server/world.h"
+
+constexpr enet_uint32 LongestWait = 10;  // milliseconds in a pass without packets
+constexpr size_t SparePeers = 4;         // connections beyond the players, so that they can be told why not
+constexpr int EventsInAPass = 1000;
+constexpr u16 MostPlayers = 4000;        // what the transport can tell apart
+constexpr size_t LargestRequest = 4096, MostWaitingRequests = 1 << 20;  // bytes that a client may send at once, and ahead
+constexpr int GoodbyeRounds = 50;
+
+ServerOptions TheServerOptions;
+std::atomic<bool> StopRequested{false};
+
+static void TellWhatIsKept() {
+  const ServerOptions &o = TheServerOptions;
+  if (o.RunDataServer != 0) Say("RunDataServer, DataAddress and DataPort are kept, but this server has no data server");
+  if (o.IRC != 0) Say("IRC and the keys that begin with it are kept, but this server has no bridge to IRC");
+}
+
+static bool Listen() {
+  const ServerOptions &o = TheServerOptions;
+  if (enet_initialize() != 0) return LogError("Cannot initialize Enet") != 0;
+  ENetAddress address{};
+  address.host = ENET_HOST_ANY;
+  address.port = o.Port;
+  if (o.Address != "0.0.0.0" && enet_address_set_host(&address, o.Address.c_str()) != 0)
+    return LogError(("Address is no address: " + o.Address).c_str()) != 0;
+  ServerHost = enet_host_create(&address, o.Players + SparePeers, NetChannels, 0, 0);
+  if (ServerHost == nullptr) return LogError(("Cannot listen on port " + std::to_string(o.Port)).c_str()) != 0;
+  LimitHost(ServerHost, LargestRequest, MostWaitingRequests);
+  Say("Listening on " + o.Address + " port " + std::to_string(o.Port) + " for " + std::to_string(o.Players) + " players");
+  return true;
+}
+
+// A file that is there but can't be read stays as its owner wrote it.
+static void WriteMissingOptions() {
+  std::error_code error;
+  if (std::filesystem::symlink_status("serveroptions", error).type() != std::filesystem::file_type::not_found) {
+    LogWarn("serveroptions can't be read: the defaults are in force");
+    return;
+  }
+  Say("No serveroptions: writing one with the defaults");
+  WriteServerOptions(TheServerOptions);
+}
+
+bool StartServer() {
+  InitServerOptions(&TheServerOptions);
+  if (!ReadServerOptions(&TheServerOptions)) WriteMissingOptions();
+  if (TheServerOptions.Players > MostPlayers) {
+    LogWarn("Players can be 4000 at most");
+    TheServerOptions.Players = MostPlayers;
+  }
+  TellWhatIsKept();
+  if (LoadMaterials() == 0) return LogError("Unable to load Materials Array") != 0;
+  if (LoadComponents() == 0) return LogError("Unable to load Components Array in main program") != 0;
+  return OpenWorld(TheServerOptions.MaxAsteroidSize) && Listen();
+}
+
+static void HandleEvent(const ENetEvent &event) {
+  switch (event.type) {
+    case ENET_EVENT_TYPE_CONNECT: WelcomePeer(event.peer); break;
+    case ENET_EVENT_TYPE_DISCONNECT: RemoveClient(event.peer); break;
+    case ENET_EVENT_TYPE_RECEIVE:
+      if (Client *client = FindClient(event.peer); client != nullptr)
+        HandleRequest(client, event.packet->data, event.packet->dataLength);
+      enet_packet_destroy(event.packet);
+      break;
+    case ENET_EVENT_TYPE_NONE: break;
+  }
+}
+
+static void Pass() {
+  ENetEvent event{};
+  int left = EventsInAPass;
+  for (int got = enet_host_service(ServerHost, &event, LongestWait); got > 0;
+       got = --left > 0 ? enet_host_check_events(ServerHost, &event) : 0)
+    HandleEvent(event);
+  const double now = Now();
+  CheckSilence(now);
+  ShareMotions(now);
+  enet_host_flush(ServerHost);
+  ReadConsole();
+}
+
+void RunServer() {
+  while (!StopRequested) Pass();
+}
+
+void StopServer() {
+  Say("Stopping");
+  SayToAll("Server: stopping");
+  for (const Client &c : Clients) enet_peer_disconnect_later(c.peer, 0);
+  ENetEvent event{};
+  for (int round = 0; round < GoodbyeRounds && !Clients.empty(); ++round)
+    if (enet_host_service(ServerHost, &event, LongestWait) > 0) HandleEvent(event);
+  Clients.clear();
+  enet_host_destroy(ServerHost);
+  ForgetSentShipFiles();
+  ServerHost = nullptr;
+  enet_deinitialize();
+  CloseWorld();
+  Say("Stopped");
+}

@@ -1,0 +1,245 @@
+// The ships of the server.
+#include "server/world.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "content/components.h"
+#include "content/materials.h"
+#include "core/log.h"
+#include "persistence/directory_store.h"
+#include "persistence/stream.h"
+#include "platform/files.h"
+#include "server/clients.h"
+#include "world/access.h"
+#include "worldgen/asteroid.h"
+
+constexpr int FirstStored = 2, LastStored = 9998;  // coordinates that the directory store takes
+constexpr i64 Nowhere = -50500000;                 // a ship's corner before it is given a place
+constexpr i64 Gap = 20 * UnitsPerBlock;            // between two ships that the server places
+constexpr i64 StartDistance = 8 * UnitsPerBlock;   // from a new player to the first ship
+constexpr i64 StartSpacing = 3 * UnitsPerBlock;
+constexpr i64 Reach = 64 * UnitsPerBlock;          // of players, on each axis
+constexpr size_t MostFreshEdits = 20000;
+constexpr double RefreshDelay = 2;                 // seconds between two looks at the files
+constexpr const char *GrownName = "Asteroid";
+
+static std::vector<bool> StreamIsOld;  // by row: edited since its stream file was written
+static std::vector<BlockEdit> Fresh;   // the edits since then
+static bool TooManyFresh = false;      // they are not in Fresh any more
+static int SavesFolder = -1;           // open and locked while the world is
+
+// Two servers in one folder would write over each other's blocks.
+static bool LockSaves() {
+  MakeDirectory("saves");
+  SavesFolder = open("saves", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (SavesFolder < 0) return LogError("There is no folder saves/, and none can be made") != 0;
+  return flock(SavesFolder, LOCK_EX | LOCK_NB) == 0 || LogError("Another server runs in this folder") != 0;
+}
+
+// LoadAllShips leaves folders on disk; the server wants their blocks too.
+static bool LoadBlocks(Ship *ship) {
+  const std::string stem = ship->fileStem;
+  const u32 id = ship->id;
+  FreeShip(ship);
+  InitShip(ship, id);
+  if (!AllocShipTable(ship) || LoadShipDirectory(ship, stem.c_str(), true, false) == 0) return false;
+  ship->displayName = stem;
+  return true;
+}
+
+// Ships that came from stream files have no place of their own yet: they are lined up along x, the first one in the middle.
+static void PlaceShips() {
+  i64 right = 0;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
+    Ship *ship = ShipAt(TheShipTable, row);
+    bool placed = false;
+    for (const auto &axis : ship->position) placed = placed || axis.load() != Nowhere;
+    const ShipSummary &s = *ship->summary;
+    if (!placed && s.blockCount != 0) {
+      const i64 middle[3] = {(s.minX + s.maxX) / 2, (s.minY + s.maxY) / 2, s.maxZ};
+      const i64 half = (s.maxX - s.minX) / 2 * UnitsPerBlock;
+      const i64 place[3] = {row == 0 ? 0 : right + Gap + half, 0, -StartDistance};
+      for (int axis = 0; axis < 3; ++axis) ship->position[axis] = place[axis] - middle[axis] * UnitsPerBlock;
+      SaveShipDirectory(ship);
+    }
+    if (s.blockCount != 0) right = std::max(right, ship->position[0].load() + s.maxX * UnitsPerBlock);
+  }
+}
+
+static bool GrowFirstShip(u16 largest) {
+  Say("No ships in saves: growing an asteroid");
+  const u16 size = std::clamp<u16>(largest, 1, 6);
+  if (!AddAsteroid(size, 0, 0, -StartDistance - 2 * size * UnitsPerBlock, &TheShipTable)) return false;
+  Ship *ship = ShipAt(TheShipTable, 0);
+  ship->displayName = ship->fileStem = GrownName;
+  return SaveShipDirectory(ship) != 0;
+}
+
+// A game moves ships that have a velocity on by itself; here they stand.
+static void StopShips() {
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row)
+    for (auto &axis : ShipAt(TheShipTable, row)->velocity) axis = 0;
+}
+
+bool OpenWorld(u16 largestAsteroid) {
+  if (!LockSaves()) return false;
+  LoadAllShips(&TheShipTable);
+  if (TheShipTable.count.load() == 0 && !GrowFirstShip(largestAsteroid)) return LogError("There is no world to serve") != 0;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
+    Ship *ship = ShipAt(TheShipTable, row);
+    if (ship->summary == nullptr && !LoadBlocks(ship)) return LogError(("Can't read ship " + ship->fileStem).c_str()) != 0;
+    if (!SafeFileName(ship->fileStem))
+      LogWarn(("Games can't take a file named " + ship->fileStem + ": they will see that ship without blocks").c_str());
+  }
+  PlaceShips();
+  StopShips();
+  StreamIsOld.assign(TheShipTable.count.load(), true);
+  return RefreshStreamFiles();
+}
+
+void CloseWorld() {
+  if (SavesFolder < 0) return;
+  RefreshStreamFiles();
+  close(SavesFolder);
+  SavesFolder = -1;
+}
+
+static bool Storable(u16 c) { return c >= FirstStored && c <= LastStored; }
+
+static Ship *ShipOfRow(i32 row) {
+  return row >= 0 && row < TheShipTable.count.load() ? ShipAt(TheShipTable, static_cast<u16>(row)) : nullptr;
+}
+
+static bool IsFree(i32 x, i32 y, i32 z, const Ship &ship) {
+  return HeadState(HeadAt(static_cast<unsigned>(x), static_cast<unsigned>(y), static_cast<unsigned>(z), ship)) == StateEmpty;
+}
+
+static bool BesideABlock(const BlockEdit &e, const Ship &ship) {
+  return !IsFree(e.x - 1, e.y, e.z, ship) || !IsFree(e.x + 1, e.y, e.z, ship) || !IsFree(e.x, e.y - 1, e.z, ship) ||
+         !IsFree(e.x, e.y + 1, e.z, ship) || !IsFree(e.x, e.y, e.z - 1, ship) || !IsFree(e.x, e.y, e.z + 1, ship);
+}
+
+// Places come from the games and may be anything: the differences wrap.
+static bool InReach(const BlockEdit &e, const Ship &ship, const Motion &by) {
+  const u16 cell[3] = {e.x, e.y, e.z};
+  for (int axis = 0; axis < 3; ++axis) {
+    const i64 away = WorldDifference(WorldDifference(by.place[axis], ship.position[axis]), cell[axis] * UnitsPerBlock);
+    if (away < -Reach || away > Reach) return false;
+  }
+  return true;
+}
+
+static const char *WhyNotPlace(const BlockEdit &e, const Ship &ship, const Motion &by) {
+  const Block &b = e.block;
+  if (b.state != StateWhole || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u) return "no such block";
+  if (!HasRoomFor(e, ship)) return "the ship is full";
+  return BesideABlock(e, ship) || InReach(e, ship, by) ? nullptr : "out of reach";
+}
+
+static const char *WhyNot(const BlockEdit &e, const Motion &by) {
+  const Ship *ship = ShipOfRow(e.shipRow);
+  if (ship == nullptr) return "no such ship";
+  if (!Storable(e.x) || !Storable(e.y) || !Storable(e.z)) return "out of range";
+  if (e.type == PacketBlockPlace) return WhyNotPlace(e, *ship, by);
+  if (e.type == PacketBlockComponent && e.component - 1u >= ComponentCount - 1u) return "no such block";
+  return IsFree(e.x, e.y, e.z, *ship) ? "nothing there" : nullptr;
+}
+
+bool NeedsSlot(const BlockEdit &e) {
+  const Ship *ship = ShipOfRow(e.shipRow);
+  const Chunk *chunk = ship == nullptr || !Storable(e.x) || !Storable(e.y) || !Storable(e.z) ? nullptr : FindChunk(AddressOf(e.x, e.y, e.z), *ship);
+  return chunk == nullptr || chunk->slot < 0;
+}
+
+// Too many to tell one by one: then the next player waits for the files.
+static void NoteFreshEdit(const BlockEdit &edit) {
+  StreamIsOld[static_cast<size_t>(edit.shipRow)] = true;
+  TooManyFresh = TooManyFresh || Fresh.size() >= MostFreshEdits;
+  if (TooManyFresh) Fresh.clear();
+  else Fresh.push_back(edit);
+}
+
+const char *DoEdit(const BlockEdit &edit, const Motion &by) {
+  const char *why = WhyNot(edit, by);
+  if (why != nullptr) return why;
+  Ship *ship = ShipOfRow(edit.shipRow);
+  Block stored;
+  if (edit.type == PacketBlockPlace) stored = edit.block;
+  if (edit.type == PacketBlockComponent) {
+    stored = BlockFromHead(HeadAt(edit.x, edit.y, edit.z, *ship));
+    stored.component = edit.component;
+  }
+  if (SaveBlockUpdate(stored, edit.x, edit.y, edit.z, ship) == 0) return "it could not be stored";
+  NoteFreshEdit(edit);
+  ApplyBlockEdit(edit);
+  return nullptr;
+}
+
+bool EditOfCell(const BlockEdit &at, BlockEdit *found) {
+  const Ship *ship = ShipOfRow(at.shipRow);
+  if (ship == nullptr || at.x >= CellsPerAxis || at.y >= CellsPerAxis || at.z >= CellsPerAxis) return false;
+  *found = at;
+  const u64 head = HeadAt(at.x, at.y, at.z, *ship);
+  found->type = HeadState(head) == StateEmpty ? PacketBlockRemove : PacketBlockPlace;
+  found->block = BlockFromHead(head);
+  return true;
+}
+
+std::string StreamPath(const std::string &stem) { return "saves/" + stem + ".sts"; }
+
+bool RefreshStreamFiles() {
+  bool all = true;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
+    if (!StreamIsOld[row]) continue;
+    Ship *ship = ShipAt(TheShipTable, row);
+    StreamIsOld[row] = SaveShipStream(ship, StreamPath(ship->fileStem).c_str()) == 0;
+    if (StreamIsOld[row]) all = LogError(("Could not write " + StreamPath(ship->fileStem)).c_str()) != 0;
+    else ForgetShipFile(ship->fileStem);
+  }
+  std::erase_if(Fresh, [](const BlockEdit &e) { return !StreamIsOld[static_cast<size_t>(e.shipRow)]; });
+  TooManyFresh = false;
+  return all;
+}
+
+void RefreshStreamFilesIfDue(double now) {
+  static double refreshed = -RefreshDelay;
+  if (now - refreshed < RefreshDelay && !TooManyFresh) return;
+  RefreshStreamFiles();
+  refreshed = Now();
+}
+
+const std::vector<BlockEdit> &FreshEdits() { return Fresh; }
+
+std::vector<std::string> ShipStems() {
+  std::vector<std::string> stems;
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) stems.push_back(ShipAt(TheShipTable, row)->fileStem);
+  return stems;
+}
+
+std::vector<u8> ShipListPayload(const std::vector<bool> &sent) {
+  std::vector<u8> payload;
+  const u16 count = TheShipTable.count.load();
+  PutU32(&payload, count);
+  for (u16 row = 0; row < count; ++row) WriteString(&payload, sent[row] ? ShipAt(TheShipTable, row)->fileStem : "NULL");
+  for (u16 row = 0; row < count; ++row) {
+    const Ship *ship = ShipAt(TheShipTable, row);
+    Motion m;
+    for (int axis = 0; axis < 3; ++axis) {
+      m.place[axis] = ship->position[axis].load();
+      m.velocity[axis] = ship->velocity[axis].load();
+    }
+    WriteMotion(&payload, m);
+  }
+  return payload;
+}
+
+Motion StartingPlace(size_t player) {
+  Motion m;
+  const i64 step = static_cast<i64>(player / 2 + player % 2) * StartSpacing;
+  m.place[0] = player % 2 == 0 ? step : -step;
+  return m;
+}

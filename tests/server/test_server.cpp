@@ -1,0 +1,410 @@
+// The server on a thread of its own, played with by clients on the loopback.
+#include "server/server.h"
+
+#include <enet/enet.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <thread>
+
+#include "bot.h"
+#include "core/log.h"
+#include "persistence/directory_store.h"
+#include "persistence/stream.h"
+#include "server/clients.h"
+#include "server/console.h"
+#include "server/requests.h"
+#include "server/world.h"
+#include "support/installation.h"
+#include "world/access.h"
+
+static constexpr const char *Here = "127.0.0.1";
+static u16 Port;
+
+static bool Synced(const Bot &b) { return b.synced && !b.players.empty(); }
+static bool Gone(const Bot &b) { return !b.online; }
+
+// Polls all of them until the condition holds.
+static bool Until(std::initializer_list<Bot *> bots, const std::function<bool()> &done, double seconds = 10) {
+  const double end = Now() + seconds;
+  while (!done()) {
+    if (Now() > end) return false;
+    for (Bot *bot : bots) PollBot(bot);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return true;
+}
+
+// For so long that what was coming has come.
+static void Quiet(std::initializer_list<Bot *> bots) {
+  Until(bots, [] { return false; }, 0.3);
+}
+
+static bool Has(const std::vector<std::string> &lines, const std::string &line) { return std::count(lines.begin(), lines.end(), line) != 0; }
+
+static BlockEdit Place(u16 x, u16 material = 5) {
+  return {.type = PacketBlockPlace, .shipRow = 0, .x = x, .y = 200, .z = 300, .block = CubeOf(material)};
+}
+
+static BlockEdit Of(u8 type, u16 x, i32 row = 0) {
+  return {.type = type, .shipRow = row, .x = x, .y = 200, .z = 300, .block = {}, .component = 3};
+}
+
+static u16 MaterialOf(const BlockEdit &e) { return e.type == PacketBlockPlace ? static_cast<u16>(e.block.material) : u16{0}; }
+
+class Server : public testing::Test {
+ protected:
+  void SetUp() override {
+    LoadTables();
+    UseTemporaryInstallation();
+    LogInit();
+    Port = static_cast<u16>(20000 + (getpid() * 7) % 20000);
+    Open(3);
+  }
+  void TearDown() override {
+    for (Bot *bot : {&a, &b, &c}) CloseBot(bot);
+    if (TheServerOptions.Port != 0) Close();
+  }
+  void Open(int players) {
+    WriteText("serveroptions", "Port " + std::to_string(Port) + "\nPlayers " + std::to_string(players) + "\n");
+    ASSERT_TRUE(StartServer());
+    Resume();
+  }
+  void Close() {
+    Pause();
+    StopServer();
+    TheServerOptions.Port = 0;
+  }
+  void Resume() {
+    StopRequested = false;
+    thread = std::thread(RunServer);
+  }
+  void Pause() {
+    StopRequested = true;
+    thread.join();
+  }
+  void Enter(Bot *bot, const char *name) {
+    ASSERT_TRUE(JoinServer(bot, Here, Port, name));
+    ASSERT_TRUE(PollBotUntil(bot, 10, Synced));
+    StandBeside(bot, Place(160));
+  }
+
+  std::thread thread;
+  Bot a, b, c;
+};
+
+TEST_F(Server, AGameGetsTheWorldTheListsAndAName) {
+  Enter(&a, "Ada");
+  EXPECT_EQ(a.ships, std::vector<std::string>{"Asteroid"});
+  EXPECT_GT(a.files["Asteroid"].size(), 20u);
+  EXPECT_EQ(a.players, std::vector<std::string>{"Ada"});
+  Enter(&b, " Ada\n ");
+  Enter(&c, "Server");
+  ASSERT_TRUE(Until({&a, &b, &c}, [&] { return a.players.size() == 3 && b.players.size() == 3; }));
+  EXPECT_EQ(a.players, (std::vector<std::string>{"Ada", "Ada?", "Server(2)"}));
+  EXPECT_EQ(b.ownRow, 1);
+  EXPECT_NE(a.place.place[0], b.place.place[0]);
+  EXPECT_TRUE(Until({&a}, [&] { return Has(a.chat, "* Server(2) logged on"); }));
+  SendPlace(&b, {.place = {1, 2, 3}, .velocity = {4, 5, 6}});
+  EXPECT_TRUE(Until({&a, &b, &c}, [&] { return std::any_of(a.others.begin(), a.others.end(), [](const Motion &m) { return m.place[2] == 3; }); }));
+  for (const auto &[version, name, why] : {std::tuple{"0.22", "x", "Server: this server is for another version of the game"},
+                                           std::tuple{WireVersion, "x", "Server: the server is full"}}) {
+    Bot other;
+    ASSERT_TRUE(ConnectBot(&other, Here, Port));
+    SayHello(&other, version, name);
+    EXPECT_TRUE(PollBotUntil(&other, 10, Gone));
+    EXPECT_TRUE(Has(other.chat, why)) << why;
+    EXPECT_FALSE(other.synced);
+    CloseBot(&other);
+  }
+  CloseBot(&a);
+  EXPECT_TRUE(Until({&b, &c}, [&] { return b.players.size() == 2 && b.ownRow == 0 && Has(b.chat, "* Ada logged off"); }));
+}
+
+TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
+  Enter(&a, "Ada");
+  Enter(&b, "Ben");
+  SendEdit(&a, Place(100));
+  SendEdit(&a, Of(PacketBlockComponent, 100));
+  SendEdit(&a, Place(101));
+  SendEdit(&a, Of(PacketBlockRemove, 101));
+  ASSERT_TRUE(Until({&a, &b}, [&] { return b.edits.size() == 4; }));
+  EXPECT_TRUE(a.edits.empty());
+  b.edits.clear();
+  BlockEdit strange = Place(102), future = Place(102), empty = Place(102);
+  strange.block.component = 0xffff;
+  future.block.state = 3;
+  empty.block.state = StateEmpty;
+  const struct { BlockEdit edit; bool truth; } refused[] = {
+      {Place(1), true}, {Place(9999), true}, {strange, true}, {future, true}, {empty, true}, {Of(PacketBlockRemove, 103), true},
+      {Of(PacketBlockRemove, 101), true}, {Of(PacketBlockComponent, 101), true}, {Place(20), true},
+      {Of(PacketBlockComponent, 103), true}, {Of(PacketBlockRemove, 100, 1), false}, {Of(PacketBlockRemove, 100, -1), false}, {Place(10000), false}};
+  for (const auto &r : refused) {
+    a.edits.clear();
+    SendEdit(&a, r.edit);
+    Quiet({&a, &b});
+    ASSERT_EQ(a.edits.size(), r.truth ? 1u : 0u) << r.edit.x << " " << r.edit.shipRow;
+    EXPECT_TRUE(!r.truth || a.edits[0].type == PacketBlockRemove);
+  }
+  EXPECT_TRUE(b.edits.empty());
+  EXPECT_TRUE(Until({&a, &b}, [] {
+    const std::string log = ReadText("errors.txt");
+    return log.find("Refused edits of Ada:") != std::string::npos && log.find("(out of range)") != std::string::npos && log.find("(out of reach)") != std::string::npos;
+  }));
+  Ship stored;
+  InitShip(&stored, 0);
+  ASSERT_EQ(LoadShipDirectory(&stored, "Asteroid", true, true), 1);
+  EXPECT_EQ(HeadComponent(HeadAt(100, 200, 300, stored)), 3);
+  EXPECT_EQ(HeadAt(101, 200, 300, stored), 0u);
+  FreeShip(&stored);
+}
+
+TEST_F(Server, WhoEditsTooFastEndsInTheSameWorldAsTheOthers) {
+  Enter(&a, "Ada");
+  Enter(&b, "Ben");
+  std::map<u16, u16> mine, theirs;
+  for (u16 i = 0; i < 600; ++i) {
+    const u16 x = static_cast<u16>(100 + i % 121);
+    const BlockEdit e = i % 4 == 3 ? Of(PacketBlockRemove, x) : Place(x, static_cast<u16>(1 + i % 7));
+    mine[x] = MaterialOf(e);
+    SendEdit(&a, e);
+  }
+  SendLine(&a, "done");
+  ASSERT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Ada: done") && Has(b.chat, "Ada: done"); }));
+  for (const BlockEdit &e : a.edits) mine[e.x] = MaterialOf(e);
+  for (const BlockEdit &e : b.edits) theirs[e.x] = MaterialOf(e);
+  EXPECT_GE(b.edits.size(), 150u);
+  EXPECT_LT(b.edits.size(), 500u);
+  for (const auto &[x, material] : mine) EXPECT_EQ(material, theirs[x]) << x;
+  EXPECT_TRUE(Until({&a, &b}, [] { return ReadText("errors.txt").find("(more than 200 a second)") != std::string::npos; }));
+}
+
+TEST_F(Server, ACellThatTwoPlayersChangeAtOnceIsTheSameForBothAndOnDisk) {
+  Enter(&a, "Ada");
+  Enter(&b, "Ben");
+  for (u16 x = 100; x < 140; ++x) {
+    const u16 first = static_cast<u16>(1 + x % 3), second = static_cast<u16>(4 + x % 3);
+    SendEdit(&a, Place(x, first));
+    SendEdit(&b, Place(x, second));
+    if (x % 2 == 0) SendEdit(&a, Of(PacketBlockRemove, x));
+  }
+  Quiet({&a, &b});
+  std::map<u16, u16> worlds[2];
+  for (u16 x = 100; x < 140; ++x) {
+    worlds[0][x] = x % 2 == 0 ? u16{0} : static_cast<u16>(1 + x % 3);
+    worlds[1][x] = static_cast<u16>(4 + x % 3);
+  }
+  for (const BlockEdit &e : a.edits) worlds[0][e.x] = MaterialOf(e);
+  for (const BlockEdit &e : b.edits) worlds[1][e.x] = MaterialOf(e);
+  EXPECT_EQ(worlds[0], worlds[1]);
+  Ship stored;
+  InitShip(&stored, 0);
+  ASSERT_EQ(LoadShipDirectory(&stored, "Asteroid", true, true), 1);
+  for (const auto &[x, material] : worlds[0]) EXPECT_EQ(HeadMaterial(HeadAt(x, 200, 300, stored)), material) << x;
+  FreeShip(&stored);
+}
+
+TEST_F(Server, ChatComesBackToAllAndHasItsPace) {
+  Enter(&a, "Ada");
+  Enter(&b, "Ben");
+  SendLine(&a, "hello\n*ERR: all is lost");
+  SendLine(&a, "|waves");
+  for (Bot *bot : {&a, &b})
+    EXPECT_TRUE(Until({&a, &b}, [&] { return Has(bot->chat, "Ada: hello?*ERR: all is lost") && Has(bot->chat, "* Ada waves"); }));
+  Pause();  // so that more waits than one pass takes
+  const u8 pong = PacketPong;
+  for (int i = 0; i < 998; ++i) QueuePacket(b.peer, enet_packet_create(&pong, 1, ENET_PACKET_FLAG_RELIABLE));
+  for (const char letter : {'1', '2', '3', '4'}) {
+    const u8 line[] = {PacketChat, 1, static_cast<u8>(letter)};
+    QueuePacket(b.peer, enet_packet_create(line, sizeof line, ENET_PACKET_FLAG_RELIABLE));
+  }
+  enet_host_flush(b.host);
+  Resume();
+  EXPECT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Ben: 4"); }));
+  for (const char *line : {"Ben: 1", "Ben: 2", "Ben: 3"}) EXPECT_TRUE(Has(a.chat, line)) << line;
+  for (int i = 0; i < 30; ++i) SendLine(&a, "spam");
+  EXPECT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Server: not so fast"); }));
+  Quiet({&a, &b});
+  EXPECT_LE(std::count(b.chat.begin(), b.chat.end(), "Ada: spam"), 10);
+}
+
+TEST_F(Server, HostilePeersAreDroppedAndAnHonestGamePlaysOn) {
+  Enter(&a, "Ada");
+  std::vector<std::vector<u8>> samples = {{14, 'x'}, std::vector<u8>(40, 1), std::vector<u8>(5000, 9)};
+  for (const BlockEdit &e : {Place(100), Of(PacketBlockRemove, 100), Of(PacketBlockComponent, 100)}) {
+    samples.emplace_back();
+    WriteBlockEdit(&samples.back(), e);
+  }
+  const std::vector<u8> large(60u << 20, 0);
+  const std::vector<u8> bomb = SealPacket(PacketChat, large.data(), large.size());
+  int dropped = 0;
+  for (int type = 0; type < 256; ++type) {
+    if (!b.online) {
+      CloseBot(&b);
+      ASSERT_TRUE(ConnectBot(&b, Here, Port)) << type;
+      if (type % 2 == 0) SayHello(&b, WireVersion, "Eve");
+      ++dropped;
+    }
+    for (const auto &sample : samples)
+      for (size_t length = 0; length < sample.size(); length += sample.size() > 100 ? 499 : 1) {
+        std::vector<u8> packet(sample.begin(), sample.begin() + static_cast<long>(length));
+        packet.insert(packet.begin(), static_cast<u8>(type));
+        if (b.online) SendRaw(&b, packet, length % 2 == 0);
+        PollBot(&b);
+      }
+    PollBotUntil(&b, 0.02, Gone);
+  }
+  EXPECT_GT(dropped, 10);
+  CloseBot(&b);
+  ASSERT_TRUE(ConnectBot(&b, Here, Port));
+  SendRaw(&b, bomb);
+  SendRaw(&b, std::vector<u8>(3000, 0xbb));
+  SendEdit(&a, Place(150));
+  SendLine(&a, "still here");
+  EXPECT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Ada: still here"); }));
+  Enter(&c, "Cy");
+  SendEdit(&c, Place(151));
+  EXPECT_TRUE(Until({&a, &b, &c}, [&] { return !a.edits.empty() && a.edits.back().x == 151; }));
+  EXPECT_EQ(a.faults, 0u);
+  EXPECT_EQ(Count(ReadText("errors.txt"), "*ERR"), 0);
+}
+
+TEST_F(Server, WhoSaysNothingIsDropped) {
+  ASSERT_TRUE(ConnectBot(&a, Here, Port));
+  Enter(&b, "Ben");
+  EXPECT_TRUE(Until({&a, &b}, [&] { return !a.online; }, 10));
+  EXPECT_TRUE(Has(a.chat, "Server: no hello"));
+  EXPECT_TRUE(b.online);
+  Pause();
+  CheckSilence(Now() + 31);
+  Resume();
+  EXPECT_TRUE(PollBotUntil(&b, 10, Gone));
+  EXPECT_TRUE(Has(b.chat, "Server: no answer"));
+}
+
+TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
+  Close();
+  std::filesystem::remove_all("saves");
+  std::filesystem::create_directories("saves");
+  for (const std::string &name : {std::string("Two"), std::string("One (old)-1.x"), std::string("Umläut")}) {
+    Ship *ship = NewTestShip();
+    PlaceHere(ship, 5000, 5000, 5000, CubeOf(5));
+    ASSERT_EQ(SaveShipStream(ship, ("saves/" + name + ".sts").c_str()), 1);
+    FreeShip(ship);
+  }
+  WriteText("saves/rubbish.txt", "x");
+  WriteText("saves/.hidden.sts", "x");
+  Open(2);
+  Enter(&a, "Ada");
+  EXPECT_EQ(a.ships.size(), 3u);
+  EXPECT_EQ(std::count(a.ships.begin(), a.ships.end(), "NULL"), 1) << "a game couldn't store a file of that name";
+  EXPECT_EQ(a.files.size(), 2u);
+  LogInit();
+  const ServerOptions kept = TheServerOptions;
+  SendEdit(&a, Of(PacketBlockRemove, 100));
+  Quiet({&a});
+  Pause();
+  EXPECT_FALSE(StartServer()) << "two servers in one folder";
+  EXPECT_NE(ReadText("errors.txt").find("Another server runs in this folder"), std::string::npos);
+  TheServerOptions = kept;
+  Resume();
+  ConsoleLine("kick Nobody");
+  EXPECT_TRUE(a.online);
+}
+
+// The program itself, killed while two players build.
+static pid_t StartProgram() {
+  std::filesystem::remove("server.log");
+  const std::string program = std::string(TARNVALE_BINARIES) + "/src/server/tarnvale-server";
+  char *const words[] = {const_cast<char *>(program.c_str()), nullptr};
+  pid_t pid = -1;
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", 0, 0);
+  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", 1, 0);
+  posix_spawn(&pid, program.c_str(), &actions, nullptr, words, environ);
+  posix_spawn_file_actions_destroy(&actions);
+  for (int i = 0; i < 1000 && ReadText("server.log").find("Listening") == std::string::npos; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  return pid;
+}
+
+static void EndProgram(pid_t pid, int signal) {
+  int status = 0;
+  kill(pid, signal);
+  waitpid(pid, &status, 0);
+  EXPECT_TRUE(signal != SIGTERM || status == 0) << status;
+}
+
+// Every fifth one removes what the one before it placed.
+static BlockEdit NumberedEdit(u16 number) {
+  if (number % 5 == 4) {
+    BlockEdit e = NumberedEdit(static_cast<u16>(number - 1));
+    e.type = PacketBlockRemove;
+    return e;
+  }
+  BlockEdit e = Place(static_cast<u16>(100 + number % 90), static_cast<u16>(1 + number % 7));
+  e.z = static_cast<u16>(300 + 10 * (number % 4));
+  return e;
+}
+
+// For each cell what may stand there: what was heard of last, and what was sent behind it and may have been stored or not.
+using Possible = std::map<std::array<u16, 2>, std::set<u16>>;
+
+static void NoteRound(const std::vector<BlockEdit> &sent, size_t heard, Possible *cells) {
+  for (size_t i = 0; i < sent.size(); ++i) {
+    std::set<u16> *materials = &(*cells)[{sent[i].x, sent[i].z}];
+    if (i < heard) materials->clear();
+    else if (materials->empty()) materials->insert(0);
+    materials->insert(MaterialOf(sent[i]));
+  }
+}
+
+static size_t ImpossibleCells(const std::vector<u8> &file, const Possible &cells) {
+  WriteText("saves/late.sts", std::string(file.begin(), file.end()));
+  Ship ship;
+  InitShip(&ship, 0);
+  if (!AllocShipTable(&ship) || LoadShipStream(&ship, "saves/late.sts", false) == 0) return cells.size();
+  size_t impossible = 0;
+  for (const auto &[at, materials] : cells) impossible += 1 - materials.count(static_cast<u16>(HeadMaterial(HeadAt(at[0], 200, at[1], ship))));
+  FreeShip(&ship);
+  return impossible;
+}
+
+TEST_F(Server, AKillLosesNoEditThatAnybodyHeardOf) {
+  Close();
+  Possible cells;
+  u16 number = 0;
+  for (int round = 0; round < 4; ++round) {
+    const pid_t pid = StartProgram();
+    ASSERT_GT(pid, 0);
+    Enter(&a, "Ada");
+    Enter(&b, "Ben");
+    std::vector<BlockEdit> sent;
+    for (const double end = Now() + 0.7 + 0.13 * round; Now() < end; std::this_thread::sleep_for(std::chrono::milliseconds(6))) {
+      sent.push_back(NumberedEdit(number++));
+      SendEdit(&a, sent.back());
+      PollBot(&a);
+      PollBot(&b);
+    }
+    EndProgram(pid, SIGKILL);
+    PollBot(&b);
+    EXPECT_GT(b.edits.size(), 20u);
+    ASSERT_LE(b.edits.size(), sent.size());
+    NoteRound(sent, b.edits.size(), &cells);
+    CloseBot(&a);
+    CloseBot(&b);
+  }
+  const pid_t pid = StartProgram();
+  Enter(&c, "Cy");
+  EXPECT_GT(cells.size(), 60u);
+  EXPECT_EQ(ImpossibleCells(c.files["Asteroid"], cells), 0u);
+  EndProgram(pid, SIGTERM);
+  EXPECT_NE(ReadText("server.log").find("Stopped"), std::string::npos);
+}
