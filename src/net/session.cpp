@@ -24,6 +24,7 @@ constexpr int LogBurst = 200;             // lines of the log that a server may 
 constexpr double RoundSeconds = 0.05;     // after which a round of receiving leaves the rest to the next one
 
 static bool EnetReady = false;  // main thread
+static LogLimit ServersLines{LogBurst, 0};  // of this second; main thread at the start, then the thread that polls
 
 static bool MakeHost() {
   if (!EnetReady && enet_initialize() != 0) return LogError("Cannot initialize Enet") != 0;
@@ -77,6 +78,7 @@ static bool Connect(const char *name, u16 port) {
     return false;
   }
   LogInfo("Connected to server successfully!");
+  ServersLines = {LogBurst, 0};
   Online = true;
   Greet();
   return true;
@@ -140,15 +142,14 @@ static void DoPacket(const u8 *data, size_t length) {
 // What a server makes this game log has its pace: what is beyond it is told of once a second.
 void HandlePacket(const u8 *data, size_t length) {
   using Clock = std::chrono::steady_clock;
-  static LogLimit limit{LogBurst, 0};
   static Clock::time_point filled = Clock::now();
   const Clock::time_point now = Clock::now();
   if (now - filled >= std::chrono::seconds(1)) {
-    if (limit.dropped != 0) LogInt("Lines about the server that were left out:", limit.dropped);
-    limit = {LogBurst, 0};
+    if (ServersLines.dropped != 0) LogInt("Lines about the server that were left out:", ServersLines.dropped);
+    ServersLines = {LogBurst, 0};
     filled = now;
   }
-  LimitLog(&limit);
+  LimitLog(&ServersLines);
   DoPacket(data, length);
   LimitLog(nullptr);
 }
