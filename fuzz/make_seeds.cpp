@@ -80,10 +80,10 @@ static void PutShips() {
   }
   for (const char *target : {"ship_stream", "ship_shell"})
     PutSeed(target, "content", '\0' + std::string(packed.begin(), packed.end()));
-  Demand(SaveShipStream(&ship, "saves/a.sts") == 1 && SaveShipText(ship, "a", false, true, true) == 1, "the ship is saved");
+  Demand(SaveShipStream(&ship, "saves/a.sts") == 1 && SaveShipText(ship, "Default", false, true, true) == 1, "the ship is saved");
   for (const char *target : {"ship_stream", "ship_shell"}) PutSeed(target, "file", '\1' + ReadAll("saves/a.sts"));
   const std::string light = Unpacked("cache/Default.slf"), voxels = Unpacked("cache/Default.scf");
-  PutSeed("ship_text", "lit", U16(light.size()) + U16(voxels.size()) + light + voxels + Unpacked("saves/a.ssf"));
+  PutSeed("ship_text", "lit", U16(light.size()) + U16(voxels.size()) + light + voxels + Unpacked("saves/Default.ssf"));
   for (const auto &entry : fs::directory_iterator(fs::path(TARNVALE_ROOT) / "tests/persistence/ships"))
     PutSeed("ship_text", entry.path().stem(), std::string(4, '\0') + ReadAll(entry.path()));
   FreeShip(&ship);
