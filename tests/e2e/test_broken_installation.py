@@ -140,7 +140,7 @@ class BrokenInstallation(unittest.TestCase):
             ("rows past the tables", gzip.compress(content + wrong_rows), of_ship + "has blocks that the tables don't", len(whole) + 1),
             ("a chunk outside", gzip.compress(content + wrong_group), of_ship + "has blocks outside every ship", len(whole)),
             ("an impossible count", gzip.compress(content + wrong_count), of_ship + "has a chunk with an imp", len(whole)),
-            ("a file cut in two", packed[:len(packed) // 2], of_ship + "is cut short", None),
+            ("a file cut in two", packed[:len(packed) // 2], of_ship + "is damaged", None),
             ("rubbish", RUBBISH, no_ship, None), ("nothing", b"", no_ship, None)]
         for name, data, words, expected in damages:
             ship.write_bytes(data)
