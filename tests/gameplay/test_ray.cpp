@@ -1,27 +1,17 @@
 // Rays and the aim.
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "content/components.h"
-#include "content/options.h"
-#include "gameplay/target.h"
-#include "support/installation.h"
-#include "world/access.h"
+#include "gameplay/play.h"
 
-struct Aim : testing::Test {
+struct Aim : Play {
+  Player player;
+  Target target;
   void SetUp() override {
-    LoadTables();
-    UseTemporaryInstallation();
-    ResetOptions();
-    ship = NewTestShip();
-    player.relativeLoc[0] = player.relativeLoc[1] = player.relativeLoc[2] = 5000.5f;
+    Play::SetUp();
+    for (float &c : player.relativeLoc) c = 5000.5f;
     ResetTarget(&target, 0, 0, 0);
     target.menuOpen = false;
-  }
-  void TearDown() override {
-    FreeShip(ship);
-    delete ship;
   }
   void Look(float pitch, float yaw) {
     constexpr float degree = 0.017453292f;
@@ -30,24 +20,22 @@ struct Aim : testing::Test {
     player.sinYaw = std::sin(yaw * degree);
     player.cosYaw = std::cos(yaw * degree);
   }
-  Ship *ship = nullptr;
-  Player player;
-  Target target;
+  int FollowTo(Ray *ray) const {
+    int answer;
+    do answer = StepVoxelRay(ray, *ship);
+    while (answer == RayOpen);
+    return answer;
+  }
 };
 
 TEST_F(Aim, VoxelRaysSampleThePlaceJustBeyondTheirBlock) {
-  PlaceHere(ship, 5002, 5000, 5000, CubeOf());
+  Place(5002, 5000, 5000);
   Ray ray = NewRayToward({5000.5f, 5000.5f, 5000.5f}, {5004.5f, 5000.5f, 5000.5f});
   EXPECT_EQ(ray.stepsLeft, 216);  // (4 + 0.5) * 48
-  int answer;
-  do answer = StepVoxelRay(&ray, *ship);
-  while (answer == RayOpen);
-  EXPECT_EQ(answer, RaySpent);  // cell 5001 is free: there it stays
+  EXPECT_EQ(FollowTo(&ray), RaySpent);  // cell 5001 is free: there it stays
   EXPECT_EQ(static_cast<int>(ray.pos[0]), 5001);
   ray = NewRayToward({5001.5f, 5000.5f, 5000.5f}, {5004.5f, 5000.5f, 5000.5f});
-  do answer = StepVoxelRay(&ray, *ship);
-  while (answer == RayOpen);
-  EXPECT_EQ(answer, RaySolid);
+  EXPECT_EQ(FollowTo(&ray), RaySolid);
   EXPECT_FLOAT_EQ(ray.pos[0], 5002.0f);
   ray = NewRayAway({100.5f, 100.5f, 100.5f}, {101.5f, 100.5f, 100.5f});
   EXPECT_EQ(StepVoxelRay(&ray, *ship), RayNoChunk);
@@ -59,13 +47,10 @@ TEST_F(Aim, VoxelRaysSampleThePlaceJustBeyondTheirBlock) {
 }
 
 TEST_F(Aim, CellRaysBreakTiesAndEndOnTheirCell) {
-  struct Case {
-    Cell3 from, to;
-    u8 rank[3];
-  };
-  const Case cases[] = {{{10, 10, 10}, {20, 15, 12}, {1, 2, 3}}, {{10, 10, 10}, {13, 20, 10}, {2, 1, 3}},
-                        {{10, 10, 10}, {20, 20, 20}, {2, 1, 3}}, {{20, 20, 20}, {10, 13, 5}, {2, 3, 1}}};
-  for (const Case &c : cases) {
+  const struct { Cell3 from, to; u8 rank[3]; } cases[] = {
+      {{10, 10, 10}, {20, 15, 12}, {1, 2, 3}}, {{10, 10, 10}, {13, 20, 10}, {2, 1, 3}},
+      {{10, 10, 10}, {20, 20, 20}, {2, 1, 3}}, {{20, 20, 20}, {10, 13, 5}, {2, 3, 1}}};
+  for (const auto &c : cases) {
     Ray ray = NewCellRay(c.from, c.to);
     for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(ray.rank[axis], c.rank[axis]) << axis;
     int answer = RayOpen, steps = 0;
@@ -75,14 +60,10 @@ TEST_F(Aim, CellRaysBreakTiesAndEndOnTheirCell) {
 }
 
 TEST_F(Aim, EveryFaceIsFoundWithTheFreeCellInFrontOfIt) {
-  struct Case {
-    float pitch, yaw;
-    int dx, dy, dz;
-    u64 face;
-  };
-  const Case cases[] = {{0, 0, 0, 0, -4, 1}, {0, 180, 0, 0, 4, 3}, {0, 90, -4, 0, 0, 4},
-                        {0, -90, 4, 0, 0, 6}, {90, 0, 0, 4, 0, 5}, {-90, 0, 0, -4, 0, 2}};
-  for (const Case &c : cases) {
+  const struct { float pitch, yaw; int dx, dy, dz; u64 face; } cases[] = {
+      {0, 0, 0, 0, -4, 1}, {0, 180, 0, 0, 4, 3}, {0, 90, -4, 0, 0, 4},
+      {0, -90, 4, 0, 0, 6}, {90, 0, 0, 4, 0, 5}, {-90, 0, 0, -4, 0, 2}};
+  for (const auto &c : cases) {
     const int x = 5000 + c.dx, y = 5000 + c.dy, z = 5000 + c.dz;
     PlaceHere(ship, x, y, z, CubeOf(5, 2, 3));
     Look(c.pitch, c.yaw);
@@ -93,7 +74,7 @@ TEST_F(Aim, EveryFaceIsFoundWithTheFreeCellInFrontOfIt) {
     EXPECT_EQ(std::abs(target.placeCell.x - x) + std::abs(target.placeCell.y - y) + std::abs(target.placeCell.z - z), 1);
     EXPECT_EQ(target.hitBlock.rotation, 3u);
     EXPECT_FALSE(target.markerHidden || target.targetBlocked);
-    RemoveBlock(static_cast<u16>(x), static_cast<u16>(y), static_cast<u16>(z), ship);
+    Remove(x, y, z);
   }
   ASSERT_FALSE(UpdateTarget(&target, player, *ship));  // nothing left in reach
   EXPECT_TRUE(target.markerHidden && target.targetBlocked);
@@ -101,28 +82,27 @@ TEST_F(Aim, EveryFaceIsFoundWithTheFreeCellInFrontOfIt) {
 }
 
 TEST_F(Aim, TheBlockRoundTheEyeIsAimedAtOnlyByItsVoxels) {
-  PlaceHere(ship, 5000, 5000, 5000, CubeOf());
+  Place(5000, 5000, 5000);
   ASSERT_TRUE(UpdateTarget(&target, player, *ship));
   EXPECT_EQ(target.marker.component, 4u);
   EXPECT_EQ(target.placeCell.x, 0);
   EXPECT_EQ(target.targetCell.x, 5000);
   const u16 window = static_cast<u16>(FindComponent(1010));  // a pane leaves room in its cell
   PlaceHere(ship, 5000, 5000, 5000, CubeOf(5, window));
-  PlaceHere(ship, 5000, 5000, 4990, CubeOf());
+  Place(5000, 5000, 4990);
   UpdateTarget(&target, player, *ship);
   EXPECT_EQ(target.targetCell.x, 5000);
 }
 
 TEST_F(Aim, SpeedMenuAndPlanesHideOrHoldTheMarker) {
-  PlaceHere(ship, 5000, 5000, 4996, CubeOf());
-  target.tooFast = true;
-  ASSERT_TRUE(UpdateTarget(&target, player, *ship));
-  EXPECT_TRUE(target.markerHidden && target.targetBlocked);
-  target.tooFast = false;
-  target.menuOpen = true;
-  UpdateTarget(&target, player, *ship);
-  EXPECT_TRUE(target.markerHidden);
-  EXPECT_FALSE(target.targetBlocked);
+  Place(5000, 5000, 4996);
+  for (const bool tooFast : {true, false}) {
+    target.tooFast = tooFast;
+    target.menuOpen = !tooFast;
+    ASSERT_TRUE(UpdateTarget(&target, player, *ship));
+    EXPECT_TRUE(target.markerHidden);
+    EXPECT_EQ(target.targetBlocked, tooFast);
+  }
   target.menuOpen = false;
   target.aimState = 3;  // frozen: the view no longer moves it
   const Cell3 held = target.targetCell;

@@ -13,20 +13,13 @@ TEST(Mode, OpensAndClosesTheMenuUnlessItIsLocked) {
     uiMode = s.mode;
     PlayerFlags.menuOpen = s.mode == 1;
     testing::internal::CaptureStdout();
+    PointAt(3, 4);
     EXPECT_EQ(ToggleMenu(), s.result);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), s.mode == 2 ? "WARN: Problem setting UI Mode \n" : "");
     EXPECT_EQ(uiMode, s.after);
     EXPECT_EQ(PlayerFlags.menuOpen, s.after == 1);
+    // A click right after Esc goes to where the pointer is seen, not to where the last menu left it.
+    EXPECT_EQ(GuiPointerX == 0 && GuiPointerY == 0, s.mode == 0 && s.closable);
   }
   MenuClosable = true;
-}
-
-// A click right after Esc goes to where the pointer is seen, not to where the last menu left it.
-TEST(Mode, OpensTheMenuWithThePointerInTheMiddle) {
-  uiMode = 0;
-  PointAt(3, 4);
-  ToggleMenu();
-  EXPECT_EQ(GuiPointerX, 0);
-  EXPECT_EQ(GuiPointerY, 0);
-  ToggleMenu();
 }

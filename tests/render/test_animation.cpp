@@ -33,7 +33,7 @@ TEST_F(Animation, RingClosesAndEachFrameLastsSeventeenAppends) {
   EXPECT_EQ(CurrentFrame(g), nullptr);
 }
 
-TEST_F(Animation, UnfinishedRingStopsAtItsLastFrame) {
+TEST_F(Animation, WithoutAWholeRingTheLastFrameStands) {
   const Block b = CubeOf(5, first);
   GraphicBlock *g = Put(5, 6, 7, b);
   ASSERT_EQ(Build(g, b), 1);
@@ -44,16 +44,10 @@ TEST_F(Animation, UnfinishedRingStopsAtItsLastFrame) {
   Build(g, CubeOf(5, open));
   EXPECT_EQ(g->lodNext, nullptr);
   for (int append = 0; append < 40; ++append) ASSERT_EQ(CurrentFrame(g), g);
-}
-
-TEST_F(Animation, LoneLastFrameAndGhostsStandStill) {
-  const Block last = CubeOf(5, static_cast<u16>(first + 2));
-  GraphicBlock *g = Put(5, 6, 7, last);
-  Build(g, last);
-  EXPECT_EQ(g->frameLength, 0);
-  EXPECT_EQ(g->frameTimer, 127);
+  Build(g, CubeOf(5, static_cast<u16>(first + 2)));  // the last frame on its own
+  EXPECT_TRUE(g->frameLength == 0 && g->frameTimer == 127);
   g->ghostAlpha = 120;
-  Build(g, CubeOf(5, first));
-  EXPECT_EQ(g->lodNext, nullptr);
+  Build(g, b);
+  EXPECT_EQ(g->lodNext, nullptr) << "a ghost stands still";
   EXPECT_EQ(CurrentFrame(g), g);
 }

@@ -1,10 +1,11 @@
-// The lists of a block against a slow model that follows the rules voxel by voxel.
+// The lists of a block, and the colours in them, against a slow model that follows the rules voxel by voxel.
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "core/utils.h"
 #include "render/blocks.h"
+#include "render/colour.h"
 
 struct Entry {
   int x, y, z;
@@ -35,7 +36,7 @@ struct SlowModel {
   int ghost = 0;
 
   int Exposure(const int (&at)[3], int v) const {
-    int open = 0, through = 0, inside = 0;
+    int open = 0, through = 0, inside = 0, solid = 0;
     for (const int axis : {1, 2, 0})
       for (const int step : {1, -1}) {
         int to[3] = {at[0], at[1], at[2]};
@@ -43,7 +44,7 @@ struct SlowModel {
         if (to[axis] >= 0 && to[axis] <= 15) {
           const u8 a = own.At(own.Index(to[0], to[1], to[2])).alpha;
           const bool seen = (a >= 2 && a <= 249) || (own.Glass() && a == 254);
-          ++inside, open += a < 2 || seen, through += seen;
+          ++inside, open += a < 2 || seen, through += seen, solid += a >= 250;
           continue;
         }
         to[axis] &= 15;
@@ -53,6 +54,7 @@ struct SlowModel {
         open += kind;
       }
     const u8 a = own.At(v).alpha;
+    if (solid == 6) return 0;
     if (inside == 6 && through == 6 && (a < 250 || (own.Glass() && a == 254))) return 0;
     return open > 0 ? 1 : 0;
   }
@@ -125,7 +127,7 @@ struct SlowModel {
     std::vector<int> where(4096), map(4096), eights(4097);
     for (int p = 0; p < 4096; ++p) where[static_cast<size_t>(own.Index(p >> 8, p >> 4 & 15, p & 15))] = p;
     for (int v = 0; v < 4096; ++v) {
-      const u8 alpha = Components[own.block.component].voxelRuns[static_cast<size_t>(v)].alpha;
+      const u8 alpha = own.At(v).alpha;
       if (alpha == 0) continue;
       const int p = where[static_cast<size_t>(v)], at[3] = {p >> 8, p >> 4 & 15, p & 15};
       const int r = Exposure(at, v);
@@ -245,10 +247,8 @@ TEST_F(Cache, BlocksWithoutVoxelsKeepTheRightEmptyForm) {
 }
 
 TEST_F(Cache, AppendsPlaceEveryEntryOfEveryList) {
-  const struct {
-    int (*append)(GraphicBlock *, VoxelList *);
-    float offset, scale;
-  } forms[] = {{AppendOpaque, 0, 1}, {AppendTransparent, 0, 1}, {AppendEight, 0.03125f, 2}, {AppendQuad, 0.09375f, 4}};
+  const struct { int (*append)(GraphicBlock *, VoxelList *); float offset, scale; } forms[] = {
+      {AppendOpaque, 0, 1}, {AppendTransparent, 0, 1}, {AppendEight, 0.03125f, 2}, {AppendQuad, 0.09375f, 4}};
   const Block b = CubeOf(materials[1], components[2], 4, 3);
   GraphicBlock *g = Put(9999, 4321, 7, b);
   GiveLights(g, 2);
@@ -272,39 +272,48 @@ TEST_F(Cache, SeeThroughVoxelsComeNearestFirstAndAFewGlint) {
   GraphicBlock *g = Put(30, 31, 32, b);
   GiveLights(g, 3);
   Build(g, b);
-  const CacheList part = ListOf(g->cache, TransparentList);
-  const unsigned count = part.count;
+  std::vector<Entry> entries = EntriesOf(g->cache, TransparentList);
+  const unsigned count = static_cast<unsigned>(entries.size());
   ASSERT_GT(count, 300u);
   const float camera[3] = {33.3f, 30.1f, 29.9f};
   const u32 seed = 0x9e3779b9;
-  std::vector<unsigned> order(count);
-  std::vector<float> keys(count);
-  for (unsigned e = 0; e < count; ++e) {
-    const CacheVoxel &v = part.voxels[e];
-    order[e] = e;
-    keys[e] = std::fabs(camera[0] - 30 - v.x / 16.0f) + std::fabs(camera[1] - 31 - v.y / 16.0f) + std::fabs(camera[2] - 32 - v.z / 16.0f);
-  }
-  std::stable_sort(order.begin(), order.end(), [&](unsigned l, unsigned r) { return keys[l] < keys[r]; });
+  const auto way = [&](const Entry &e) {
+    return std::fabs(camera[0] - 30 - static_cast<float>(e.x) / 16) + std::fabs(camera[1] - 31 - static_cast<float>(e.y) / 16) +
+           std::fabs(camera[2] - 32 - static_cast<float>(e.z) / 16);
+  };
+  std::stable_sort(entries.begin(), entries.end(), [&](const Entry &l, const Entry &r) { return way(l) < way(r); });
   AppendTransparentSorted(g, &list, camera);
   AppendTransparentSparkle(g, &list, camera, seed);
   ASSERT_EQ(list.count, 8 * count);
   unsigned glints = 0;
   for (unsigned i = 0; i < count; ++i) {
-    const CacheVoxel &v = part.voxels[order[i]];
-    const u32 plain = part.colours[order[i]];
+    const auto &[x, y, z, plain] = entries[i];
     ASSERT_EQ(ColourAt(i), plain) << i;
-    ASSERT_EQ(list.locations[4 * i + 2], 32 + v.z / 16.0f);
-    const float h = HashToUnit(static_cast<u32>(v.x + v.y * v.z) + (plain & 255) * seed);
-    u32 expected = plain;
-    if (h < 0.04f) {
-      ++glints;
-      expected &= 0xff000000u;
-      for (int c = 0; c < 24; c += 8) {
-        const float channel = static_cast<float>(plain >> c & 255);
-        expected |= std::min(255u, static_cast<u32>(channel + (HashToUnit(plain >> c & 255) * 0.29411763f + h * 50) * channel)) << c;
-      }
+    ASSERT_EQ(list.locations[4 * i + 2], 32 + static_cast<float>(z) / 16);
+    const float h = HashToUnit(static_cast<u32>(x + y * z) + (plain & 255) * seed);
+    u32 expected = h < 0.04f ? plain & 0xff000000u : plain;
+    for (int c = 0; h < 0.04f && c < 24; c += 8) {
+      const float channel = static_cast<float>(plain >> c & 255);
+      const float brighter = (HashToUnit(plain >> c & 255) * 0.29411763f + h * 50) * channel;
+      expected |= std::min(255u, static_cast<u32>(channel + brighter)) << c;
     }
+    glints += h < 0.04f;
     ASSERT_EQ(ColourAt(count + i), expected) << i;
   }
   EXPECT_GT(glints, 0u);
+}
+
+TEST_F(Cache, CubesInTheDarkAreNeverWhollyBlack) {
+  const Block b = CubeOf(1, components[0]);
+  GraphicBlock *g = Put(5, 6, 7, b);
+  ship->ComScruffiness = 0;
+  CubeColour(g, HeadOf(b), *ship);
+  EXPECT_EQ(g->cacheState[0], 1);
+  GiveLights(g, 1);
+  g->lightList[0] = {8, 0, 0, 255, 255, 255, 0};
+  CubeColour(g, HeadOf(b), *ship);
+  EXPECT_EQ(g->cacheState[0], 1);  // kept until it is cleared
+  g->cacheState[0] = 0;
+  CubeColour(g, HeadOf(b), *ship);
+  EXPECT_EQ(g->cacheState[1], static_cast<u8>(static_cast<float>(Materials[1].green) * (128.5f * 0.003921569f)));
 }

@@ -4,12 +4,7 @@
 #include "net/session.h"
 #include "render/blocks.h"
 
-struct DebrisTest : Render {
-  void SetUp() override {
-    Render::SetUp();
-    InitDebris();
-  }
-};
+using DebrisTest = Render;
 
 TEST_F(DebrisTest, PiecesSpreadFadeAndDie) {
   Options.ExplosionScale = 0.5f;
@@ -37,10 +32,7 @@ TEST_F(DebrisTest, PiecesSpreadFadeAndDie) {
 
 TEST_F(DebrisTest, MemoryMovesInSteps) {
   Options.ExplosionScale = 1;
-  const struct {
-    int more;
-    u32 count, capacity;
-  } steps[] = {{4092, 4092, 4096}, {1, 4093, 8192}, {8000, 12093, 12288}};
+  const struct { int more; u32 count, capacity; } steps[] = {{4092, 4092, 4096}, {1, 4093, 8192}, {8000, 12093, 12288}};
   for (const auto &step : steps) {
     SpawnDebris(0, 0, 0, step.more, 1, 1);
     EXPECT_EQ(DebrisCount(), step.count);

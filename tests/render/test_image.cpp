@@ -12,17 +12,7 @@
 
 using Bytes = std::vector<u8>;
 
-static void WriteBytes(const char *path, const Bytes &bytes) {
-  FILE *file = fopen(path, "wb");
-  ASSERT_NE(file, nullptr);
-  fwrite(bytes.data(), 1, bytes.size(), file);
-  fclose(file);
-}
-
-static Bytes ReadBytes(const char *path) {
-  const std::string text = ReadText(path);
-  return Bytes(text.begin(), text.end());
-}
+static void WriteBytes(const char *path, const Bytes &bytes) { WriteText(path, {bytes.begin(), bytes.end()}); }
 
 // A picture of 2 x 2 pixels in any of the kinds that the format has. seeThrough: the second palette entry's alpha.
 static void WriteKind(const char *path, int type, int depth, Bytes rows, bool seeThrough, int interlace) {
@@ -52,15 +42,7 @@ struct Image : testing::Test {
 };
 
 TEST_F(Image, EveryKindOfPngComesOutAsFourBytes) {
-  struct Kind {
-    const char *name;
-    int type, depth;
-    Bytes rows;
-    bool seeThrough;
-    Bytes wanted;
-  };
-  const Kind kinds[] = {
-      {"grey", PNG_COLOR_TYPE_GRAY, 8, {1, 2, 3, 4}, false, {1, 1, 1, 255, 2, 2, 2, 255, 3, 3, 3, 255, 4, 4, 4, 255}},
+  const struct { const char *name; int type, depth; Bytes rows; bool seeThrough; Bytes wanted; } kinds[] = {
       {"one bit", PNG_COLOR_TYPE_GRAY, 1, {0x40, 0x80}, false,
        {0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255, 255, 0, 0, 0, 255}},
       {"grey, alpha", PNG_COLOR_TYPE_GRAY_ALPHA, 8, {1, 2, 3, 4, 5, 6, 7, 8}, false,
@@ -69,12 +51,9 @@ TEST_F(Image, EveryKindOfPngComesOutAsFourBytes) {
        {1, 2, 3, 255, 4, 5, 6, 255, 7, 8, 9, 255, 10, 11, 12, 255}},
       {"RGBA", PNG_COLOR_TYPE_RGB_ALPHA, 8, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}, false,
        {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}},
-      {"palette", PNG_COLOR_TYPE_PALETTE, 4, {0x01, 0x10}, false,
-       {10, 20, 30, 255, 40, 50, 60, 255, 40, 50, 60, 255, 10, 20, 30, 255}},
-      {"palette, alpha", PNG_COLOR_TYPE_PALETTE, 8, {0, 1, 1, 0}, true,
-       {10, 20, 30, 255, 40, 50, 60, 99, 40, 50, 60, 99, 10, 20, 30, 255}},
-  };
-  for (const Kind &kind : kinds)
+      {"palette, alpha", PNG_COLOR_TYPE_PALETTE, 4, {0x01, 0x10}, true,
+       {10, 20, 30, 255, 40, 50, 60, 99, 40, 50, 60, 99, 10, 20, 30, 255}}};
+  for (const auto &kind : kinds)
     for (const int interlace : {PNG_INTERLACE_NONE, PNG_INTERLACE_ADAM7}) {
       WriteKind("kind.png", kind.type, kind.depth, kind.rows, kind.seeThrough, interlace);
       Bytes buffer(16);
@@ -100,9 +79,9 @@ TEST_F(Image, PngThatDoesNotFitTouchesNothing) {
             "info: Error System Initialized \n*ERR: Unable to open png file \n"
             "*ERR: wide.png is 3 x 2 pixels. I need 2 x 2. \n*ERR: PNG with 16 bits a sample. I need 8 or fewer. \n");
   ASSERT_TRUE(WritePng("whole.png", wide, 2, 2));
-  const Bytes whole = ReadBytes("whole.png");
+  const std::string whole = ReadText("whole.png");
   for (size_t length = 8; length < whole.size(); length++) {
-    WriteBytes("cut.png", Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
+    WriteText("cut.png", whole.substr(0, length));
     EXPECT_EQ(LoadPng(buffer.data(), "cut.png", 2, 2), 0) << length;
   }
   EXPECT_EQ(buffer, Bytes(16, 7));
@@ -110,8 +89,8 @@ TEST_F(Image, PngThatDoesNotFitTouchesNothing) {
 }
 
 TEST_F(Image, TgaSwapsRedAndBlueAndRefusesTheRest) {
-  Bytes head(12);
   const Bytes size24{2, 0, 1, 0, 24, 0}, size32{1, 0, 1, 0, 32, 8}, size16{2, 0, 1, 0, 16, 0}, wide{3, 0, 1, 0, 24, 0};
+  const Bytes head(12);
   const auto joined = [&head](const Bytes &size, const Bytes &pixels) {
     Bytes all = head;
     all.insert(all.end(), size.begin(), size.end());
@@ -129,18 +108,12 @@ TEST_F(Image, TgaSwapsRedAndBlueAndRefusesTheRest) {
   EXPECT_EQ(LoadTga(buffer.data(), "a.tga", 1, 1, &bytesPerPixel), 1);
   EXPECT_EQ(Bytes(buffer.begin(), buffer.begin() + 4), (Bytes{3, 2, 1, 4}));
   EXPECT_EQ(bytesPerPixel, 4);
-  struct Fault {
-    Bytes file;
-    const char *words;
-  };
-  const Fault faults[] = {
-      {Bytes(11), "Unable to read tga header"},
-      {Bytes(17), "Unable to read more of tga header"},
+  const struct { Bytes file; const char *words; } faults[] = {
+      {Bytes(11), "Unable to read tga header"}, {Bytes(17), "Unable to read more of tga header"},
       {joined(size16, Bytes(4)), "Wrong TGA bits per pixel. I need 24 or 32."},
       {joined(wide, Bytes(9)), "a.tga is 3 x 1 pixels. I need 2 x 1."},
-      {Bytes(whole.begin(), whole.end() - 1), "Cannot read in image data"},
-  };
-  for (const Fault &fault : faults) {
+      {Bytes(whole.begin(), whole.end() - 1), "Cannot read in image data"}};
+  for (const auto &fault : faults) {
     LogInit();
     WriteBytes("a.tga", fault.file);
     EXPECT_EQ(LoadTga(buffer.data(), "a.tga", 2, 1, &bytesPerPixel), 0);

@@ -21,22 +21,6 @@ static void ExpectNear(const Vector4 &got, const Vector4 &wanted, const char *wh
   for (size_t i = 0; i < 4; i++) EXPECT_NEAR(got[i], wanted[i], 1e-4) << what << ", part " << i;
 }
 
-TEST(Matrix, MovesTurnsAndProjectsPoints) {
-  float m[16], a[16], b[16];
-  Translation(a, 3, -4, 5);
-  ExpectNear(Transform(a, {1, 1, 1, 1}), {4, -3, 6, 1}, "translation");
-  RotationZ(b, 90);
-  ExpectNear(Transform(b, {1, 0, 0, 1}), {0, 1, 0, 1}, "a quarter turn");
-  MultiplyMatrices(a, b, m);
-  ExpectNear(Transform(m, {1, 0, 0, 1}), {3, -3, 5, 1}, "the right one acts first");
-  Ortho2D(m, 1024, 768);
-  ExpectNear(Transform(m, {512, -384, 0, 1}), {1, -1, 0, 1}, "the corner of the screen");
-  Perspective(m, 90, 2, 1, 100);
-  const Vector4 nearCorner = Transform(m, {2, 1, -1, 1}), farCorner = Transform(m, {-200, -100, -100, 1});
-  ExpectNear(nearCorner, {1, 1, -1, 1}, "corner of the near plane");
-  ExpectNear(farCorner, {-100, -100, 100, 100}, "corner of the far plane");
-}
-
 // Whatever the angles, the camera turns the way that the player looks to -z and keeps what is level, level.
 TEST(Matrix, CameraFollowsTheViewDirection) {
   for (const float pitch : {-90.0f, -37.0f, 0.0f, 12.0f, 90.0f})

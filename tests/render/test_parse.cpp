@@ -119,7 +119,8 @@ TEST_F(ParseTest, VisibleBlocksAreThoseOfASlowFilter) {
   const FrustumPlanes bare = BuildFrustumPlanes({});
   EXPECT_EQ((std::array<float, 6>{bare.d[0], bare.d[1], bare.d[2], bare.d[3], bare.d[4], bare.d[5]}), (std::array<float, 6>{7, 7, 10, 9, 0, 0}));
   for (int round = 0; round < 600; ++round) {
-    const float edge = static_cast<float>(1 + Draw(30)), low[3] = {980 + static_cast<float>(Draw(60)), 970 + static_cast<float>(Draw(60)), 970 + static_cast<float>(Draw(60))};
+    const auto draw = [this](int below) { return static_cast<float>(Draw(below)); };
+    const float edge = 1 + draw(30), low[3] = {980 + draw(60), 970 + draw(60), 970 + draw(60)};
     const float high[3] = {low[0] + edge, low[1] + edge, low[2] + edge};
     bool inside;
     const bool in = SlowBox(low, edge, &inside);
@@ -128,12 +129,9 @@ TEST_F(ParseTest, VisibleBlocksAreThoseOfASlowFilter) {
 }
 
 TEST_F(ParseTest, BudgetsAreCutToIntegersAndNeverNegative) {
-  const struct {
-    u32 voxels, visible, others;
-    bool detail;
-    i64 limits[3];
-  } cases[] = {{1000000, 2000, 0, true, {599400, 899100, 999000}}, {1000000, 2000, 0, false, {999000, 0, 999000}},
-               {100000, 250000, 0, true, {0, 0, 0}},               {100, 1, 50, true, {29, 44, 49}}};
+  const struct { u32 voxels, visible, others; bool detail; i64 limits[3]; } cases[] = {
+      {1000000, 2000, 0, true, {599400, 899100, 999000}}, {1000000, 2000, 0, false, {999000, 0, 999000}},
+      {100000, 250000, 0, true, {0, 0, 0}}, {100, 1, 50, true, {29, 44, 49}}};
   for (const auto &c : cases) {
     Options.MaxVoxels = c.voxels;
     Options.LevelOfDetail = c.detail;
@@ -225,20 +223,14 @@ TEST_F(ParseTest, PreviewStandsInFrontUnlessTheEyeIsInIt) {
   Row(1, solid, 5, Visible, true);
   player.target.markerHidden = false;
   player.target.hitCell = {100, 100, 100};
-  player.target.placeCell = {99, 100, 100};
   player.target.marker = CubeOf(5, solid);
   player.heldBlock = CubeOf(5, solid);
-  const struct {
-    u8 tool;
-    Cell3 place;
-    float eye;
-    u32 more;
-    u8 alpha;
-  } cases[] = {{0, {99, 100, 100}, 98.5f, 1352 - 196, 120}, {2, {99, 100, 100}, 98.5f, 1352 - 196, 120}, {1, {99, 100, 100}, 98.5f, 1352, 200},
-               {0, {0, 0, 0}, 98.5f, 0, 255},               {0, {99, 100, 100}, 100.5f, 0, 255}};
+  const struct { u8 tool; u16 x; float eye; u32 more; u8 alpha; } cases[] = {
+      {0, 99, 98.5f, 1352 - 196, 120}, {2, 99, 98.5f, 1352 - 196, 120}, {1, 99, 98.5f, 1352, 200},
+      {0, 0, 98.5f, 0, 255}, {0, 99, 100.5f, 0, 255}};
   for (const auto &c : cases) {
     player.activeTool = c.tool;
-    player.target.placeCell = c.place;
+    player.target.placeCell = c.x == 0 ? Cell3{} : Cell3{c.x, 100, 100};
     player.relativeLoc[0] = c.eye;
     Parse(&list, player);
     ASSERT_EQ(list.publishedCount / 4, 1352 + c.more) << int{c.tool};
@@ -272,16 +264,14 @@ TEST_F(ParseTest, OtherShipsAreCubesThatTheNextBudgetPaysFor) {
 
 TEST_F(ParseTest, PublishingSwapsThePairsAndDropsWhatNobodyTook) {
   float *const a = list.locations, *const b = list.publishedLocations;
-  list.count = 8;
-  PublishVoxelList(&list);
-  EXPECT_EQ(list.publishedLocations, a);
-  list.linked = 1;
-  list.count = 4;
-  PublishVoxelList(&list);
-  EXPECT_EQ(list.publishedLocations, b);
-  EXPECT_EQ(list.locations, a);
-  EXPECT_EQ(list.publishedCount, 4u);
-  EXPECT_EQ(list.linked, 0);
+  for (const u32 count : {8u, 4u}) {
+    list.linked = 1;
+    list.count = count;
+    PublishVoxelList(&list);
+    EXPECT_EQ(list.publishedLocations, count == 8 ? a : b);
+    EXPECT_EQ(list.locations, count == 8 ? b : a);
+    EXPECT_TRUE(list.publishedCount == count && list.linked == 0);
+  }
   const u32 capacity = ArrayCapacity;
   list.count = capacity - 16;
   EXPECT_TRUE(MakeRoom(&list, 4));
