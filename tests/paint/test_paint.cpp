@@ -1,32 +1,16 @@
 // Pictures and text in the real window: which pixels they light.
-#include <GL/glew.h>
+#include "gl/pixels.h"
+
 #include <ft2build.h>
 #include FT_FREETYPE_H
-#include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <vector>
 
-#include "content/options.h"
-#include "core/log.h"
-#include "gl/frame.h"
-#include "gl/init.h"
 #include "gui/paint.h"
 #include "gui/screens.h"
-#include "platform/window.h"
-#include "render/image.h"
-#include "support/installation.h"
-
-namespace fs = std::filesystem;
 
 constexpr int Width = 960, Height = 540;  // half of the design's size: one unit is half a pixel
 constexpr u8 White[3] = {255, 255, 255}, Green[3] = {0, 230, 0}, DullGreen[3] = {0, 199, 0};
-
-struct Rgb {
-  int red = 0, green = 0, blue = 0;
-};
 
 struct Paint : testing::Test {
   void SetUp() override {
@@ -39,15 +23,13 @@ struct Paint : testing::Test {
     UseTemporaryInstallation();
     LogInit();
     LoadTables();
-    ASSERT_EQ(InitGraphics(), 1) << ReadText("errors.txt");
+    ASSERT_EQ(InitGraphics(), 1) << Log();
   }
   void TearDown() override {
     ClearElements();
     CloseWindow();
   }
 };
-
-static bool Logged(const std::string &words) { return Count(ReadText("errors.txt"), words) > 0; }
 
 // A black picture, ready for the GUI.
 static void BeginFrame() { DrawFrame({}, {}); }
@@ -62,12 +44,6 @@ static std::vector<u8> Pixels() {
 static Rgb PixelAt(const std::vector<u8> &pixels, int x, int y) {
   const u8 *p = &pixels[static_cast<size_t>(((y + Height / 2) * Width + x + Width / 2) * 4)];
   return {p[0], p[1], p[2]};
-}
-
-static void ExpectColour(Rgb got, Rgb wanted, const std::string &where) {
-  EXPECT_NEAR(got.red, wanted.red, 2) << where;
-  EXPECT_NEAR(got.green, wanted.green, 2) << where;
-  EXPECT_NEAR(got.blue, wanted.blue, 2) << where;
 }
 
 // The test's own pictures: a crosshair with four plain quarters, red and green above blue and white; nothing else.
@@ -91,7 +67,7 @@ TEST_F(Paint, PicturesLandAtTheirAnchors) {
   testing::internal::CaptureStdout();
   InitGui();
   EXPECT_EQ(Count(testing::internal::GetCapturedStdout(), "config/graphics/hud/crosshairred.png :"), 1);
-  EXPECT_TRUE(Logged("*ERR: Could not load button")) << "wrong size";
+  EXPECT_GT(Count(Log(), "*ERR: Could not load button"), 0) << "wrong size";
   BeginFrame();
   const struct { int anchor, x, y; } places[] = {  // the centre in pixels of a quad of 200 x 100 units at (20, 40)
       {0, 10, 20}, {2, 480 + 10 - 50, 20 - 270 + 25}, {3, 10 - 480 + 50, 20 - 270 + 25}, {4, 480 + 10 - 50, 270 + 20 - 25},
@@ -134,7 +110,7 @@ TEST_F(Paint, MenuIsABackdropWithItsElements) {
   EXPECT_GT(button.textWidth, 150) << "the label is drawn without the picture";
   EXPECT_NEAR(button.hitTop, -100 + 35.5, 1);
   EXPECT_NEAR(button.hitRight, button.textWidth / 2, 1) << "a label that is wider than its button";
-  EXPECT_FALSE(Logged("Post2DRender"));
+  EXPECT_EQ(Count(Log(), "Post2DRender"), 0);
 }
 
 // One glyph after the other over black, the way that a reader without a cache would do it.
@@ -197,7 +173,7 @@ TEST_F(Paint, TextIsWhatItsFaceDrawsGlyphByGlyph) {
   EXPECT_EQ(DrawText("a\xc3\xa9", 0, 0, White, AlignLeft, 60), DrawText("a\xc3", 0, 0, White, AlignLeft, 60));
   EXPECT_EQ(DrawText("", 0, 0, White, AlignLeft, 60), 0);
   EXPECT_EQ(DrawText(std::string(1500, 'x').c_str(), 0, 0, White, AlignLeft, 60), 0) << "longer than a line can be";
-  EXPECT_FALSE(Logged("*ERR: Unable to open font"));
+  EXPECT_EQ(Count(Log(), "*ERR: Unable to open font"), 0);
 }
 
 TEST_F(Paint, AStillScreenSendsNoGlyphAndAFullSheetStartsAnew) {
@@ -235,7 +211,7 @@ TEST_F(Paint, PlaysOnWithoutFontsAndPictures) {
   fs::create_directories("config/fonts/VT323");
   WriteText("config/fonts/VT323/VT323.ttf", "not a font");
   InitGui();
-  EXPECT_EQ(Count(ReadText("errors.txt"), "*ERR: Unable to open font. I'll try to keep going, but things won't look right. \n"), 2);
+  EXPECT_EQ(Count(Log(), "*ERR: Unable to open font. I'll try to keep going, but things won't look right. \n"), 2);
   EXPECT_EQ(DrawText("text", 0, 0, White, AlignLeft, 60), 0);
   EXPECT_EQ(DrawText("text", 0, 0, Green, AlignLeft, 60), 0);
   for (int row = 1; row <= 75; row++) AddElement(row, 0, 0, 0, "some label", nullptr, 0);
@@ -244,5 +220,5 @@ TEST_F(Paint, PlaysOnWithoutFontsAndPictures) {
   DrawOverlay({});
   EXPECT_EQ(GuiElements[0].textWidth, 0);
   EXPECT_EQ(GuiElements[0].hitTop, 35);
-  EXPECT_FALSE(Logged("Post2DRender"));
+  EXPECT_EQ(Count(Log(), "Post2DRender"), 0);
 }
