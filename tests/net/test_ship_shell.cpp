@@ -1,32 +1,12 @@
 // Shells against a plain reading of the rule.
-#include <gtest/gtest.h>
-
-#include <array>
-#include <filesystem>
-#include <map>
-#include <random>
-
-#include "content/components.h"
 #include "net/ship_shell.h"
+
 #include "persistence/stream.h"
-#include "platform/threads.h"
-#include "support/installation.h"
-#include "world/access.h"
-#include "world/verify.h"
+#include "support/ship_test.h"
 
 using Place = std::array<int, 3>;
-using Places = std::map<Place, u64>;
 
-struct Shell : testing::Test {
-  void SetUp() override {
-    LoadTables();
-    UseTemporaryInstallation();
-    ship = NewTestShip();
-  }
-  void TearDown() override {
-    FreeShip(ship);
-    delete ship;
-  }
+struct Shell : ShipTest {
   void Fill(const Place &low, const Place &size, auto wanted) {
     for (int x = 0; x < size[0]; ++x)
       for (int y = 0; y < size[1]; ++y)
@@ -37,30 +17,22 @@ struct Shell : testing::Test {
                            static_cast<u16>(low[0] + x), static_cast<u16>(low[1] + y), static_cast<u16>(low[2] + z), ship);
           }
   }
-  Ship *ship = nullptr;
 };
-
-static Places BlocksOf(const Ship &ship) {
-  Places found;
-  ForEachChunk(ship, [&found](const Chunk &chunk, const ChunkCells &cells, CellAddress) {
-    ForEachBit(cells.occupied, [&](u16 i) { found[{CellX(chunk, i), CellY(chunk, i), CellZ(chunk, i)}] = cells.heads[i].load(); });
-  });
-  return found;
-}
 
 static std::array<Place, 6> Around(const Place &p) {
   const auto [x, y, z] = p;
   return {{{x + 1, y, z}, {x - 1, y, z}, {x, y + 1, z}, {x, y - 1, z}, {x, y, z + 1}, {x, y, z - 1}}};
 }
 
-static Places ShellOf(const Places &all) {
-  Places shell;
-  for (const auto &[at, head] : all) {
-    bool reached = false;
-    for (const Place &n : Around(at))
-      for (const Place &far : Around(n)) reached = reached || (!all.contains(n) && !all.contains(far));
-    if (reached) shell[at] = head;
-  }
+static Cells ShellOf(const Cells &all) {
+  const auto free = [&all](const Place &p) {
+    return !all.contains({static_cast<u16>(p[0]), static_cast<u16>(p[1]), static_cast<u16>(p[2])});
+  };
+  Cells shell;
+  for (const auto &[at, head] : all)
+    for (const Place &n : Around({at[0], at[1], at[2]}))
+      for (const Place &far : Around(n))
+        if (free(n) && free(far)) shell[at] = head;
   return shell;
 }
 
@@ -77,25 +49,24 @@ TEST_F(Shell, HoldsWhatCanBeReachedFromOutside) {
   hurt.state = StateDamaged;
   hurt.tail[0] = 1;
   PlaceBlockFast(hurt, 700, 700, 700, ship);
-  PlaceHere(ship, 702, 700, 700, CubeOf(3, static_cast<u16>(FindComponent(1004))));  // moves, and is unstable
-  Places expected = ShellOf(BlocksOf(*ship));
+  PlaceHere(ship, 702, 700, 700, CubeOf(3, ComponentRow(1004)));  // moves, and is unstable
+  Cells expected = ShellOf(CellsOf(*ship));
   expected.erase({0, 0, 0});  // the one cell that ships keep free
   expected[{702, 700, 700}] &= ~HeadUnstableBit;
   expected[{700, 700, 700}] = HeadOf(CubeOf(3, 12)) | u64{PlacedTemperature} << 48;
-  ASSERT_EQ(expected.lower_bound({104, 0, 0})->first, (Place{208, 100, 100}));
-  ASSERT_EQ(std::distance(expected.lower_bound({100, 0, 0}), expected.lower_bound({104, 0, 0})), 26);
-  ASSERT_EQ(std::distance(expected.lower_bound({208, 0, 0}), expected.lower_bound({213, 0, 0})), 98);
-  ASSERT_EQ(std::distance(expected.lower_bound({308, 0, 0}), expected.lower_bound({314, 0, 0})), 114 + 10);
+  ASSERT_EQ(expected.lower_bound({104, 0, 0})->first, (Cell{208, 100, 100}));
+  const struct { u16 from, to; int count; } boxes[] = {{100, 104, 26}, {208, 213, 98}, {308, 314, 114 + 10}};
+  for (const auto &b : boxes) ASSERT_EQ(std::distance(expected.lower_bound({b.from, 0, 0}), expected.lower_bound({b.to, 0, 0})), b.count);
 
   ship->displayName = "Ark of two";
   ship->fileStem = "Ark";
   ship->id = 7;
   ship->position[1] = 12345;
-  const Places before = BlocksOf(*ship);
+  const Cells before = CellsOf(*ship);
   ASSERT_EQ(BuildShipShell(*ship), 1);
-  EXPECT_EQ(BlocksOf(*ship), before);
+  EXPECT_EQ(CellsOf(*ship), before);
   ASSERT_EQ(LoadShipShell(ship), 1);
-  EXPECT_EQ(BlocksOf(*ship), expected);
+  EXPECT_EQ(CellsOf(*ship), expected);
   EXPECT_EQ(ShipFault(*ship), "");
   EXPECT_EQ(ship->displayName + ship->fileStem, "Ark of twoArk");
   EXPECT_EQ(ship->id + ship->position[1].load(), 7 + 12345);
@@ -103,16 +74,15 @@ TEST_F(Shell, HoldsWhatCanBeReachedFromOutside) {
 
   Ship *again = NewTestShip();
   EXPECT_EQ(LoadShipStream(again, "cache/Ark.sss", false), 1);
-  EXPECT_EQ(BlocksOf(*again), expected);
-  FreeShip(again);
-  delete again;
+  EXPECT_EQ(CellsOf(*again), expected);
+  Drop(again);
 }
 
 TEST_F(Shell, WithoutAFileTheShipStaysWhole) {
   Fill({5000, 5000, 5000}, {3, 3, 3}, [](int, int, int) { return true; });
   ASSERT_EQ(BuildShipShell(*ship), 1);  // an older shell must not take the place of one that can't be written
   PlaceHere(ship, 5010, 5000, 5000, CubeOf());
-  const Places before = BlocksOf(*ship);
+  const Cells before = CellsOf(*ship);
   ship->displayName = std::string(65, 'n');
   EXPECT_EQ(LoadShipShell(ship), 0);
   ship->displayName = "Ark";
@@ -121,8 +91,8 @@ TEST_F(Shell, WithoutAFileTheShipStaysWhole) {
     EXPECT_EQ(LoadShipShell(ship), 0) << stem;
   }
   ship->fileStem = "Ark";
-  std::filesystem::remove_all("cache");
+  fs::remove_all("cache");
   EXPECT_EQ(LoadShipShell(ship), 0);
-  EXPECT_EQ(BlocksOf(*ship), before);
-  EXPECT_EQ(Count(ReadText("errors.txt"), "*ERR: Cannot generate Ship Shell \n"), 5);
+  EXPECT_EQ(CellsOf(*ship), before);
+  EXPECT_EQ(Count(Log(), "*ERR: Cannot generate Ship Shell \n"), 5);
 }

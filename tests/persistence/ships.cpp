@@ -1,15 +1,9 @@
 #include "persistence/ships.h"
 
-#include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <random>
-
-#include "content/components.h"
-#include "content/materials.h"
-#include "persistence/cursor.h"
-#include "support/installation.h"
-#include "world/access.h"
+#include "persistence/directory_store.h"
+#include "persistence/stream.h"
 
 u64 PlacedHead(unsigned material, unsigned component, unsigned rotation, unsigned rotation2) {
   Block b = CubeOf(static_cast<u16>(material), static_cast<u16>(component), rotation, rotation2);
@@ -28,24 +22,39 @@ Cells MixedCells(unsigned count, unsigned seed) {
   return cells;
 }
 
-void Drop(Ship *ship) {
-  FreeShip(ship);
-  delete ship;
-}
-
 void Fill(Ship *ship, const Cells &cells) {
   for (const auto &[at, head] : cells) PlaceBlockRaw(BlockFromHead(head), AddressOf(at[0], at[1], at[2]), ship);
 }
 
-Cells CellsOf(const Ship &ship) {
-  Cells cells;
-  ForEachChunk(ship, [&cells](Chunk &chunk, ChunkCells &found, CellAddress) {
-    for (unsigned i = 0; i < CellsPerChunk; ++i) {
-      const u64 head = found.heads[i].load();
-      if (HeadState(head) != StateEmpty) cells[{CellX(chunk, i), CellY(chunk, i), CellZ(chunk, i)}] = head;
-    }
-  });
+Ship *NewShip(const Cells &cells, const std::string &stem) {
+  Ship *made = NewTestShip();
+  made->fileStem = stem;
+  Fill(made, cells);
+  return made;
+}
+
+Cells LoadedBy(const std::function<int(Ship *)> &load, int *result) {
+  Ship *ship = NewTestShip();
+  const int answer = load(ship);
+  if (result != nullptr) *result = answer;
+  EXPECT_EQ(ShipFault(*ship), "");
+  const Cells cells = CellsOf(*ship);
+  Drop(ship);
   return cells;
+}
+
+Cells StreamCells(const std::string &path, int *result) {
+  return LoadedBy([&](Ship *ship) { return LoadShipStream(ship, path.c_str(), false); }, result);
+}
+
+Cells FolderCells(const std::string &name, int *result) {
+  return LoadedBy([&](Ship *ship) { return LoadShipDirectory(ship, name.c_str(), true, true); }, result);
+}
+
+std::string Words(const std::vector<u16> &words) {
+  std::string bytes;
+  for (const u16 word : words) bytes += {static_cast<char>(word), static_cast<char>(word >> 8)};
+  return bytes;
 }
 
 // One index of a cell, by its decimal digits: 1000 for mega, 100 for super, 10 for chunk, 1 for block.
@@ -53,15 +62,12 @@ static unsigned Digits(const Cell &at, unsigned scale) {
   return at[0] / scale % 10u + 10u * (at[1] / scale % 10u) + 100u * (at[2] / scale % 10u);
 }
 
-std::vector<u8> PackByHand(const std::string &name, const Cells &cells) {
+std::string PackByHand(const std::string &name, const Cells &cells) {
   std::map<std::array<unsigned, 3>, std::map<unsigned, u64>> groups;
   for (const auto &[at, head] : cells)
     groups[{Digits(at, 1000), Digits(at, 100), Digits(at, 10)}][Digits(at, 1)] = head;
-  std::vector<u8> out;
-  PutU16(&out, static_cast<u16>(1 + 256 * name.size()));
-  for (const char c : name) PutU8(&out, static_cast<u8>(c));
-  PutU8(&out, 0);
-  const auto put = [&out](unsigned v) { PutU16(&out, static_cast<u16>(v)); };
+  std::vector<u16> words;
+  const auto put = [&words](unsigned v) { words.push_back(static_cast<u16>(v)); };
   for (const auto &[indices, blocks] : groups) {
     for (const unsigned index : indices) put(index);
     put(static_cast<unsigned>(blocks.size()));
@@ -72,11 +78,11 @@ std::vector<u8> PackByHand(const std::string &name, const Cells &cells) {
       put(index);
     }
   }
-  return out;
+  return '\1' + std::string(1, static_cast<char>(name.size())) + name + '\0' + Words(words);
 }
 
-std::vector<u8> Gunzip(const std::string &path) {
-  std::vector<u8> out(1 << 16);
+std::string Gunzip(const std::string &path) {
+  std::string out(1 << 16, '\0');
   gzFile file = gzopen(path.c_str(), "rb");
   const int size = gzread(file, out.data(), 1 << 16);
   EXPECT_EQ(gzdirect(file), 0) << path;

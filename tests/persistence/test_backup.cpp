@@ -1,16 +1,10 @@
 // The daily backups: what a day's first save leaves, and that nothing of another ship ever goes.
-#include <gtest/gtest.h>
+#include "persistence/backup.h"
 
-#include <filesystem>
 #include <set>
 
-#include "persistence/backup.h"
 #include "persistence/ships.h"
 #include "persistence/stream.h"
-#include "platform/threads.h"
-#include "support/installation.h"
-
-namespace fs = std::filesystem;
 
 static std::set<std::string> Names() {
   std::set<std::string> names;
@@ -18,11 +12,10 @@ static std::set<std::string> Names() {
   return names;
 }
 
-TEST(Backup, TheFirstSaveOfADayKeepsWhatWasThere) {
-  LoadTables();
-  UseTemporaryInstallation();
+struct Backup : ShipTest {};
+
+TEST_F(Backup, TheFirstSaveOfADayKeepsWhatWasThere) {
   static ShipTable table;
-  Ship *ship = NewTestShip();
   ship->fileStem = "Tarn";
   std::string versions[3];
   for (unsigned i = 0; i < 3; ++i) {
@@ -38,11 +31,9 @@ TEST(Backup, TheFirstSaveOfADayKeepsWhatWasThere) {
   ASSERT_EQ(AddShipFromStream(&table, backup.c_str(), 0, 0, 0), 1);
   EXPECT_EQ(CellsOf(*ShipAt(table, 0)).size(), 10u);
   EXPECT_EQ(ShipAt(table, 0)->fileStem, "Tarn" + LocalDate()) << "the next save spares Tarn.sts";
-  Drop(ship);
 }
 
-TEST(Backup, TheNewestTenOfAShipStayAndAllOfOthers) {
-  UseTemporaryInstallation();
+TEST_F(Backup, TheNewestTenOfAShipStayAndAllOfOthers) {
   const std::set<std::string> others = {"Ship22020-01-01.bak", "Ship2.sts", "Shi2020-01-01.bak", "Ship2020-01-012020-01-02.bak",
                                         "Ship2020-1-01.bak", "Ship2020-01-01.bax", "Ship2020-01-01.bak.damaged", "Ship20x0-01-01.bak",
                                         "xShip2020-01-01.bak", "Ship2020-01-01_bak"};

@@ -1,51 +1,25 @@
 // Ships as text: every shape that they were ever written in, their companions, and what a kill between their files leaves.
-#include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "persistence/text_form.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <random>
-
-#include "content/components.h"
-#include "content/materials.h"
-#include "core/log.h"
 #include "persistence/ships.h"
 #include "persistence/stream.h"
-#include "persistence/text_form.h"
-#include "platform/threads.h"
-#include "support/installation.h"
-#include "world/access.h"
 #include "world/cells.h"
 #include "world/light.h"
-#include "world/verify.h"
 
-namespace fs = std::filesystem;
-
-class TextForm : public testing::Test {
- protected:
-  void SetUp() override {
-    LoadTables();
-    UseTemporaryInstallation();
-    LogInit();
-  }
-  void TearDown() override { Drop(ship); }
-  void UseNewShip() {
+struct TextForm : ShipTest {
+  void Use(Ship *other) {
     Drop(ship);
-    ship = NewTestShip();
+    ship = other;
+    ship->fileStem = "a";
   }
   int Load(const char *name) {
-    UseNewShip();
+    Use(NewTestShip());
     LogInit();
     ScopedLock world(&WorldMutex);
     const int result = LoadShipText(ship, name, 0, 0, 0);
     EXPECT_EQ(ShipFault(*ship), "") << name;
     return result;
   }
-  std::string Log() const { return ReadText("errors.txt"); }
-  Ship *ship = NewTestShip();
 };
 
 // A block of the corpus by what it should be today. x counts from cell (5000, 5000, 5000).
@@ -58,7 +32,7 @@ static Cells CellsOfKnown(const std::vector<Known> &blocks) {
   Cells cells;
   for (const Known &k : blocks)
     cells[{static_cast<u16>(5000 + k.x), 5000, 5000}] =
-        PlacedHead(static_cast<unsigned>(FindMaterial(k.material)), static_cast<unsigned>(FindComponent(k.component)), k.rotation, k.rotation2);
+        PlacedHead(MaterialRow(k.material), ComponentRow(k.component), k.rotation, k.rotation2);
   return cells;
 }
 
@@ -100,8 +74,8 @@ TEST_F(TextForm, EveryOlderShapeLoadsAsItIsMeant) {
     Cells expected = CellsOfKnown(c.blocks);
     if (c.name == std::string("current")) {
       expected[{5000, 5000, 5000 + 0}] = PlacedHead(5, 2, 1, 0);
-      expected[{5009, 5019, 5009}] = PlacedHead(1, static_cast<unsigned>(FindComponent(1030)), 0, 1);
-      expected[{9999, 9999, 9999}] = PlacedHead(static_cast<unsigned>(FindMaterial(25)), static_cast<unsigned>(FindComponent(2238)), 7, 1);
+      expected[{5009, 5019, 5009}] = PlacedHead(1, ComponentRow(1030), 0, 1);
+      expected[{9999, 9999, 9999}] = PlacedHead(MaterialRow(25), ComponentRow(2238), 7, 1);
     }
     const std::string name = c.name + std::string(".ssf"), text = ReadText(corpus / name);
     for (const bool packed : {false, true}) {  // as people write them, and as the game does
@@ -117,31 +91,31 @@ TEST_F(TextForm, EveryOlderShapeLoadsAsItIsMeant) {
 
 // The rows of one family of plating: what each old rotation 1 to 6 becomes, as rotation x 10 + turn. 2 was the turn in the file.
 TEST_F(TextForm, OldPlatingBecomesTheTurnedPiecesOfToday) {
-  const u16 family = static_cast<u16>(FindComponent(261));  // a base and its pieces -1 to -7 in the rows behind it
-  const u16 far = static_cast<u16>(FindComponent(209)), second = static_cast<u16>(FindComponent(31));
+  const u16 family = ComponentRow(261);  // a base and its pieces -1 to -7 in the rows behind it
+  const u16 far = ComponentRow(209), second = ComponentRow(31);
   ASSERT_EQ(Components[family + 7u].familyOffset, -7);
   ASSERT_TRUE(Components[far].familyOffset == -9 && Components[second].familyOffset == -1 && Components[second + 1u].familyOffset == 0);
   const struct {
-    u16 row, newRow;
+    int row, newRow;
     i8 above;  // the offset that the row above is given, or 0
     unsigned turns[6];
   } cases[] = {
       {family, family, 0, {10, 20, 32, 30, 50, 32}},
-      {static_cast<u16>(family + 1), family, 0, {21, 11, 13, 20, 13, 22}},
-      {static_cast<u16>(family + 1), static_cast<u16>(family - 4), -5, {21, 11, 13, 20, 13, 22}},
-      {static_cast<u16>(family + 2), family, 0, {11, 31, 33, 41, 33, 10}},
-      {static_cast<u16>(family + 3), family, 0, {10, 10, 12, 10, 10, 10}},
-      {static_cast<u16>(family + 4), static_cast<u16>(family + 1), 0, {12, 23, 31, 10, 52, 60}},
-      {static_cast<u16>(family + 5), static_cast<u16>(family + 1), 0, {11, 22, 32, 42, 52, 62}},
-      {static_cast<u16>(family + 6), static_cast<u16>(family + 1), 0, {12, 12, 22, 42, 52, 62}},
-      {static_cast<u16>(family + 7), static_cast<u16>(family + 1), 0, {12, 22, 30, 42, 52, 62}},
-      {far, static_cast<u16>(far - 8), 0, {12, 22, 32, 42, 52, 62}},
-      {second, static_cast<u16>(second - 1), 0, {12, 22, 32, 42, 52, 62}},
+      {family + 1, family, 0, {21, 11, 13, 20, 13, 22}},
+      {family + 1, family - 4, -5, {21, 11, 13, 20, 13, 22}},
+      {family + 2, family, 0, {11, 31, 33, 41, 33, 10}},
+      {family + 3, family, 0, {10, 10, 12, 10, 10, 10}},
+      {family + 4, family + 1, 0, {12, 23, 31, 10, 52, 60}},
+      {family + 5, family + 1, 0, {11, 22, 32, 42, 52, 62}},
+      {family + 6, family + 1, 0, {12, 12, 22, 42, 52, 62}},
+      {family + 7, family + 1, 0, {12, 22, 30, 42, 52, 62}},
+      {far, far - 8, 0, {12, 22, 32, 42, 52, 62}},
+      {second, second - 1, 0, {12, 22, 32, 42, 52, 62}},
   };
   for (const auto &c : cases)
     for (const char *version : {"", "Version 0\n", "Version 2\n"}) {
       const bool old = version[0] == '\0', translated = version != std::string("Version 2\n");
-      Component &component = Components[c.row], &above = Components[c.row - 1u];
+      Component &component = Components[c.row], &above = Components[c.row - 1];
       const std::string className = component.className;
       const i8 offset = above.familyOffset;
       component.className = c.row % 2 == 0 ? "platingedg" : "platingcor";
@@ -152,7 +126,7 @@ TEST_F(TextForm, OldPlatingBecomesTheTurnedPiecesOfToday) {
         text += "555 0 0 " + std::to_string(r) + " 5 " + std::to_string(c.row) + " 2 " + std::to_string(old ? r - 1 : r) + " 5 " +
                 std::to_string(component.id) + " 0 0 2\n";
         expected[{static_cast<u16>(5000 + r), 5000, 5000}] =
-            translated ? PlacedHead(5, c.newRow, c.turns[r - 1] / 10, c.turns[r - 1] % 10) : PlacedHead(5, c.row, r, 2);
+            translated ? PlacedHead(5, static_cast<unsigned>(c.newRow), c.turns[r - 1] / 10, c.turns[r - 1] % 10) : PlacedHead(5, static_cast<unsigned>(c.row), r, 2);
       }
       WriteText("saves/plating.ssf", text);
       Load("plating.ssf");
@@ -198,8 +172,8 @@ static Lights LightsOf(const Ship &ship) {  // of all cells, sorted within each
 static Ship *LitShip() {
   Ship *ship = NewTestShip();
   for (u16 x = 5000; x < 5012; ++x) PlaceBlockFast(CubeOf(5, 2, 2, 1), x, 5000, 5000, ship);
-  PlaceBlockFast(CubeOf(5, static_cast<u16>(FindComponent(1000))), 5004, 5000, 5000, ship);
-  PlaceBlockFast(CubeOf(static_cast<u16>(FindMaterial(6)), 2), 5005, 5000, 5000, ship);  // glass
+  PlaceBlockFast(CubeOf(5, ComponentRow(1000)), 5004, 5000, 5000, ship);
+  PlaceBlockFast(CubeOf(MaterialRow(6), 2), 5005, 5000, 5000, ship);  // glass
   LightPass(ship);
   GiveVoxels(RecordAt(*ship, {5002, 5000, 5000}), 300, 0xff001000);
   GiveVoxels(RecordAt(*ship, {5005, 5000, 5000}), 1, 0xff002000);
@@ -207,8 +181,7 @@ static Ship *LitShip() {
 }
 
 TEST_F(TextForm, AShipWithCompanionsIsWrittenToTheByteAndLoadsEqual) {
-  Drop(ship);
-  ship = LitShip();
+  Use(LitShip());
   ship->displayName = "Lit\nbar";
   ship->fileStem = "bar";
   ship->ComScruffiness = 0.25f;
@@ -225,13 +198,9 @@ TEST_F(TextForm, AShipWithCompanionsIsWrittenToTheByteAndLoadsEqual) {
     const Component &lamp = Components[16];
     for (const int byte : {4 - i, 0, 0, int{lamp.lightRed}, int{lamp.lightGreen}, int{lamp.lightBlue}, 0}) light += static_cast<char>(byte);
   }
-  const auto unzipped = [](const char *path) {
-    const std::vector<u8> bytes = Gunzip(path);
-    return std::string(bytes.begin(), bytes.end());
-  };
-  EXPECT_EQ(unzipped("saves/bar.ssf"), text + "0 0 0 0 0 0 0 0 0 0 0 0\n");
-  EXPECT_EQ(unzipped("cache/bar.slf"), light);
-  const std::string cache = unzipped("cache/bar.scf");
+  EXPECT_EQ(Gunzip("saves/bar.ssf"), text + "0 0 0 0 0 0 0 0 0 0 0 0\n");
+  EXPECT_EQ(Gunzip("cache/bar.slf"), light);
+  const std::string cache = Gunzip("cache/bar.scf");
   ASSERT_EQ(cache.size(), 301u * 10);
   const int index = VoxelIndex(1, 2, 9, 2, 1);  // entry 33 of the first block
   EXPECT_EQ(cache.substr(33 * 6, 6), (std::string{1, 2, 9, 0, static_cast<char>(index), static_cast<char>(index >> 8)}));
@@ -240,7 +209,7 @@ TEST_F(TextForm, AShipWithCompanionsIsWrittenToTheByteAndLoadsEqual) {
 
   const Cells cells = CellsOf(*ship);
   EXPECT_EQ(Load("bar.ssf"), 1);
-  EXPECT_EQ(Log().find("WARN"), std::string::npos) << Log();
+  EXPECT_FALSE(Logged("WARN")) << Log();
   EXPECT_TRUE(CellsOf(*ship) == cells && LightsOf(*ship) == lights && ship->ComScruffiness == 0.25f && ship->displayName == "Lit");
   const GraphicBlock *full = RecordAt(*ship, {5002, 5000, 5000}), *glass = RecordAt(*ship, {5005, 5000, 5000});
   ASSERT_TRUE(full->cache != nullptr && glass->cache != nullptr && RecordAt(*ship, {5006, 5000, 5000})->cache == nullptr);
@@ -254,14 +223,11 @@ TEST_F(TextForm, AShipWithCompanionsIsWrittenToTheByteAndLoadsEqual) {
 }
 
 TEST_F(TextForm, CompanionsThatDontFitAreLeftOut) {
-  Drop(ship);
-  ship = LitShip();
-  ship->fileStem = "a";
+  Use(LitShip());
   ASSERT_EQ(SaveShipText(*ship, "a.ssf", true, true, true), 1);
   const Lights lights = LightsOf(*ship);
   const Cells cells = CellsOf(*ship);
-  const auto bytes = [](const char *path) { const std::vector<u8> b = Gunzip(path); return std::string(b.begin(), b.end()); };
-  const std::string text = bytes("saves/a.ssf"), light = bytes("cache/a.slf"), cache = bytes("cache/a.scf");
+  const std::string text = Gunzip("saves/a.ssf"), light = Gunzip("cache/a.slf"), cache = Gunzip("cache/a.scf");
   const auto with = [&](const std::string &from, const std::string &to) { return std::string(text).replace(text.find(from), from.size(), to); };
   const struct { const char *what; std::string text, light, cache; bool lightGood, cacheGood; } cases[] = {
       {"as they are", text, GzipMember(light, 1), GzipMember(cache, 1), true, true},
@@ -287,24 +253,12 @@ TEST_F(TextForm, CompanionsThatDontFitAreLeftOut) {
 }
 
 TEST_F(TextForm, ASaveThatCannotBeDoneLeavesTheOldShipWhole) {
-  Drop(ship);
-  ship = LitShip();
-  ship->fileStem = "a";
+  Use(LitShip());
   ASSERT_EQ(SaveShipText(*ship, "a", false, true, true), 1);
   const std::string old[3] = {ReadText("saves/a.ssf"), ReadText("cache/a.slf"), ReadText("cache/a.scf")};
   Fill(ship, MixedCells(20000, 4));
-  const pid_t child = fork();
-  if (child == 0) {  // a disk that fills up
-    const rlimit limit{3000, 3000};
-    signal(SIGXFSZ, SIG_IGN);
-    LogInit();
-    setrlimit(RLIMIT_FSIZE, &limit);
-    _exit(SaveShipText(*ship, "a", false, true, true));
-  }
-  int status = -1;
-  waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
-  EXPECT_NE(Log().find("*ERR: Could not write saves/a.ssf. The old file stays. \n"), std::string::npos) << Log();
+  EXPECT_EQ(OnFullDisk(3000, [this] { return SaveShipText(*ship, "a", false, true, true); }), 0);
+  EXPECT_TRUE(Logged("*ERR: Could not write saves/a.ssf. The old file stays. \n")) << Log();
   for (const char *name : {"../a", "", ".a", "none/a"}) EXPECT_EQ(SaveShipText(*ship, name, false, false, false), 0) << name;
   ship->displayName = std::string(65, 'n');
   EXPECT_EQ(SaveShipText(*ship, "a", false, true, true), 0);
@@ -319,14 +273,12 @@ TEST_F(TextForm, ASaveThatCannotBeDoneLeavesTheOldShipWhole) {
 }
 
 TEST_F(TextForm, AKillBetweenTheFilesLeavesOneShipWhole) {
-  const char *wanted = std::getenv("TARNVALE_KILLS");
-  const int kills = wanted == nullptr ? 20 : std::atoi(wanted);
   Ship *ships[2] = {LitShip(), LitShip()};
   Cells cells[2];
   Lights lights[2];
   for (u16 i = 0; i < 2; ++i) {
     ships[i]->fileStem = "a";
-    for (u16 x = 0; x < 6; ++x) PlaceBlockFast(CubeOf(5, static_cast<u16>(FindComponent(1000))), static_cast<u16>(5020 + 7 * i + x), 5000, 5000, ships[i]);
+    for (u16 x = 0; x < 6; ++x) PlaceBlockFast(CubeOf(5, ComponentRow(1000)), static_cast<u16>(5020 + 7 * i + x), 5000, 5000, ships[i]);
     Fill(ships[i], MixedCells(3000, i));
     ClearLights(*ships[i]);
     ClearShipCaches(ships[i]);
@@ -339,14 +291,9 @@ TEST_F(TextForm, AKillBetweenTheFilesLeavesOneShipWhole) {
   ASSERT_EQ(SaveShipText(*ships[0], "a", false, true, true), 1);
   std::mt19937 random(11);
   int seen[2] = {}, without = 0, midway = 0;
-  for (int i = 0; i < kills; ++i) {
+  for (int i = 0; i < Kills(); ++i) {
     for (const char *left : {"saves/a.ssf.tmp", "cache/a.slf.tmp", "cache/a.scf.tmp"}) midway += fs::remove(left) ? 1 : 0;
-    const pid_t child = fork();
-    if (child == 0)
-      for (int turn = 1;; turn = 1 - turn) SaveShipText(*ships[turn], "a", false, true, true);  // until it is killed
-    usleep(static_cast<useconds_t>(random() % 400000));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
+    Killed(&random, 400000, [&](unsigned turn) { SaveShipText(*ships[1 - turn % 2], "a", false, true, true); });
     ASSERT_EQ(Load("a.ssf"), 1);
     const Cells found = CellsOf(*ship);
     const int which = found == cells[0] ? 0 : 1;
@@ -357,9 +304,9 @@ TEST_F(TextForm, AKillBetweenTheFilesLeavesOneShipWhole) {
       ASSERT_TRUE(cache == nullptr || ListOf(cache, OpaqueList).colours[0] == 0xff000000u + static_cast<u32>(which)) << "after kill " << i;
     }
     ++seen[which];
-    without += Log().find("file problem") == std::string::npos ? 0 : 1;
+    without += Logged("file problem") ? 1 : 0;
   }
-  std::printf("%i kills, %i temporaries left; %i and %i times whole, %i times without a companion\n", kills, midway, seen[0], seen[1], without);
+  std::printf("%i kills, %i temporaries left; %i and %i times whole, %i times without a companion\n", Kills(), midway, seen[0], seen[1], without);
   EXPECT_GT(midway, 0);
   for (Ship *s : ships) Drop(s);
 }
@@ -386,17 +333,8 @@ TEST_F(TextForm, AShipJoinsTheTableBesideThePlayer) {
   EXPECT_TRUE(ReadText("saves/pair.sts.replaced") == "today's work" && !fs::exists("saves/pair.sts.replaced2"));
 }
 
-TEST_F(TextForm, RubbishAndHurtFilesGiveWhatIsWholeAndNothingElse) {
-  std::mt19937 random(3);
-  for (unsigned round = 0; round < 40; ++round) {
-    std::string rubbish(round * 997, '\0');
-    for (char &c : rubbish) c = round % 2 == 0 ? static_cast<char>(random()) : "0123456789 \n-"[random() % 13];
-    WriteText("saves/rubbish.ssf", (round % 4 < 2 ? "" : "Version 2\nMainSection 1\n") + rubbish);
-    Load("rubbish.ssf");
-    EXPECT_LT(Count(Log(), "\n"), 120) << "a log can be read";
-  }
-  Drop(ship);
-  ship = LitShip();
+TEST_F(TextForm, ACutFileGivesWhatIsWholeAndNothingElse) {
+  Use(LitShip());
   const Cells cells = CellsOf(*ship);
   ASSERT_EQ(SaveShipText(*ship, "whole", false, false, false), 1);
   const std::string whole = ReadText("saves/whole.ssf");

@@ -9,24 +9,19 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
-#include <functional>
 #include <set>
 #include <thread>
 
 #include "bot.h"
-#include "core/log.h"
 #include "persistence/directory_store.h"
 #include "persistence/stream.h"
 #include "server/clients.h"
 #include "server/console.h"
 #include "server/requests.h"
 #include "server/world.h"
-#include "support/installation.h"
-#include "world/access.h"
+#include "support/ship_test.h"
 
 static constexpr const char *Here = "127.0.0.1";
-static u16 Port;
 
 static bool Synced(const Bot &b) { return b.synced && !b.players.empty(); }
 static bool Gone(const Bot &b) { return !b.online; }
@@ -59,18 +54,20 @@ static BlockEdit Of(u8 type, u16 x, i32 row = 0) {
 
 static u16 MaterialOf(const BlockEdit &e) { return e.type == PacketBlockPlace ? static_cast<u16>(e.block.material) : u16{0}; }
 
-class Server : public testing::Test {
- protected:
+// What stands at each x after these edits.
+static void Note(const std::vector<BlockEdit> &edits, std::map<u16, u16> *materials) {
+  for (const BlockEdit &e : edits) (*materials)[e.x] = MaterialOf(e);
+}
+
+struct Server : ShipTest {
   void SetUp() override {
-    LoadTables();
-    UseTemporaryInstallation();
-    LogInit();
-    Port = static_cast<u16>(20000 + (getpid() * 7) % 20000);
+    ShipTest::SetUp();
     Open(3);
   }
   void TearDown() override {
     for (Bot *bot : {&a, &b, &c}) CloseBot(bot);
     if (TheServerOptions.Port != 0) Close();
+    ShipTest::TearDown();
   }
   void Open(int players) {
     WriteText("serveroptions", "Port " + std::to_string(Port) + "\nPlayers " + std::to_string(players) + "\n");
@@ -95,7 +92,13 @@ class Server : public testing::Test {
     ASSERT_TRUE(PollBotUntil(bot, 10, Synced));
     StandBeside(bot, Place(160));
   }
+  void EnterBoth() {
+    Enter(&a, "Ada");
+    Enter(&b, "Ben");
+  }
+  void LoadStored() { ASSERT_EQ(LoadShipDirectory(ship, "Asteroid", true, true), 1); }
 
+  const u16 Port = static_cast<u16>(20000 + (getpid() * 7) % 20000);
   std::thread thread;
   Bot a, b, c;
 };
@@ -129,8 +132,7 @@ TEST_F(Server, AGameGetsTheWorldTheListsAndAName) {
 }
 
 TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
-  Enter(&a, "Ada");
-  Enter(&b, "Ben");
+  EnterBoth();
   SendEdit(&a, Place(100));
   SendEdit(&a, Of(PacketBlockComponent, 100));
   SendEdit(&a, Place(101));
@@ -154,77 +156,63 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
     EXPECT_TRUE(!r.truth || a.edits[0].type == PacketBlockRemove);
   }
   EXPECT_TRUE(b.edits.empty());
-  EXPECT_TRUE(Until({&a, &b}, [] {
-    const std::string log = ReadText("errors.txt");
-    return log.find("Refused edits of Ada:") != std::string::npos && log.find("(out of range)") != std::string::npos && log.find("(out of reach)") != std::string::npos;
-  }));
-  Ship stored;
-  InitShip(&stored, 0);
-  ASSERT_EQ(LoadShipDirectory(&stored, "Asteroid", true, true), 1);
-  EXPECT_EQ(HeadComponent(HeadAt(100, 200, 300, stored)), 3);
-  EXPECT_EQ(HeadAt(101, 200, 300, stored), 0u);
-  FreeShip(&stored);
+  EXPECT_TRUE(Until({&a, &b}, [] { return Logged("Refused edits of Ada:") && Logged("(out of range)") && Logged("(out of reach)"); }));
+  LoadStored();
+  EXPECT_EQ(HeadComponent(HeadAt(100, 200, 300, *ship)), 3);
+  EXPECT_EQ(HeadAt(101, 200, 300, *ship), 0u);
 }
 
 TEST_F(Server, WhoEditsTooFastEndsInTheSameWorldAsTheOthers) {
-  Enter(&a, "Ada");
-  Enter(&b, "Ben");
+  EnterBoth();
   std::map<u16, u16> mine, theirs;
   for (u16 i = 0; i < 600; ++i) {
     const u16 x = static_cast<u16>(100 + i % 121);
     const BlockEdit e = i % 4 == 3 ? Of(PacketBlockRemove, x) : Place(x, static_cast<u16>(1 + i % 7));
-    mine[x] = MaterialOf(e);
+    Note({e}, &mine);
     SendEdit(&a, e);
   }
   SendLine(&a, "done");
   ASSERT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Ada: done") && Has(b.chat, "Ada: done"); }));
-  for (const BlockEdit &e : a.edits) mine[e.x] = MaterialOf(e);
-  for (const BlockEdit &e : b.edits) theirs[e.x] = MaterialOf(e);
+  Note(a.edits, &mine);
+  Note(b.edits, &theirs);
   EXPECT_GE(b.edits.size(), 150u);
   EXPECT_LT(b.edits.size(), 500u);
   for (const auto &[x, material] : mine) EXPECT_EQ(material, theirs[x]) << x;
-  EXPECT_TRUE(Until({&a, &b}, [] { return ReadText("errors.txt").find("(more than 200 a second)") != std::string::npos; }));
+  EXPECT_TRUE(Until({&a, &b}, [] { return Logged("(more than 200 a second)"); }));
 }
 
 TEST_F(Server, ACellThatTwoPlayersChangeAtOnceIsTheSameForBothAndOnDisk) {
-  Enter(&a, "Ada");
-  Enter(&b, "Ben");
-  for (u16 x = 100; x < 140; ++x) {
-    const u16 first = static_cast<u16>(1 + x % 3), second = static_cast<u16>(4 + x % 3);
-    SendEdit(&a, Place(x, first));
-    SendEdit(&b, Place(x, second));
-    if (x % 2 == 0) SendEdit(&a, Of(PacketBlockRemove, x));
-  }
-  Quiet({&a, &b});
+  EnterBoth();
   std::map<u16, u16> worlds[2];
   for (u16 x = 100; x < 140; ++x) {
-    worlds[0][x] = x % 2 == 0 ? u16{0} : static_cast<u16>(1 + x % 3);
-    worlds[1][x] = static_cast<u16>(4 + x % 3);
+    const BlockEdit first = Place(x, static_cast<u16>(1 + x % 3)), second = Place(x, static_cast<u16>(4 + x % 3));
+    const BlockEdit last = x % 2 == 0 ? Of(PacketBlockRemove, x) : first;
+    SendEdit(&a, first);
+    SendEdit(&b, second);
+    if (x % 2 == 0) SendEdit(&a, last);
+    Note({last}, &worlds[0]);
+    Note({second}, &worlds[1]);
   }
-  for (const BlockEdit &e : a.edits) worlds[0][e.x] = MaterialOf(e);
-  for (const BlockEdit &e : b.edits) worlds[1][e.x] = MaterialOf(e);
+  Quiet({&a, &b});
+  Note(a.edits, &worlds[0]);
+  Note(b.edits, &worlds[1]);
   EXPECT_EQ(worlds[0], worlds[1]);
-  Ship stored;
-  InitShip(&stored, 0);
-  ASSERT_EQ(LoadShipDirectory(&stored, "Asteroid", true, true), 1);
-  for (const auto &[x, material] : worlds[0]) EXPECT_EQ(HeadMaterial(HeadAt(x, 200, 300, stored)), material) << x;
-  FreeShip(&stored);
+  LoadStored();
+  for (const auto &[x, material] : worlds[0]) EXPECT_EQ(HeadMaterial(HeadAt(x, 200, 300, *ship)), material) << x;
 }
 
 TEST_F(Server, ChatComesBackToAllAndHasItsPace) {
-  Enter(&a, "Ada");
-  Enter(&b, "Ben");
+  EnterBoth();
   SendLine(&a, "hello\n*ERR: all is lost");
   SendLine(&a, "|waves");
   for (Bot *bot : {&a, &b})
     EXPECT_TRUE(Until({&a, &b}, [&] { return Has(bot->chat, "Ada: hello?*ERR: all is lost") && Has(bot->chat, "* Ada waves"); }));
   Pause();  // so that more waits than one pass takes
-  const u8 pong = PacketPong;
-  for (int i = 0; i < 998; ++i) QueuePacket(b.peer, enet_packet_create(&pong, 1, ENET_PACKET_FLAG_RELIABLE));
-  for (const char letter : {'1', '2', '3', '4'}) {
-    const u8 line[] = {PacketChat, 1, static_cast<u8>(letter)};
-    QueuePacket(b.peer, enet_packet_create(line, sizeof line, ENET_PACKET_FLAG_RELIABLE));
-  }
+  const auto queue = [this](const std::vector<u8> &p) {
+    QueuePacket(b.peer, enet_packet_create(p.data(), p.size(), ENET_PACKET_FLAG_RELIABLE));
+  };
+  for (int i = 0; i < 998; ++i) queue({PacketPong});
+  for (const u8 letter : {'1', '2', '3', '4'}) queue({PacketChat, 1, letter});
   enet_host_flush(b.host);
   Resume();
   EXPECT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Ben: 4"); }));
@@ -272,8 +260,7 @@ TEST_F(Server, HostilePeersAreDroppedAndAnHonestGamePlaysOn) {
   Enter(&c, "Cy");
   SendEdit(&c, Place(151));
   EXPECT_TRUE(Until({&a, &b, &c}, [&] { return !a.edits.empty() && a.edits.back().x == 151; }));
-  EXPECT_EQ(a.faults, 0u);
-  EXPECT_EQ(Count(ReadText("errors.txt"), "*ERR"), 0);
+  EXPECT_TRUE(a.faults == 0 && !Logged("*ERR"));
 }
 
 TEST_F(Server, WhoSaysNothingIsDropped) {
@@ -291,14 +278,10 @@ TEST_F(Server, WhoSaysNothingIsDropped) {
 
 TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
   Close();
-  std::filesystem::remove_all("saves");
-  std::filesystem::create_directories("saves");
-  for (const std::string &name : {std::string("Two"), std::string("One (old)-1.x"), std::string("Umläut")}) {
-    Ship *ship = NewTestShip();
-    PlaceHere(ship, 5000, 5000, 5000, CubeOf(5));
-    ASSERT_EQ(SaveShipStream(ship, ("saves/" + name + ".sts").c_str()), 1);
-    FreeShip(ship);
-  }
+  fs::remove_all("saves");
+  fs::create_directories("saves");
+  PlaceHere(ship, 5000, 5000, 5000, CubeOf(5));
+  for (const char *path : {"saves/Two.sts", "saves/One (old)-1.x.sts", "saves/Umläut.sts"}) ASSERT_EQ(SaveShipStream(ship, path), 1);
   WriteText("saves/rubbish.txt", "x");
   WriteText("saves/.hidden.sts", "x");
   Open(2);
@@ -312,7 +295,7 @@ TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
   Quiet({&a});
   Pause();
   EXPECT_FALSE(StartServer()) << "two servers in one folder";
-  EXPECT_NE(ReadText("errors.txt").find("Another server runs in this folder"), std::string::npos);
+  EXPECT_TRUE(Logged("Another server runs in this folder"));
   TheServerOptions = kept;
   Resume();
   ConsoleLine("kick Nobody");
@@ -321,7 +304,7 @@ TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
 
 // The program itself, killed while two players build.
 static pid_t StartProgram() {
-  std::filesystem::remove("server.log");
+  fs::remove("server.log");
   const std::string program = std::string(TARNVALE_BINARIES) + "/src/server/tarnvale-server";
   char *const words[] = {const_cast<char *>(program.c_str()), nullptr};
   pid_t pid = -1;
@@ -331,7 +314,8 @@ static pid_t StartProgram() {
   posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", 1, 0);
   posix_spawn(&pid, program.c_str(), &actions, nullptr, words, environ);
   posix_spawn_file_actions_destroy(&actions);
-  for (int i = 0; i < 1000 && ReadText("server.log").find("Listening") == std::string::npos; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  for (int i = 0; i < 1000 && Count(ReadText("server.log"), "Listening") == 0; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
   return pid;
 }
 
@@ -344,13 +328,10 @@ static void EndProgram(pid_t pid, int signal) {
 
 // Every fifth one removes what the one before it placed.
 static BlockEdit NumberedEdit(u16 number) {
-  if (number % 5 == 4) {
-    BlockEdit e = NumberedEdit(static_cast<u16>(number - 1));
-    e.type = PacketBlockRemove;
-    return e;
-  }
-  BlockEdit e = Place(static_cast<u16>(100 + number % 90), static_cast<u16>(1 + number % 7));
-  e.z = static_cast<u16>(300 + 10 * (number % 4));
+  const u16 of = number % 5 == 4 ? static_cast<u16>(number - 1) : number;
+  BlockEdit e = Place(static_cast<u16>(100 + of % 90), static_cast<u16>(1 + of % 7));
+  e.z = static_cast<u16>(300 + 10 * (of % 4));
+  if (of != number) e.type = PacketBlockRemove;
   return e;
 }
 
@@ -366,14 +347,12 @@ static void NoteRound(const std::vector<BlockEdit> &sent, size_t heard, Possible
   }
 }
 
-static size_t ImpossibleCells(const std::vector<u8> &file, const Possible &cells) {
+static size_t ImpossibleCells(Ship *ship, const std::vector<u8> &file, const Possible &cells) {
   WriteText("saves/late.sts", std::string(file.begin(), file.end()));
-  Ship ship;
-  InitShip(&ship, 0);
-  if (!AllocShipTable(&ship) || LoadShipStream(&ship, "saves/late.sts", false) == 0) return cells.size();
+  if (LoadShipStream(ship, "saves/late.sts", false) == 0) return cells.size();
   size_t impossible = 0;
-  for (const auto &[at, materials] : cells) impossible += 1 - materials.count(static_cast<u16>(HeadMaterial(HeadAt(at[0], 200, at[1], ship))));
-  FreeShip(&ship);
+  for (const auto &[at, materials] : cells)
+    impossible += 1 - materials.count(static_cast<u16>(HeadMaterial(HeadAt(at[0], 200, at[1], *ship))));
   return impossible;
 }
 
@@ -384,8 +363,7 @@ TEST_F(Server, AKillLosesNoEditThatAnybodyHeardOf) {
   for (int round = 0; round < 4; ++round) {
     const pid_t pid = StartProgram();
     ASSERT_GT(pid, 0);
-    Enter(&a, "Ada");
-    Enter(&b, "Ben");
+    EnterBoth();
     std::vector<BlockEdit> sent;
     for (const double end = Now() + 0.7 + 0.13 * round; Now() < end; std::this_thread::sleep_for(std::chrono::milliseconds(6))) {
       sent.push_back(NumberedEdit(number++));
@@ -404,7 +382,7 @@ TEST_F(Server, AKillLosesNoEditThatAnybodyHeardOf) {
   const pid_t pid = StartProgram();
   Enter(&c, "Cy");
   EXPECT_GT(cells.size(), 60u);
-  EXPECT_EQ(ImpossibleCells(c.files["Asteroid"], cells), 0u);
+  EXPECT_EQ(ImpossibleCells(ship, c.files["Asteroid"], cells), 0u);
   EndProgram(pid, SIGTERM);
-  EXPECT_NE(ReadText("server.log").find("Stopped"), std::string::npos);
+  EXPECT_EQ(Count(ReadText("server.log"), "Stopped"), 1);
 }
