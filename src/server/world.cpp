@@ -75,6 +75,7 @@ static bool GrowFirstShip(u16 largest) {
   const u16 size = std::clamp<u16>(largest, 1, 6);
   if (!AddAsteroid(size, 0, 0, -StartDistance - 2 * size * UnitsPerBlock, &TheShipTable)) return false;
   Ship *ship = ShipAt(TheShipTable, 0);
+  LightAsteroid(ship);  // or new players would see nothing
   ship->displayName = ship->fileStem = GrownName;
   return SaveShipDirectory(ship) != 0;
 }

@@ -85,8 +85,8 @@ static void GrowBody(u16 size, RandomState *g, Ship *ship) {
   }
 }
 
-// The heart is placed as in play: it lights the body, and no pass over the ship has to.
-static void PlaceHeart(Ship *ship) {
+// A heart is placed as in play: it lights the body, and no pass over the ship has to. World mutex held.
+static void PlaceHeart(const u16 (&at)[3], Ship *ship) {
   Block heart;
   heart.state = StateWhole;
   heart.rotation = 2;
@@ -94,7 +94,7 @@ static void PlaceHeart(Ship *ship) {
   heart.material = RockMaterial();
   heart.component = static_cast<u16>(std::max(FindComponent(HeartId), 1));
   heart.temp = PlacedTemperature;
-  PlaceBlockHeld(heart, Centre, Centre, Centre, ship);
+  PlaceBlockHeld(heart, at[0], at[1], at[2], ship);
 }
 
 // Puts the middle cell on the given point; at the far end of the world the place wraps like every other.
@@ -109,7 +109,7 @@ static void Generate(u16 size, i64 x, i64 y, i64 z, Ship *ship, RandomState *g) 
   AsteroidGenerated = true;
   PutMiddle(x, y, z, ship);
   GrowBody(size, g, ship);
-  if (size == 1) PlaceHeart(ship);
+  if (size == 1) PlaceHeart({Centre, Centre, Centre}, ship);
   AssignCoordinates(ship);
   StatePass(*ship);
   ship->summary = BuildShipSummary(ship);
@@ -138,4 +138,19 @@ bool AddAsteroid(u16 size, i64 x, i64 y, i64 z, ShipTable *table) {
   Generate(size, x, y, z, ship, &g);
   PublishShip(table);
   return true;
+}
+
+void LightAsteroid(Ship *ship) {
+  const ScopedLock world(&WorldMutex);
+  const ShipSummary &s = *ship->summary;
+  const u16 low[3] = {s.minX, s.minY, s.minZ}, high[3] = {s.maxX, s.maxY, s.maxZ};
+  for (int axis = 0; axis < 3; ++axis)
+    for (const int side : {-1, 1}) {
+      u16 at[3] = {Centre, Centre, Centre};
+      at[axis] = side < 0 ? low[axis] : high[axis];
+      while (at[axis] != Centre && !BlockExists(at[0], at[1], at[2], *ship)) at[axis] = static_cast<u16>(at[axis] - side);
+      at[axis] = static_cast<u16>(at[axis] + side);
+      PlaceHeart(at, ship);
+    }
+  ship->summary = BuildShipSummary(ship);
 }
