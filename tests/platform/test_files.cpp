@@ -1,26 +1,18 @@
 // Files survive what goes wrong while they are replaced, and removing a tree stays inside it.
 #include "platform/files.h"
 
-#include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <thread>
 
-#include "support/installation.h"
-
-namespace fs = std::filesystem;
+#include "support/ship_test.h"
 
 static size_t EntriesIn(const fs::path &folder) {
   return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
 }
 
-class Files : public testing::Test {
- protected:
+struct Files : testing::Test {
   void SetUp() override {
     UseTemporaryInstallation();
     fs::create_directory("files");
@@ -36,22 +28,13 @@ TEST_F(Files, AReplacementIsWholeOrLeavesTheOldFile) {
   EXPECT_TRUE(ReadText("folder/name") == "newer" && fs::file_size("bare") == 0);
   EXPECT_FALSE(ReplaceFile("missing/file", "x", 1));
   EXPECT_FALSE(ReplaceFile("folder", "x", 1));
-  const pid_t child = fork();
-  if (child == 0) {  // a disk with room for 100 bytes
-    const rlimit limit{100, 100};
-    signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &limit);
-    const std::string large(1000, 'x');
-    _exit(ReplaceFile("folder/name", large.data(), large.size()) ? 1 : 0);
-  }
-  int status = -1;
-  waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
+  const std::string large(1000, 'x');
+  EXPECT_EQ(OnFullDisk(100, [&] { return ReplaceFile("folder/name", large.data(), large.size()) ? 1 : 0; }), 0);
   EXPECT_EQ(ReadText("folder/name"), "newer");
   EXPECT_TRUE(EntriesIn("folder") == 1 && EntriesIn(".") == 2) << "nothing is left beside";
   FileReplacement first, second;
   ASSERT_TRUE(BeginReplacement(&first, "bare") && WriteReplacement(&first, "first", 5) && SettleReplacement(&first));
-  std::thread other([&] { EXPECT_TRUE(BeginReplacement(&second, "bare") && WriteReplacement(&second, "second", 6) && CommitReplacement(&second)); });
+  std::thread other([] { EXPECT_TRUE(ReplaceFile("bare", "second", 6)); });
   usleep(100000);  // the other one waits for its turn
   EXPECT_TRUE(CommitReplacement(&first));
   other.join();

@@ -9,12 +9,8 @@
 // Pairs of a key of GLFW 3 and the code that options files and the input know it by, at the ends of each run of the table.
 TEST(Keys, KeepTheCodesThatOptionsFilesHold) {
   const int pairs[][2] = {
-      {32, 32}, {96, 96}, {256, KeyEsc}, {257, KeyEnter}, {261, KeyDelete}, {262, KeyRight}, {263, KeyLeft}, {264, KeyDown},
-      {265, KeyUp}, {266, KeyPageUp}, {269, KeyEnd}, {280, KeyCapsLock}, {284, KeyPause}, {290, KeyF1}, {314, KeyF25},
-      {320, 302}, {329, 311}, {330, 316}, {331, 312}, {334, 315}, {335, 318}, {336, 317}, {340, KeyLeftShift},
-      {341, KeyLeftControl}, {343, KeyLeftSuper}, {344, KeyRightShift}, {347, KeyRightSuper}, {348, KeyMenu},
-      {-1, -1}, {0, -1}, {64, -1}, {161, -1}, {283, -1}, {315, -1}, {349, -1},
-  };
+      {32, 32}, {96, 96}, {256, KeyEsc}, {262, KeyRight}, {269, KeyEnd}, {284, KeyPause}, {314, KeyF25}, {320, 302}, {329, 311},
+      {330, 316}, {336, 317}, {341, KeyLeftControl}, {348, KeyMenu}, {-1, -1}, {0, -1}, {64, -1}, {161, -1}, {315, -1}, {349, -1}};
   for (const auto &pair : pairs) EXPECT_EQ(KeyFromGlfw3(pair[0]), pair[1]) << "GLFW key " << pair[0];
   std::set<int> codes;
   int known = 0;

@@ -19,11 +19,8 @@ static void Xdo(const std::string &words) { ASSERT_EQ(system(("xdotool " + words
 
 // Polls until a condition holds, at most two seconds, then a little longer for what should not come.
 static void PollUntil(const std::function<bool()> &reached) {
-  for (int i = 0; i < 200 && !reached(); i++) {
-    SwapBuffers();
-    usleep(10000);
-  }
-  for (int i = 0; i < 5; i++) {
+  for (int i = 0, after = 0; i < 200 && after < 5; i++) {
+    after += after > 0 || reached() ? 1 : 0;
     SwapBuffers();
     usleep(10000);
   }
