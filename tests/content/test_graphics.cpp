@@ -39,9 +39,8 @@ TEST(Graphics, OnlyAMissingFileOrAWrongMagicStopsALoad) {
   const struct { bool sbf; std::string file; int percent, warnings, errors, opaque, translucent; } cases[] = {
       {false, Header(2, 16, 0) + grid, 1, 0, 0, 1, 2}, {false, Header(3, 16, 0) + grid, 1, 1, 0, 1, 2},
       {false, Header(2, 15, 0) + grid, 1, 1, 0, 1, 2}, {false, Header(2, 16, 1) + grid, 1, 1, 0, 1, 2},
-      {false, Header(2, 16, 0) + grid.substr(0, 9), 1, 1, 0, 1, 1}, {false, "3MP", 1, 5, 0, 0, 0},
-      {false, "", 0, 0, 1, 0, 0}, {false, "3MQ" + grid, 0, 0, 1, 0, 0},
-      {false, Header(2, 16, 0) + std::string(4096 * 4, '\xff'), 100, 0, 0, 4096, 0},
+      {false, Header(2, 16, 0) + grid.substr(0, 9), 1, 1, 0, 1, 1}, {false, "3MP", 1, 5, 0, 0, 0}, {false, "", 0, 0, 1, 0, 0},
+      {false, "3MQ" + grid, 0, 0, 1, 0, 0}, {false, Header(2, 16, 0) + std::string(4096 * 4, '\xff'), 100, 0, 0, 4096, 0},
       {true, zipped, 1, 0, 0, 1, 2}, {true, Zipped("\2" + grid), 1, 1, 0, 1, 2}, {true, zipped.substr(0, 20), 1, 2, 0, 0, 0}};
   for (const auto &c : cases) {
     WriteText(std::string("config/graphics/components/g.") + (c.sbf ? "sbf" : "3mp"), c.file);

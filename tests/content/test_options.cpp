@@ -46,8 +46,7 @@ TEST(Options, FaultsAreToldWithTheirEntryAndReadingGoesOn) {
       {"fraction", "FOV 90.5\nTargetFPS 30\n", inInt + "2 \ninfo: Unknown option on line 2 \n"},
       {"end without value", "TargetFPS 30\nEnd", inInt + "2 \n"},
       {"own section word", "SwitchToInt 1\nTargetFPS 30", "info: Unknown option on line 1 \n"},
-      {"text without value", "SwitchToChar 1\nPlayerName",
-       "info: Error in String section of config/text/options on line 2 \n"},
+      {"text without value", "SwitchToChar 1\nPlayerName", "info: Error in String section of config/text/options on line 2 \n"},
       {"no number", "SwitchToFloat 1\nSoundVolume nan\nMusicVolume 0.5", inFloat + "2 \n"},
       {"too large", "SwitchToFloat 1\nSoundVolume 1e39\nMusicVolume -1e400\n", inFloat + "2 \n" + inFloat + "3 \n"},
       {"behind the end", "End 1\nFOV 90", ""}};

@@ -18,67 +18,55 @@ static std::string ComponentRow(int id, const std::string &rest, const std::stri
   return std::to_string(id) + " 1 2 3 0 0 0 " + stem + " " + rest + "\n";
 }
 
-// A grid file of one opaque voxel at index 0.
-static std::string OneVoxelGraphic() {
-  std::string bytes("3MP\2\0\0\0\20\0\0\0\20\0\0\0\20\0\0\0", 19);
-  bytes.resize(16416, '\0');
-  bytes[32 + 3] = '\xff';
-  return bytes;
-}
-
 // Runs a load over a file in a fresh installation and gives its result and the log.
 struct Loaded {
   int result;
   std::string log;
 };
-static Loaded Load(int (*load)(), const std::string &path, const std::string &file) {
+static Loaded LoadText(const std::string &table, const std::string &file) {
   UseTemporaryInstallation();
   std::filesystem::remove("config/graphics");
-  WriteText("config/graphics/components/one.3mp", OneVoxelGraphic());
+  WriteText("config/graphics/components/one.3mp", "3MP");
   WriteText("config/graphics/components/bad.3mp", "4MP");
-  WriteText(path, file);
+  WriteText("config/text/" + table, file);
   testing::internal::CaptureStdout();
   LogInit();
-  const int result = load();
+  const int result = table == "materials" ? LoadMaterials() : LoadComponents();
   testing::internal::GetCapturedStdout();
   return {result, ReadText("errors.txt").substr(32)};
 }
-static Loaded LoadMaterialText(const std::string &file) { return Load(LoadMaterials, "config/text/materials", file); }
-static Loaded LoadComponentText(const std::string &file) { return Load(LoadComponents, "config/text/components", file); }
 
 TEST(Tables, ABrokenRowIsToldWithItsLineAndTheOldTableStays) {
   const std::string good = MaterialRow(110, "metal Common"), w32(32, 'w'), w64(64, 'w');
   std::string many;
   for (int row = 0; row < 255; ++row) many += good;
-  ASSERT_EQ(LoadMaterialText(good).result, 2);
-  const struct { std::string file; int line; } materials[] = {
-      {"# a\n1 2 3 metal\n", 2}, {good + "1" + numbers, 2}, {"0" + numbers + "a b\n", 1}, {"65537" + numbers + "a b\n", 1},
-      {"x" + numbers + "a b\n", 1}, {"1.5" + numbers + "a b\n", 1}, {MaterialRow(1, w64 + " b"), 1},
-      {MaterialRow(1, "a b|" + w32), 1}, {"\n\n" + MaterialRow(1, "a " + std::string(300, 'w')), 3},
-      {MaterialRow(1, "a b " + std::string(4096, 'c')), 1}, {many, 255}, {std::string("\0\0\xff\n", 4), 1}};
-  for (const auto &c : materials) {
-    const Loaded loaded = LoadMaterialText(c.file);
+  ASSERT_EQ(LoadText("materials", good).result, 2);
+  const struct { std::string table, file; int line; } cases[] = {
+      {"materials", "# a\n1 2 3 metal\n", 2}, {"materials", good + "1" + numbers, 2}, {"materials", "0" + numbers + "a b\n", 1},
+      {"materials", "65537" + numbers + "a b\n", 1}, {"materials", "x" + numbers + "a b\n", 1},
+      {"materials", "1.5" + numbers + "a b\n", 1}, {"materials", MaterialRow(1, w64 + " b"), 1},
+      {"materials", MaterialRow(1, "a b|" + w32), 1}, {"materials", "\n\n" + MaterialRow(1, "a " + std::string(300, 'w')), 3},
+      {"materials", MaterialRow(1, "a b " + std::string(4096, 'c')), 1}, {"materials", many, 255},
+      {"materials", std::string("\0\0\xff\n", 4), 1}, {"components", ComponentRow(2, "block 0 - 0"), 1},
+      {"components", ComponentRow(2, w64 + " 0 - 0 tag"), 1},
+      {"components", "#\n" + ComponentRow(2, "block 0 " + w64 + w64 + " 0 tag"), 2},
+      {"components", ComponentRow(2, "block 0 - 0 a|" + w32), 1}, {"components", ComponentRow(2, "block 0 - 0 tag", "absent"), 1},
+      {"components", ComponentRow(2, "block 0 - 0 tag", "bad"), 1}, {"components", ComponentRow(-65535, "block 0 - 0 tag"), 1}};
+  for (const auto &c : cases) {
+    const Loaded loaded = LoadText(c.table, c.file);
     EXPECT_EQ(loaded.result, 0) << c.file.substr(0, 80);
-    const std::string line = std::to_string(c.line), words = "info: Error in Materials file on line " + line;
-    EXPECT_EQ(loaded.log.find(words + " \n*ERR: config/text/materials:" + line + ": "), 0u) << loaded.log;
+    const std::string line = std::to_string(c.line), told = "*ERR: config/text/" + c.table + ":" + line + ": ";
+    EXPECT_EQ(Count(loaded.log, told), 1) << loaded.log;
+    const std::string word = c.table == "materials" ? "Materials" : "Components";
+    EXPECT_LT(loaded.log.find("info: Error in " + word + " file on line " + line + " \n"), loaded.log.find(told)) << loaded.log;
     EXPECT_EQ(Materials.size(), 3u);
-  }
-  const struct { std::string file; int line; } components[] = {
-      {ComponentRow(2, "block 0 - 0"), 1}, {ComponentRow(2, w64 + " 0 - 0 tag"), 1},
-      {"#\n" + ComponentRow(2, "block 0 " + w64 + w64 + " 0 tag"), 2}, {ComponentRow(2, "block 0 - 0 a|" + w32), 1},
-      {ComponentRow(2, "block 0 - 0 tag", "absent"), 1}, {ComponentRow(2, "block 0 - 0 tag", "bad"), 1},
-      {ComponentRow(-65535, "block 0 - 0 tag"), 1}};
-  for (const auto &c : components) {
-    const Loaded loaded = LoadComponentText(c.file);
-    EXPECT_EQ(loaded.result, 0) << c.file;
-    EXPECT_NE(loaded.log.find("config/text/components:" + std::to_string(c.line) + ": "), std::string::npos) << loaded.log;
   }
 }
 
 TEST(Tables, AFileWithoutRowsIsATableWithoutRows) {
-  EXPECT_EQ(LoadMaterialText("# nothing\n#").result, 1);
+  EXPECT_EQ(LoadText("materials", "# nothing\n#").result, 1);
   EXPECT_EQ(Materials[1].id, 0);
-  const Loaded loaded = LoadComponentText("");
+  const Loaded loaded = LoadText("components", "");
   EXPECT_EQ(loaded.result, 1);
   EXPECT_EQ(Count(loaded.log, "row 1 takes its place"), 3);
   EXPECT_FALSE(FindPhaseComponents());
@@ -87,7 +75,7 @@ TEST(Tables, AFileWithoutRowsIsATableWithoutRows) {
 }
 
 TEST(Tables, MaterialsKeepColumnsAndTags) {
-  const Loaded loaded = LoadMaterialText("110" + numbers + "metal a|b|c|d|e|" + std::string(40, 'x') + "  behind it\r\n" +
+  const Loaded loaded = LoadText("materials", "110" + numbers + "metal a|b|c|d|e|" + std::string(40, 'x') + "  behind it\r\n" +
                                          "7 1 2 3 4 5 6 7 8 9 10 300 1 2 3 soft Common");
   ASSERT_EQ(loaded.result, 3);
   EXPECT_EQ(loaded.log, "");
@@ -98,7 +86,7 @@ TEST(Tables, MaterialsKeepColumnsAndTags) {
 }
 
 TEST(Tables, WhatLeadsOutOfTheTableBecomesZero) {
-  const Loaded loaded = LoadComponentText(
+  const Loaded loaded = LoadText("components", 
       ComponentRow(160, "animation 0 - 1 a|b") + ComponentRow(7, "animation -1 - -1 a") + ComponentRow(8, "x -3 - 3 a") +
       ComponentRow(9, "x -200 - 300 a") + ComponentRow(10, "x 1 - -5 a") + ComponentRow(900, "x 1 - 0 a") +
       ComponentRow(215, "x 0 - 1 a"));
@@ -120,9 +108,9 @@ TEST(Tables, WhatLeadsOutOfTheTableBecomesZero) {
 }
 
 TEST(Tables, CategoriesListBasesByName) {
-  LoadMaterialText(MaterialRow(1, "a Rock|Common|Rock") + MaterialRow(2, "a Common|Metal") + MaterialRow(3, "a |Rock"));
-  LoadComponentText(ComponentRow(1, "x 0 - 0 Hull|Common") + ComponentRow(2, "x -1 - 0 Lamps") + ComponentRow(3, "x 0 - 0 Hull") +
-                    ComponentRow(4, "x 0 - 0 debug|Lamps"));
+  LoadText("materials", MaterialRow(1, "a Rock|Common|Rock") + MaterialRow(2, "a Common|Metal") + MaterialRow(3, "a |Rock"));
+  LoadText("components", ComponentRow(1, "x 0 - 0 Hull|Common") + ComponentRow(2, "x -1 - 0 Lamps") +
+                             ComponentRow(3, "x 0 - 0 Hull") + ComponentRow(4, "x 0 - 0 debug|Lamps"));
   const char *names[] = {"", "b", "B", "a", "c"};
   for (size_t row = 1; row < 4; ++row) Materials[row].name = names[row];
   for (size_t row = 1; row < 5; ++row) Components[row].name = names[row];

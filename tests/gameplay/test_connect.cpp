@@ -14,19 +14,6 @@ namespace {
 
 using Ids = std::set<int>;
 
-struct FamilyRows {
-  u16 id;
-  int rows;
-  const char *first = "", *second = "";  // class words of the first rows
-};
-
-constexpr FamilyRows Table[] = {
-    {2, 1},    {20, 5},   {30, 2},  {40, 10},  {70, 1},   {80, 1},  {83, 1},  {94, 1},  {120, 2},   {122, 2},   {124, 2},
-    {200, 12}, {240, 1},  {270, 1}, {310, 4},  {320, 3},  {340, 5}, {350, 8}, {360, 1}, {362, 1},   {370, 3},   {420, 4},
-    {450, 1},  {550, 1},  {551, 1}, {600, 1},  {601, 1},  {3520, 5}, {250, 1, "plating"}, {900, 1, "door"}, {901, 1, "airlock"},
-    {251, 8, "platingedg", "platingcor"}, {261, 8}, {510, 8}, {520, 8}, {530, 8}, {560, 8}, {570, 8}, {580, 8}, {610, 8},
-    {620, 8}, {630, 8}, {1000, 1}, {1002, 1}};
-
 void AddRow(u16 id, int toBase, const char *word) {
   Component c;
   c.id = id;
@@ -54,25 +41,8 @@ constexpr int SideSteps[6][3] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {
 
 }  // namespace
 
-// A table with a cube for each row, and a world in which each case begins on free ground.
+// A world in which each case begins on free ground.
 struct Connect : Play {
-  std::vector<Component> real;
-
-  void SetUp() override {
-    Play::SetUp();
-    real.swap(Components);
-    Components.emplace_back();
-    for (const FamilyRows &f : Table)
-      for (int i = 0; i < f.rows; ++i)
-        AddRow(static_cast<u16>(f.id + i), -i, i == 0 ? f.first : i == 1 ? f.second : "");
-    EndTable();
-  }
-  void TearDown() override {
-    Clear();
-    real.swap(Components);
-    ComponentCount = static_cast<u16>(Components.size() - 1);
-    DeriveComponentTraits();
-  }
   void Clear() {
     for (int x = -3; x <= 6; ++x)
       for (int y = -3; y <= 3; ++y)
@@ -132,23 +102,17 @@ TEST_F(Connect, ABlockLinesUpByItsNeighbourAndTheEye) {
     ASSERT_EQ(Build(70, 0, c.ex, c.ey, c.ez), 1);
     EXPECT_EQ(Look().rotation, c.rotation) << c.side << ": " << c.ex << " " << c.ey << " " << c.ez;
   }
-  for (const int id : {70, 80, 83, 94, 240, 250, 270, 360, 362, 450, 550, 551, 600, 601}) {
-    Clear();
-    Build(id);
-    ExpectAt({0, 0, 0, id, 2}, {id}, "alone it stands on its target");
-    Clear();
-    StandOn(0, 1000), StandOn(4, 1000);
-    Build(id, 0, -1);
-    ExpectAt({0, 0, 0, id, 5}, {id}, "the last neighbour counts");
-    Clear();
-    Stand({0, 1, 0, id, 6, 3}), StandOn(4, 1000);
-    Build(id, 0, -1);
-    ExpectAt({0, 0, 0, id, 6}, {id}, "the same kind ends the walk");
-    Clear();
-    Stand({0, 1, 0, id, 6});
-    Build(id, 3);
-    ExpectAt({0, 0, 0, id, 3}, {id}, "the builder's choice");
-  }
+  const struct { std::vector<Beside> around; unsigned held; int ex; unsigned rotation; const char *what; } scenes[] = {
+      {{}, 0, 0, 2, "alone it stands on its target"}, {{{1, 0, 0, 1000}, {0, 0, 1, 1000}}, 0, -1, 5, "the last neighbour counts"},
+      {{{0, 1, 0, 0, 6, 3}, {0, 0, 1, 1000}}, 0, -1, 6, "the same kind ends the walk"},
+      {{{0, 1, 0, 0, 6}}, 3, 0, 3, "the builder's choice"}};
+  for (const int id : {70, 80, 83, 94, 240, 250, 270, 360, 362, 450, 550, 551, 600, 601})
+    for (const auto &s : scenes) {
+      Clear();
+      for (const Beside &b : s.around) Stand({b.x, b.y, b.z, b.id == 0 ? id : b.id, b.rotation, b.rotation2});
+      Build(id, s.held, s.ex);
+      ExpectAt({0, 0, 0, id, s.rotation}, {id}, s.what);
+    }
 }
 
 TEST_F(Connect, AnObjectOfSeveralCellsStandsWholeOrNotAtAll) {
@@ -208,25 +172,23 @@ constexpr unsigned XP = 1, XN = 2, YP = 4, YN = 8, ZP = 16, ZN = 32;
 TEST_F(Connect, ANewPieceTakesTheFormOfItsJoint) {
   const Ids ends340{341, 342, 343}, ends310{311, 312}, straight20{20, 21, 22}, straight40{40, 41};
   const Joint joints[] = {
-      {340, 0, 0, ends340},         {340, XP, 0, ends340, 4},      {340, XN, 0, ends340, 6},      {340, YP, 0, ends340, 2},
-      {340, YN, 0, ends340, 5},     {340, ZP, 0, ends340, 1},      {340, ZN, 0, ends340, 3},      {340, XP | XN, 0, {340}, 6},
-      {340, YP | YN, 0, {340}, 5},  {340, ZP | ZN, 0, {340}, 3},   {340, XP | YN, 0, {344}},      {340, XN | YP | ZP, 0, {344}},
-      {340, 63, 0, {344}},          {340, XP, 62, ends340, 4},
-      {310, 0, 0, ends310},         {310, XP, 0, ends310, 6},      {310, XN, 0, ends310, 4},      {310, YP, 0, ends310, 5},
-      {310, YN, 0, ends310, 2},     {310, ZP, 0, ends310, 3},      {310, ZN, 0, ends310, 1},      {310, XP | XN, 0, {310}, 4},
-      {310, YP | ZN, 0, {313}},     {310, XP | XN | ZP, 0, {313}}, {310, 63, 0, {313}},
-      {20, 0, 0, straight20},       {20, XP, 0, {23}},             {20, ZN, 0, {23}},             {20, XP | XN, 0, straight20, 4},
-      {20, YP | YN, 0, straight20, 2}, {20, ZP | ZN, 0, straight20, 1}, {20, XP | YP, 0, {23}},   {20, 63, 0, {23}},
-      {20, 0, 60, {24}},            {20, XP, 60, {24}},            {20, XP | YP, 58, {24}},       {20, XP | XN, 28, straight20, 4},
-      {40, 0, 0, {42}},             {40, XP, 0, {42}, 6},          {40, XN, 0, {42}, 4},          {40, YP, 0, {42}, 5},
-      {40, YN, 0, {42}, 2},         {40, ZP, 0, {42}, 3},          {40, ZN, 0, {42}, 1},          {40, XP | XN, 0, straight40, 4},
-      {40, YP | YN, 0, straight40, 2}, {40, ZP | ZN, 28, straight40, 1}, {40, XP | YP | ZN, 0, {43}}, {40, 63, 0, {43}},
-      {40, XP | YP | ZN, 26, {43}}, {40, 0, 60, {45}},             {40, XN, 60, {45}, 4},         {40, XP | YP, 58, {45}, 5},
-      {40, XP | YP, 0, {46}, 6, 3}, {40, XP | YN, 0, {46}, 6, 1},  {40, XP | ZP, 0, {46}, 6, 0},  {40, XP | ZN, 0, {46}, 6, 2},
-      {40, XN | YP, 0, {46}, 4, 1}, {40, XN | YN, 0, {46}, 4, 3},  {40, XN | ZP, 0, {46}, 4, 2},  {40, XN | ZN, 0, {46}, 4, 0},
-      {40, YP | ZP, 0, {46}, 3, 3}, {40, YP | ZN, 0, {46}, 1, 1},  {40, YN | ZP, 0, {46}, 2, 1},  {40, YN | ZN, 0, {46}, 2, 3},
-  };
-  const int wallIds[3] = {250, 900, 901};
+      {340, 0, 0, ends340}, {340, XP, 0, ends340, 4}, {340, XN, 0, ends340, 6}, {340, YP, 0, ends340, 2},
+      {340, YN, 0, ends340, 5}, {340, ZP, 0, ends340, 1}, {340, ZN, 0, ends340, 3}, {340, XP | XN, 0, {340}, 6},
+      {340, YP | YN, 0, {340}, 5}, {340, ZP | ZN, 0, {340}, 3}, {340, XP | YN, 0, {344}}, {340, XN | YP | ZP, 0, {344}},
+      {340, 63, 0, {344}}, {340, XP, 62, ends340, 4}, {310, 0, 0, ends310}, {310, XP, 0, ends310, 6}, {310, XN, 0, ends310, 4},
+      {310, YP, 0, ends310, 5}, {310, YN, 0, ends310, 2}, {310, ZP, 0, ends310, 3}, {310, ZN, 0, ends310, 1},
+      {310, XP | XN, 0, {310}, 4}, {310, YP | ZN, 0, {313}}, {310, XP | XN | ZP, 0, {313}}, {310, 63, 0, {313}},
+      {20, 0, 0, straight20}, {20, XP, 0, {23}}, {20, ZN, 0, {23}}, {20, XP | XN, 0, straight20, 4},
+      {20, YP | YN, 0, straight20, 2}, {20, ZP | ZN, 0, straight20, 1}, {20, XP | YP, 0, {23}}, {20, 63, 0, {23}},
+      {20, 0, 60, {24}}, {20, XP, 60, {24}}, {20, XP | YP, 58, {24}}, {20, XP | XN, 28, straight20, 4}, {40, 0, 0, {42}},
+      {40, XP, 0, {42}, 6}, {40, XN, 0, {42}, 4}, {40, YP, 0, {42}, 5}, {40, YN, 0, {42}, 2}, {40, ZP, 0, {42}, 3},
+      {40, ZN, 0, {42}, 1}, {40, XP | XN, 0, straight40, 4}, {40, YP | YN, 0, straight40, 2}, {40, ZP | ZN, 28, straight40, 1},
+      {40, XP | YP | ZN, 0, {43}}, {40, 63, 0, {43}}, {40, XP | YP | ZN, 26, {43}}, {40, 0, 60, {45}}, {40, XN, 60, {45}, 4},
+      {40, XP | YP, 58, {45}, 5}, {40, XP | YP, 0, {46}, 6, 3}, {40, XP | YN, 0, {46}, 6, 1}, {40, XP | ZP, 0, {46}, 6, 0},
+      {40, XP | ZN, 0, {46}, 6, 2}, {40, XN | YP, 0, {46}, 4, 1}, {40, XN | YN, 0, {46}, 4, 3}, {40, XN | ZP, 0, {46}, 4, 2},
+      {40, XN | ZN, 0, {46}, 4, 0}, {40, YP | ZP, 0, {46}, 3, 3}, {40, YP | ZN, 0, {46}, 1, 1}, {40, YN | ZP, 0, {46}, 2, 1},
+      {40, YN | ZN, 0, {46}, 2, 3}};
+  const int wallIds[3] = {250, 2000, 2010};
   for (const Joint &j : joints) {
     Clear();
     for (int side = 0; side < 6; ++side) {
@@ -260,14 +222,14 @@ TEST_F(Connect, ALonePieceLooksLikeItsPlace) {
 TEST_F(Connect, AStandingPieceTakesAnotherFormWhenKinArrive) {
   const Joint joints[] = {
       {341, XP, 0, {340, 342, 343}, 4}, {342, XP, 0, {342}, 4}, {343, XP, 0, {343}, 4}, {344, XP, 0, {340}, 4},
-      {343, XP | XN, 0, {340}, 6}, {344, XP | XN, 0, {340}, 6},      {341, XP | ZP, 0, {344}}, {344, XP | ZP | ZN, 0, {344}}, {342, XP | ZP | ZN, 0, {344}},
-      {310, XP, 0, {311, 312}, 6},      {311, XP, 0, {311}, 6}, {312, XP, 0, {312}, 6}, {313, XP, 0, {311, 312}, 6},
-      {311, XP | XN, 0, {310}, 4},      {312, XP | XN, 0, {310}, 4}, {313, XP | XN, 0, {310}, 4}, {312, XP | YP, 0, {313}},
-      {311, XP | YP | ZP, 0, {313}},    {312, XP | YP | ZP, 0, {313}}, {313, XP | YP | ZP, 0, {313}},
-      {22, XP, 0, {23}},                {24, XP, 0, {24}},      {21, XP | XN, 0, {21}, 4}, {23, XP | XN, 0, {20, 21, 22}, 4},
-      {21, XP | YP, 0, {23}},           {23, XP | YP, 0, {23}}, {24, XP | XN, 0, {24}, 4}, {21, XP, 60, {24}}, {23, XP, 60, {24}},
-      {42, XP, 0, {42}, 6},             {46, XP, 0, {42}, 6},   {45, XP | XN, 0, {40, 41}, 4}, {43, XP | YN, 0, {46}, 6, 1},
-      {44, XP | YP, 0, {44}, 2},        {44, XP, 60, {44}, 2}};
+      {343, XP | XN, 0, {340}, 6}, {344, XP | XN, 0, {340}, 6}, {341, XP | ZP, 0, {344}}, {344, XP | ZP | ZN, 0, {344}},
+      {342, XP | ZP | ZN, 0, {344}}, {310, XP, 0, {311, 312}, 6}, {311, XP, 0, {311}, 6}, {312, XP, 0, {312}, 6},
+      {313, XP, 0, {311, 312}, 6}, {311, XP | XN, 0, {310}, 4}, {312, XP | XN, 0, {310}, 4}, {313, XP | XN, 0, {310}, 4},
+      {312, XP | YP, 0, {313}}, {311, XP | YP | ZP, 0, {313}}, {312, XP | YP | ZP, 0, {313}}, {313, XP | YP | ZP, 0, {313}},
+      {22, XP, 0, {23}}, {24, XP, 0, {24}}, {21, XP | XN, 0, {21}, 4}, {23, XP | XN, 0, {20, 21, 22}, 4}, {21, XP | YP, 0, {23}},
+      {23, XP | YP, 0, {23}}, {24, XP | XN, 0, {24}, 4}, {21, XP, 60, {24}}, {23, XP, 60, {24}}, {42, XP, 0, {42}, 6},
+      {46, XP, 0, {42}, 6}, {45, XP | XN, 0, {40, 41}, 4}, {43, XP | YN, 0, {46}, 6, 1}, {44, XP | YP, 0, {44}, 2},
+      {44, XP, 60, {44}, 2}};
   for (const Joint &j : joints) {
     Clear();
     const int base = j.held - j.held % 10;
@@ -335,8 +297,11 @@ TEST_F(Connect, WhatTheTableLacksStaysAsItIsAndNothingWrapsAtTheEdges) {
       Remove(x, x, x);
     }
   Clear();
+  std::vector<Component> real;
+  real.swap(Components);
   for (const u16 id : {u16{30}, u16{20}, u16{40}, u16{200}, u16{251}, u16{310}, u16{350}, u16{340}}) {
-    Components.resize(1);
+    Components.clear();
+    Components.emplace_back();
     AddRow(2, 0, "plating");
     AddRow(1, 0, "");
     AddRow(id, 0, "");
@@ -355,6 +320,9 @@ TEST_F(Connect, WhatTheTableLacksStaysAsItIsAndNothingWrapsAtTheEdges) {
     EXPECT_EQ(Id(Look()), id);
     Clear();
   }
+  real.pop_back();
+  Components = std::move(real);
+  EndTable();
 }
 
 // The player looks along -z at a plain block.

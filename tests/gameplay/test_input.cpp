@@ -44,10 +44,9 @@ TEST_F(Input, TheMouseTurnsTheViewWithinItsLimits) {
 
 TEST_F(Input, TheWheelTurnsTheBlockInHand) {
   const struct { unsigned rotation, rotation2; bool control, alt; int notches; unsigned toRotation, toRotation2; } cases[] = {
-      {1, 0, false, false, 1, 1, 1},  {1, 3, false, false, 1, 2, 0},  {6, 3, false, false, 1, 1, 0},
-      {1, 1, false, false, -1, 1, 0}, {1, 0, false, false, -1, 6, 3}, {4, 0, false, false, -1, 3, 3},
-      {2, 3, true, false, 1, 2, 0},   {2, 0, true, false, -1, 2, 3},  {6, 2, false, true, 1, 1, 2},
-      {1, 2, false, true, -1, 6, 2},  {2, 3, true, true, 1, 2, 0},    {1, 2, false, false, 3, 2, 1}};
+      {1, 0, false, false, 1, 1, 1}, {1, 3, false, false, 1, 2, 0}, {6, 3, false, false, 1, 1, 0}, {1, 1, false, false, -1, 1, 0},
+      {1, 0, false, false, -1, 6, 3}, {4, 0, false, false, -1, 3, 3}, {2, 3, true, false, 1, 2, 0}, {2, 0, true, false, -1, 2, 3},
+      {6, 2, false, true, 1, 1, 2}, {1, 2, false, true, -1, 6, 2}, {2, 3, true, true, 1, 2, 0}, {1, 2, false, false, 3, 2, 1}};
   for (const auto &c : cases) {
     Player p = ReadPlayer();
     p.heldBlock.rotation = c.rotation & 7u;

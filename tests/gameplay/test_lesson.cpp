@@ -25,14 +25,11 @@ struct Lesson : Play {
 TEST_F(Lesson, AdvancesOnTheKeyThatItWaitsForAndOnNoOther) {
   const Controls &c = Options.controls;
   const struct { const char *word; int key, action, other; bool opensMenu; } cases[] = {
-      {"#Space", c.stop, 0, c.moveUp, false},      {"#WASD", c.moveUp, 0, c.stop, false},
-      {"#WASD", c.moveForward, 0, c.stop, false},  {"#E", c.use, 1, '1', false},
-      {"#Esc", KeyEsc, 1, c.use, false},           {"#EscorQ", KeyEsc, 1, c.use, false},
-      {"#Q", c.blockSelect, 1, '1', true},         {"#EscorQ", c.blockSelect, 1, '1', true},
-      {"#1", '1', 1, '2', false},                  {"#2", '2', 1, '5', false},
-      {"#3", '3', 1, '4', false},                  {"#4", '4', 1, '3', false},
-      {"#5", '5', 1, '2', false},                  {"#2or5", '2', 1, '3', false},
-      {"#2or5", '5', 1, '1', false}};
+      {"#Space", c.stop, 0, c.moveUp, false}, {"#WASD", c.moveUp, 0, c.stop, false}, {"#WASD", c.moveForward, 0, c.stop, false},
+      {"#E", c.use, 1, '1', false}, {"#Esc", KeyEsc, 1, c.use, false}, {"#EscorQ", KeyEsc, 1, c.use, false},
+      {"#Q", c.blockSelect, 1, '1', true}, {"#EscorQ", c.blockSelect, 1, '1', true}, {"#1", '1', 1, '2', false},
+      {"#2", '2', 1, '5', false}, {"#3", '3', 1, '4', false}, {"#4", '4', 1, '3', false}, {"#5", '5', 1, '2', false},
+      {"#2or5", '2', 1, '3', false}, {"#2or5", '5', 1, '1', false}};
   for (const auto &k : cases) {
     WaitFor(k.word);
     OnKey(k.other, k.action);
@@ -54,8 +51,7 @@ TEST_F(Lesson, AdvancesOnTheKeyThatItWaitsForAndOnNoOther) {
 TEST_F(Lesson, AdvancesOnAPressThatPlacesABlockAndOnTheHeatTool) {
   const struct { const char *word; int tool, button; bool blocked, advances; } cases[] = {
       {"#LMB-BlockPlace", '1', 0, true, false}, {"#LMB-BlockPlace", '1', 1, false, false},
-      {"#LMB-BlockPlace", '2', 0, false, false}, {"#LMB-Laser", '1', 0, true, false},
-      {"#LMB-Laser", '5', 0, false, true}};
+      {"#LMB-BlockPlace", '2', 0, false, false}, {"#LMB-Laser", '1', 0, true, false}, {"#LMB-Laser", '5', 0, false, true}};
   for (const auto &k : cases) {
     Place(Middle, Middle, Middle - 5);
     WaitFor(k.word);

@@ -94,10 +94,8 @@ TEST_F(Motion, PushOffCountsWhatIsInReachAndNeedsRoomBehind) {
 
 TEST_F(Motion, DampenStepSharesTheRateAmongTheAxes) {
   const struct { i32 v[3], target[3]; float rate; i32 after[3]; bool arrived; i32 speed; } cases[] = {
-      {{1000, 0, 0}, {0, 0, 0}, 120, {880, 0, 0}, false, 880},
-      {{300, -300, 0}, {0, 0, 0}, 120, {240, -240, 0}, false, 480},
-      {{100, 1000, 0}, {0, 0, 0}, 120, {0, 891, 0}, false, 891},
-      {{60, 0, -60}, {0, 0, 0}, 120, {0, 0, 0}, true, 7},
+      {{1000, 0, 0}, {0, 0, 0}, 120, {880, 0, 0}, false, 880}, {{300, -300, 0}, {0, 0, 0}, 120, {240, -240, 0}, false, 480},
+      {{100, 1000, 0}, {0, 0, 0}, 120, {0, 891, 0}, false, 891}, {{60, 0, -60}, {0, 0, 0}, 120, {0, 0, 0}, true, 7},
       {{500, 0, 0}, {400, 0, 9}, 50, {455, 0, 9}, false, 464}};
   for (const auto &c : cases) {
     Player p;
@@ -138,8 +136,7 @@ TEST_F(Motion, WhoeverIsInsideABlockIsThrownBackFasterAndFaster) {
 
 // A body next to a wall, or in front of an edge where two axes meet, stops on those axes and slides on the others.
 TEST_F(Motion, WallsAndEdgesStopASlowBodyOnTheirOwnAxes) {
-  const int walls[][3] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0},  {0, -1, 0}, {0, 0, 1},
-                          {0, 0, -1}, {-1, 1, 0}, {0, -1, 1}, {1, 0, 1}};
+  const int walls[][3] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}, {-1, 1, 0}, {0, -1, 1}, {1, 0, 1}};
   for (i32 a = 0; a < 3; ++a) ship->velocity[a] = 500;
   for (const auto &w : walls) {
     Place(Middle + w[0], Middle + w[1], Middle + w[2]);

@@ -64,25 +64,6 @@ struct Screens : testing::Test {
   }
 };
 
-TEST_F(Screens, ThePauseMenuLeadsEverywhere) {
-  const struct { bool alone; int y; u8 screen, mode; int result; } clicks[] = {
-      {true, 400, ScreenPause, 0, 0},  {true, 200, ScreenGraphics, 1, 0}, {true, 0, ScreenShips, 1, 0},
-      {false, 0, ScreenPause, 0, 0},   {true, -200, ScreenNaming, 1, 0},  {true, -400, ScreenPause, 1, -1}};
-  for (const auto &c : clicks) {
-    Options.SinglePlayer = c.alone;
-    MenuClosable = true;
-    uiMode = 0;
-    ToggleMenu();
-    EXPECT_EQ(Click(0, c.y), c.result);
-    EXPECT_EQ(GuiScreen, c.screen);
-    EXPECT_EQ(uiMode, c.mode) << c.y;
-  }
-  BuildTitleMenu();
-  EXPECT_EQ(Click(0, -300), -1);
-  Click(-800, -480);
-  EXPECT_EQ(GuiScreen, ScreenLanguages);
-}
-
 struct Access {
   double (*get)();
   void (*set)(double);
@@ -159,8 +140,8 @@ TEST_F(Screens, ASwitchFlipsItsOptionAndItsColour) {
       {BuildGraphicsOptions, -305, 250, &Options.HighQualityFlashlight, false, 0},
       {BuildGraphicsOptions, 305, 250, &Options.LevelOfDetail, false, 0},
       {BuildGameOptions, -305, 350, &Options.Crosshair, false, 0}, {BuildGameOptions, 305, 350, &Options.ShowReticle, false, 0},
-      {BuildMouseOptions, -500, 350, &Options.InvertMouse, false, 0}, {BuildSoundOptions, 150, 300, &Options.DisableSound, false, 81},
-      {BuildOtherOptions, 0, 0, &CollisionsOn, true, 0}, {BuildOtherOptions, 0, 250, &Options.ThreadedInput, false, 0}};
+      {BuildMouseOptions, -500, 350, &Options.InvertMouse, false, 0}, {BuildOtherOptions, 0, 0, &CollisionsOn, true, 0},
+      {BuildSoundOptions, 150, 300, &Options.DisableSound, false, 81}};
   for (const auto &s : switches) {
     s.build(0);
     for (int press = 0; press < 2; ++press) {
@@ -190,6 +171,12 @@ TEST_F(Screens, RestoreBringsTheGraphicsBack) {
 
 TEST_F(Screens, AListShowsSixteenNamesAndTheChosenOne) {
   const struct { int files, names, last; } lists[] = {{0, 0, 0}, {1, 1, 0}, {17, 17, 1}, {2000, 1020, 1004}};
+  Options.SinglePlayer = false;
+  BuildPauseMenu();
+  Click(0, 0);
+  EXPECT_EQ(GuiScreen, ScreenPause) << "no other ship in company";
+  Options.SinglePlayer = true;
+  uiMode = 1;
   WriteText("saves/.hidden.sts", "");
   WriteText("saves/notes.txt", "");
   int written = 0;
