@@ -245,12 +245,8 @@ TEST_F(Session, ADownloadNeverReplacesAnOwnShipThatIsNotKept) {
 
 TEST_F(Session, OnlyShipsAreWrittenAndOnlyIntoTheirFolder) {
   const std::string good = ShipFile(5);
-  const auto files = [] {
-    std::vector<std::string> names;
-    for (const auto &entry : fs::recursive_directory_iterator(fs::current_path())) names.push_back(entry.path());
-    return names.size();
-  };
-  const size_t before = files();
+  const auto files = [] { return std::distance(fs::recursive_directory_iterator("."), fs::recursive_directory_iterator()); };
+  const auto before = files();
   const std::string names[] = {"../up", "a/b", "..", ".hidden", "", std::string("a\0b", 3), std::string(64, 'x'), "a\nb", "/tmp/x", "a\\b", "\xe4"};
   for (const std::string &name : names) Handle(PacketFile, FilePayload(name, good));
   for (const char *content : {"", "\x1f", "#!/bin/sh\n"}) Handle(PacketFile, FilePayload("A", content));
@@ -350,13 +346,6 @@ TEST_F(OnTheWire, BothSidesHearOfAllAndNobodyTwice) {
   ASSERT_TRUE(PollUntil([&] { return Received().size() > before + expected.size(); }));
   EXPECT_EQ(Received().back()[0], PacketChat + 0x80);
 
-  // All that a hostile server could say, cut at every length, and then the same session goes on.
-  const Bytes samples[] = {FilePayload("A", "\x1f\x8b\x08zz"), Join({Int(1), Moving(1, 1)}), Moving(1, 1), Edit(PacketBlockPlace, 0, 10),
-                           ShipList({"A", "NULL"}), PlayerList};
-  for (int type = 0; type < 256; ++type)
-    for (const Bytes &sample : samples)
-      for (size_t length = 0; length < sample.size(); length += type < 0x60 ? 1 : 9)
-        Send(Join({{static_cast<u8>(type)}, Front(sample, length)}));
   const Bytes three = ShipList({"NULL", "NULL", "NULL"});
   Send(SealPacket(PacketShipList, three.data(), three.size()));
   ASSERT_TRUE(PollUntil([] { return TheShipTable.count == 3; }));

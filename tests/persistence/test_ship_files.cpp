@@ -176,19 +176,3 @@ TEST_F(ShipFiles, ASaveDuringEditsHoldsOneMomentOfTheShip) {
   done = true;
   editor.join();
 }
-
-TEST_F(ShipFiles, AShipJoinsTheTableAtItsPlace) {
-  static ShipTable table;
-  ASSERT_EQ(SaveShipStream(ship, "saves/a.sts"), 1);  // 100 x 5 x 1 cells
-  ScopedLock world(&WorldMutex);
-  EXPECT_EQ(AddShipFromStream(&table, "none.sts", 0, 0, 0), 0);
-  ASSERT_EQ(table.count, 1) << "an empty ship stays";
-  EXPECT_EQ(AddShipFromStream(&table, "a.sts", 1000, -70000000, 0), 1);
-  EXPECT_EQ(AddShipFromStream(&table, "saves/a.sts", INT64_MIN, INT64_MAX, 5), 1);
-  ASSERT_EQ(table.count, 3);
-  const i64 places[2][3] = {{1000 - 500000 - 50030000, -70000000 - 25000 - 50030000, -5000 - 50030000},
-                            {INT64_MIN, INT64_MAX - 25000 - 50030000, 5 - 5000 - 50030000}};
-  for (u16 row = 1; row <= 2; ++row)
-    for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(ShipAt(table, row)->position[axis], places[row - 1][axis]);
-  EXPECT_EQ(ShipAt(table, 2)->id, 2u);
-}

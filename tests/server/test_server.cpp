@@ -2,9 +2,9 @@
 #include "server/server.h"
 
 #include <enet/enet.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -305,15 +305,13 @@ TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
 // The program itself, killed while two players build.
 static pid_t StartProgram() {
   fs::remove("server.log");
-  const std::string program = std::string(TARNVALE_BINARIES) + "/src/server/tarnvale-server";
-  char *const words[] = {const_cast<char *>(program.c_str()), nullptr};
-  pid_t pid = -1;
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", 0, 0);
-  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", 1, 0);
-  posix_spawn(&pid, program.c_str(), &actions, nullptr, words, environ);
-  posix_spawn_file_actions_destroy(&actions);
+  const pid_t pid = fork();
+  if (pid == 0) {
+    const int nothing = open("/dev/null", O_RDWR);
+    for (const int end : {0, 1}) dup2(nothing, end);
+    execl(TARNVALE_BINARIES "/src/server/tarnvale-server", "tarnvale-server", nullptr);
+    _exit(127);
+  }
   for (int i = 0; i < 1000 && Count(ReadText("server.log"), "Listening") == 0; ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   return pid;
@@ -347,15 +345,6 @@ static void NoteRound(const std::vector<BlockEdit> &sent, size_t heard, Possible
   }
 }
 
-static size_t ImpossibleCells(Ship *ship, const std::vector<u8> &file, const Possible &cells) {
-  WriteText("saves/late.sts", std::string(file.begin(), file.end()));
-  if (LoadShipStream(ship, "saves/late.sts", false) == 0) return cells.size();
-  size_t impossible = 0;
-  for (const auto &[at, materials] : cells)
-    impossible += 1 - materials.count(static_cast<u16>(HeadMaterial(HeadAt(at[0], 200, at[1], *ship))));
-  return impossible;
-}
-
 TEST_F(Server, AKillLosesNoEditThatAnybodyHeardOf) {
   Close();
   Possible cells;
@@ -379,10 +368,10 @@ TEST_F(Server, AKillLosesNoEditThatAnybodyHeardOf) {
     CloseBot(&a);
     CloseBot(&b);
   }
-  const pid_t pid = StartProgram();
-  Enter(&c, "Cy");
-  EXPECT_GT(cells.size(), 60u);
-  EXPECT_EQ(ImpossibleCells(ship, c.files["Asteroid"], cells), 0u);
-  EndProgram(pid, SIGTERM);
+  EndProgram(StartProgram(), SIGTERM);
   EXPECT_EQ(Count(ReadText("server.log"), "Stopped"), 1);
+  EXPECT_GT(cells.size(), 60u);
+  LoadStored();
+  for (const auto &[at, materials] : cells)
+    EXPECT_TRUE(materials.contains(static_cast<u16>(HeadMaterial(HeadAt(at[0], 200, at[1], *ship))))) << at[0] << " " << at[1];
 }
