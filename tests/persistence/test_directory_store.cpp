@@ -38,39 +38,33 @@ TEST_F(DirectoryStore, AShipsFilesHaveTheDocumentedBytes) {
   slots.replace(0, 2, "\x68\0", 2).replace(2 + 72 * 14, 8, "\xae\0\5\0\2\0\x20\3", 8);
   slots.replace(Slot, 2, "\x84\3", 2).replace(Slot + 2 + 901 * 14, 14, "\x5a\0\3\0\4\0\x34\x12\xaa\0\0\0\0\xbb", 14);
   EXPECT_EQ(ReadText("saves/a/5/300.sss"), slots);
-  Ship *other = NewTestShip();
-  ASSERT_EQ(LoadShipDirectory(other, "a", true, false), 1);
-  EXPECT_EQ(CellsOf(*other), CellsOf(*ship));
-  EXPECT_EQ(FindCells(AddressOf(5001, 0, 399), *other)->tails[901][5], 0xbb);
-  EXPECT_TRUE(other->position[2] == -2 && other->velocity[0] == 7 && other->fileStem == "a" && other->summary->blockCount == 2);
-  EXPECT_NE(FindCells(AddressOf(5042, 7, 310), *other)->visibility[72], VisibilityUndecided) << "finished";
-  EXPECT_EQ(ShipFault(*other), "") << "a block that is due for the heat step is on its list again";
-  Drop(other);
+  const Cells cells = CellsOf(*ship);
+  ship->fileStem.clear();
+  ASSERT_EQ(LoadShipDirectory(ship, "a", true, false), 1);
+  EXPECT_EQ(CellsOf(*ship), cells);
+  EXPECT_EQ(FindCells(AddressOf(5001, 0, 399), *ship)->tails[901][5], 0xbb);
+  EXPECT_TRUE(ship->position[2] == -2 && ship->velocity[0] == 7 && ship->fileStem == "a" && ship->summary->blockCount == 2);
+  EXPECT_NE(FindCells(AddressOf(5042, 7, 310), *ship)->visibility[72], VisibilityUndecided) << "finished";
+  EXPECT_EQ(ShipFault(*ship), "") << "a block that is due for the heat step is on its list again";
 }
 
 TEST_F(DirectoryStore, AShipKnownByItsSlotsLosesNothing) {
-  const Cells cells = MixedCells(3000, 1);
-  SaveNew("b", cells);
-  Ship *known = NewTestShip();
-  ASSERT_EQ(LoadShipDirectory(known, "b", false, false), 1);
-  EXPECT_TRUE(CellsOf(*known).empty());
+  Cells expected = MixedCells(3000, 1);
+  SaveNew("b", expected);
+  ASSERT_EQ(LoadShipDirectory(ship, "b", false, false), 1);
+  EXPECT_TRUE(CellsOf(*ship).empty());
   fs::resize_file("saves/b/555/0.sss", fs::file_size("saves/b/555/0.sss") + 5000);  // an append that was cut off
-  Cells expected = cells;
   for (const Cell &at : {Cell{5000, 5000, 5000}, Cell{5200, 5000, 5000}})
-    EXPECT_EQ(Update(known, at, expected[at] = PlacedHead(2, 3, 1, 0)), 1);
+    EXPECT_EQ(Update(ship, at, expected[at] = PlacedHead(2, 3, 1, 0)), 1);
   EXPECT_EQ(FolderCells("b"), expected);
-  EXPECT_EQ(SaveShipDirectory(known), 1) << "chunks that aren't in memory come from the old files";
+  EXPECT_EQ(SaveShipDirectory(ship), 1) << "chunks that aren't in memory come from the old files";
   EXPECT_EQ(FolderCells("b"), expected);
-  for (const Cell &at : {Cell{5300, 5000, 5000}, Cell{5001, 5001, 5000}}) {
-    expected[at] = PlacedHead(1, 2, 1, 0);
-    Fill(known, {{at, expected[at]}});
-  }
-  EXPECT_EQ(SaveShipDirectory(known), 1);
+  for (const Cell &at : {Cell{5300, 5000, 5000}, Cell{5001, 5001, 5000}}) Fill(ship, {{at, expected[at] = PlacedHead(1, 2, 1, 0)}});
+  EXPECT_EQ(SaveShipDirectory(ship), 1);
   EXPECT_EQ(FolderCells("b"), expected) << "blocks in memory lie over those of the files";
   fs::remove("saves/b/555/0.sss");
-  EXPECT_EQ(SaveShipDirectory(known), 0) << "what is nowhere can't be saved";
+  EXPECT_EQ(SaveShipDirectory(ship), 0) << "what is nowhere can't be saved";
   EXPECT_EQ(FolderCells("b").size(), 2u);
-  Drop(known);
 }
 
 TEST_F(DirectoryStore, UpdatesReuseTheSlotOfTheirChunk) {
@@ -189,7 +183,7 @@ TEST_F(DirectoryStore, ALostOrOldInfoFileOnlyWarns) {
 }
 
 TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
-  const Cells cells = MixedCells(300, 1);
+  Cells cells = MixedCells(300, 1);
   SaveNew("a", MixedCells(30, 2));
   WriteText("saves/a/111/7.sss", "stale");
   WriteText("saves/.a.new/left/file", "by a game that was killed");
@@ -209,10 +203,9 @@ TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
   EXPECT_TRUE(Logged("*ERR: Couldn't save SuperChunk - Maybe we're out of disk space?"));
   EXPECT_TRUE(Logged("saves/a/555/0.sss. The old block stays.") && !fs::exists("saves/.a.new"));
   EXPECT_EQ(fs::file_size("saves/a/555/0.sss"), 10 * Slot);
-  Cells expected = cells;
-  expected[{5900, 5900, 5900}] = PlacedHead(1, 2, 1, 0);
+  cells[{5900, 5900, 5900}] = PlacedHead(1, 2, 1, 0);
   fs::rename("saves/a", "saves/.a.old");  // killed between two renames, on a disk that can't exchange names
-  EXPECT_EQ(FolderCells("a"), expected);
+  EXPECT_EQ(FolderCells("a"), cells);
   fs::copy("saves/a", "saves/.a.old", fs::copy_options::recursive);  // killed behind them
   WriteText("saves/.notes.old/file", "a stranger's");
   static ShipTable table;
@@ -238,7 +231,7 @@ TEST_F(DirectoryStore, WhatWasNotReadWholeCostsNothingThatIsThere) {
   Ship *whole = NewShip(cells, "b");
   ASSERT_EQ(SaveShipByName(whole), 1);
   EXPECT_EQ(ConvertDirectoryToStream("b"), 1);
-  EXPECT_TRUE(LoadShipStream(ship, "saves/b.sts.replaced", false) == 1 && CellsOf(*ship) == cells);
+  EXPECT_EQ(StreamCells("saves/b.sts.replaced"), cells);
   whole->fileStem = "c";
   ASSERT_TRUE(SaveShipByName(whole) == 1 && SaveShipDirectory(whole) == 1);
   fs::resize_file("saves/c.sts", fs::file_size("saves/c.sts") - 9);
@@ -303,11 +296,11 @@ TEST_F(DirectoryStore, AKillDuringUpdatesLeavesEachBlockOldOrNew) {
 TEST_F(DirectoryStore, ShipsGoFromFormToFormAndIntoTheTable) {
   static ShipTable table;
   const Cells cells = MixedCells(500, 3);
-  Ship *made = NewShip(cells, "one");
-  ASSERT_EQ(SaveShipByName(made), 1);
-  made->fileStem = "x.Car";
-  ASSERT_EQ(SaveShipByName(made), 1);
-  Drop(made);
+  Fill(ship, cells);
+  for (const char *stem : {"one", "x.Car"}) {
+    ship->fileStem = stem;
+    ASSERT_EQ(SaveShipByName(ship), 1);
+  }
   SaveNew("two", cells);
   SaveNew("two.damaged", cells);
   for (const char *name : {"three.ssf", "four.sts", "five.sts.damaged"}) WriteText(std::string("saves/") + name, "no ship");
@@ -321,9 +314,7 @@ TEST_F(DirectoryStore, ShipsGoFromFormToFormAndIntoTheTable) {
   }
   EXPECT_TRUE(FolderCells("one") == cells && ReadText("saves/four.sts") == before);
   EXPECT_EQ(ConvertDirectoryToStream("two"), 1);
-  made = NewTestShip();
-  EXPECT_TRUE(LoadShipStream(made, "saves/two.sts", false) == 1 && CellsOf(*made) == cells);
-  Drop(made);
+  EXPECT_EQ(StreamCells("saves/two.sts"), cells);
   for (const char *name : {"NULL", "missing", "four", "../saves/two", ""})
     EXPECT_EQ(ConvertDirectoryToStream(name) + ConvertStreamToDirectory(name), 0) << name;
   ScopedLock world(&WorldMutex);

@@ -25,12 +25,11 @@ TEST_F(ShipFiles, ASavedShipIsAPlainGzipFileAndLoadsEqual) {
   const std::string expected = PackByHand("The Tarn", MixedCells(500, 1));
   EXPECT_EQ(Gunzip("saves/tarn.sts"), expected);
   EXPECT_EQ(ReadText("saves/raw.sls"), expected);
-  Ship *other = NewTestShip();
-  EXPECT_EQ(LoadShipByName(other, "tarn"), 1);
-  EXPECT_EQ(CellsOf(*other), MixedCells(500, 1));
-  EXPECT_TRUE(other->displayName == "The Tarn" && other->fileStem == "tarn" && other->summary->blockCount == 500);
-  EXPECT_NE(FindCells(AddressOf(5000, 5000, 5000), *other)->visibility[0], VisibilityUndecided) << "finished";
-  Drop(other);
+  ship->displayName = ship->fileStem = std::string();
+  EXPECT_EQ(LoadShipByName(ship, "tarn"), 1);
+  EXPECT_EQ(CellsOf(*ship), MixedCells(500, 1));
+  EXPECT_TRUE(ship->displayName == "The Tarn" && ship->fileStem == "tarn" && ship->summary->blockCount == 500);
+  EXPECT_NE(FindCells(AddressOf(5000, 5000, 5000), *ship)->visibility[0], VisibilityUndecided) << "finished";
 }
 
 TEST_F(ShipFiles, AShipOfManyBuffersAndMembersLoadsEqual) {
@@ -91,10 +90,8 @@ TEST_F(ShipFiles, ADamagedFileOutlivesTheNextSaves) {
     StreamCells("saves/cut.sts");
     EXPECT_EQ(ReadText("saves/cut.sts.damaged" + std::to_string(copy)), copy <= 9 ? "cut " + std::to_string(copy) : "");
   }
-  Ship *other = NewTestShip();
   WriteText("saves/cut.sts", whole.substr(0, whole.size() - 9));
-  EXPECT_TRUE(LoadShipByName(other, "cut") == 1 && other->fileStem == "cut 2") << "there is no name for the old file, so the ship gets one";
-  Drop(other);
+  EXPECT_TRUE(LoadShipByName(ship, "cut") == 1 && ship->fileStem == "cut 2") << "there is no name for the old file, so the ship gets one";
   ASSERT_EQ(mkfifo("saves/pipe.sts", 0600), 0);
   fs::create_directory("saves/folder.sts");
   for (const char *path : {"saves/none.sts", "saves/folder.sts", "saves/pipe.sts"}) {

@@ -1,24 +1,13 @@
-// Mutexes exclude, and an order that could block two threads on each other is caught where it is made.
+// An order that could block two threads on each other is caught where it is made.
 #include "platform/threads.h"
 
 #include <gtest/gtest.h>
-
-TEST(Threads, AHeldMutexIsNotTakenAgain) {
-  ScopedLock world(&WorldMutex);
-  bool taken = true;
-  std::thread([&taken] { taken = TryLockMutex(&WorldMutex); }).join();
-  EXPECT_FALSE(taken);
-  EXPECT_TRUE(HoldsMutex(&WorldMutex));
-}
 
 #ifndef NDEBUG
 TEST(ThreadsDeathTest, DebugBuildsAssertTheOrder) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   static Mutex leaf{MutexRank::Leaf, "leaf", {}}, save{MutexRank::Save, "save", {}};
-  const struct {
-    Mutex *held, *wanted;
-    bool good;
-  } cases[] = {
+  const struct { Mutex *held, *wanted; bool good; } cases[] = {
       {&MoveMutex, &WorldMutex, true},  {&WorldMutex, &HeatMutex, true},   {&save, &WorldMutex, true},
       {&HeatMutex, &leaf, true},        {&WorldMutex, &WorldMutex, false}, {&HeatMutex, &WorldMutex, false},
       {&WorldMutex, &MoveMutex, false}, {&HeatMutex, &LinkMutex, false},   {&WorldMutex, &save, false},
