@@ -1,10 +1,12 @@
 // Every target runs in an installation of its own, in memory where the system has a folder for that, with a silent log.
 #include "fuzz/fuzz.h"
 
+#include <fcntl.h>
 #include <stdlib.h>
 #include <unistd.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -12,6 +14,8 @@
 
 #include "content/components.h"
 #include "content/materials.h"
+#include "core/log.h"
+#include "persistence/cursor.h"
 
 namespace fs = std::filesystem;
 
@@ -55,6 +59,8 @@ int LLVMFuzzerInitialize(int *argc, char ***argv) {
 }
 
 int LLVMFuzzerTestOneInput(const u8 *bytes, size_t size) {
+  static LogLimit silence;
+  LimitLog(&silence);
   FuzzOne({bytes, size});
   return 0;
 }
@@ -64,16 +70,28 @@ void LoadGameTables() {
 }
 
 void WriteInput(const char *path, Bytes bytes) {
-  std::FILE *file = std::fopen(path, "wb");
-  Demand(file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size(), path);
-  std::fclose(file);
+  const int file = open(path, O_WRONLY | O_CREAT | O_TRUNC, 0666);
+  Demand(file >= 0 && write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()), path);
+  close(file);
 }
 
 void WriteGzipInput(const char *path, Bytes bytes) {
-  gzFile file = gzopen(path, "wb0");
-  Demand(file != nullptr, path);
-  if (!bytes.empty()) gzwrite(file, bytes.data(), static_cast<unsigned>(bytes.size()));
-  gzclose(file);
+  static std::vector<u8> file;
+  file.assign({0x1f, 0x8b, 8, 0, 0, 0, 0, 0, 0, 3});
+  Bytes left = bytes;
+  for (bool last = false; !last;) {
+    const Bytes piece = left.first(std::min<size_t>(left.size(), 65535));
+    left = left.subspan(piece.size());
+    last = left.empty();
+    const unsigned count = static_cast<unsigned>(piece.size());
+    PutU8(&file, last ? 1 : 0);
+    PutU16(&file, static_cast<u16>(count));
+    PutU16(&file, static_cast<u16>(~count));
+    PutBytes(&file, piece.data(), piece.size());
+  }
+  PutU32(&file, static_cast<u32>(crc32(0, bytes.data(), static_cast<uInt>(bytes.size()))));
+  PutU32(&file, static_cast<u32>(bytes.size()));
+  WriteInput(path, file);
 }
 
 void Demand(bool truth, const char *what) {

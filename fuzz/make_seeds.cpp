@@ -106,6 +106,7 @@ static void PutContent() {
   PutSeed("components", "few", FirstLines(ReadAll(root / "config/text/components"), 30));
   for (const auto &entry : fs::directory_iterator(root / "config/language"))
     if (entry.is_regular_file()) PutSeed("language", entry.path().filename(), ReadAll(entry.path()));
+  PutSeed("language", "few", "Yes\nNo\n0 #MatStart\n1 Hull\n4 Brass\n0 #ComStart\n2 Cube\n10 Lamp\n0 #CatStart\n");
   int count = 0;
   for (const auto &entry : fs::directory_iterator(grids)) {
     if (entry.path().extension() != ".3mp" || ++count > 5) continue;
@@ -113,7 +114,7 @@ static void PutContent() {
     PutSeed("grid_3mp", entry.path().filename(), grid);
     PutSeed("grid_sbf", entry.path().stem(), std::string("\0\1", 2) + grid.substr(32));
   }
-  LoadOptions();
+  Demand(SaveOptions(), "the options are saved");
   PutSeed("options", "defaults", ReadAll("config/text/options"));
 }
 

@@ -15,12 +15,16 @@
 #include "world/verify.h"
 
 static ENetPeer *Peers[2];
-static u64 PacketCount = 0;
+static u64 PacketCount = 0, EditCount = 0;
+constexpr size_t MostFresh = 100;     // edits that a new player is told of, before the ship's file is written anew
+constexpr i64 MiddleCell = 5000;
 
 // Peers that are connected to nobody: what is sent to them is thrown away as it is made.
 void PrepareTarget() {
   LoadGameTables();
-  std::atexit([] { std::fprintf(stderr, "%llu packets\n", static_cast<unsigned long long>(PacketCount)); });
+  std::atexit([] {
+    std::fprintf(stderr, "%llu packets, %llu edits done\n", static_cast<unsigned long long>(PacketCount), static_cast<unsigned long long>(EditCount));
+  });
   Demand(enet_initialize() == 0 && OpenWorld(1), "a world");
   ServerHost = enet_host_create(nullptr, 2, NetChannels, 0, 0);
   Demand(ServerHost != nullptr, "a host");
@@ -34,9 +38,12 @@ static void Join(ENetPeer *peer) {
   WriteString(&hello, WireVersion);
   WriteString(&hello, "x");
   HandleRequest(&Clients.back(), hello.data(), hello.size());
+  const Ship &ship = *ShipAt(TheShipTable, 0);
+  for (int axis = 0; axis < 3; ++axis) Clients.back().motion.place[axis] = ship.position[axis] + MiddleCell * UnitsPerBlock;
 }
 
 void FuzzOne(Bytes input) {
+  if (FreshEdits().size() > MostFresh) Demand(RefreshStreamFiles(), "the ship can be written");
   Join(Peers[0]);
   WelcomePeer(Peers[1]);
   Reader r{input.data(), input.size()};
@@ -52,6 +59,7 @@ void FuzzOne(Bytes input) {
   }
   CheckSilence(Now() + 10);
   ShareMotions(Now());
+  for (const Client &c : Clients) EditCount += c.edits;
   Clients.clear();
   const ScopedLock world(&WorldMutex);
   const std::string fault = ShipFault(*ShipAt(TheShipTable, 0));
