@@ -5,6 +5,7 @@
 // "sbf" form, inside gzip: u8 version, 1; 4096 voxels likewise.
 #include <zlib.h>
 
+#include <array>
 #include <cstdio>
 #include <cstring>
 
@@ -112,31 +113,42 @@ int BuildVoxelRuns(const Voxel *grid, Voxel *runs, u16 *drawnOpaque, u16 *drawnT
 // What a neighbour's alpha lets through, in a block of solid (0) or glass (1) material.
 static bool LetsThrough(u8 alpha, int glass) { return alpha < Opaque || (glass == 1 && alpha == MaterialColoured); }
 
-// The neighbours of a voxel inside the grid, as how many there are and how many let through or are see-through.
-struct NeighbourCount {
-  int inside = 0, letThrough = 0, seeThrough = 0;
-};
+// A bit for each voxel, in the grid's order: a word holds four rows of 16, and four words one layer.
+using GridBits = u64[64];
+static constexpr u64 FirstOfRows = 0x0001000100010001, LastOfRows = FirstOfRows << 15;
 
-static NeighbourCount CountNeighbours(const u8 *alpha, int i, int glass) {
-  NeighbourCount count;
-  for (int shift = 0; shift <= 8; shift += 4)  // one axis each: the index is 256 a + 16 b + c
-    for (const int step : {-1, 1}) {
-      const int c = (i >> shift & 15) + step;
-      if (c < 0 || c > 15) continue;
-      const u8 a = alpha[i + step * (1 << shift)];
-      ++count.inside;
-      if (!LetsThrough(a, glass)) continue;
-      ++count.letThrough;
-      if (a >= 2) ++count.seeThrough;
-    }
-  return count;
+// The bits of the six neighbours of a word's voxels, each at the voxel's own place; 0 for neighbours outside the grid.
+static std::array<u64, 6> NeighbourBits(const GridBits &bits, int w) {
+  const u64 own = bits[w];
+  return {own << 1 & ~FirstOfRows,
+          own >> 1 & ~LastOfRows,
+          own << 16 | (w % 4 > 0 ? bits[w - 1] >> 48 : 0),
+          own >> 16 | (w % 4 < 3 ? bits[w + 1] << 48 : 0),
+          w >= 4 ? bits[w - 4] : 0,
+          w < 60 ? bits[w + 4] : 0};
+}
+
+// Fills the two bit sets of solid (0) or glass (1) material from facts->alpha.
+static void BuildNeighbourFacts(int glass, VoxelFacts *facts) {
+  GridBits letThrough = {}, seeThrough = {};
+  for (int i = 0; i < VoxelsPerBlock; ++i) {
+    const u8 alpha = facts->alpha[i];
+    const u64 through = LetsThrough(alpha, glass) ? 1 : 0;
+    letThrough[i >> 6] |= through << (i & 63);
+    seeThrough[i >> 6] |= (alpha >= 2 ? through : 0) << (i & 63);
+  }
+  for (int w = 0; w < 64; ++w) {
+    u64 any = 0, all = letThrough[w];
+    for (const u64 bits : NeighbourBits(letThrough, w)) any |= bits;
+    for (const u64 bits : NeighbourBits(seeThrough, w)) all &= bits;
+    facts->openInside[glass][w] = any;
+    facts->sunkInGlass[glass][w] = all;
+  }
 }
 
 void BuildVoxelFacts(const Voxel *grid, const Voxel *runs, VoxelFacts *facts) {
   facts->drawn.clear();
   facts->drawnColours.clear();
-  std::memset(facts->openInside, 0, sizeof facts->openInside);
-  std::memset(facts->sunkInGlass, 0, sizeof facts->sunkInGlass);
   for (int i = 0; i < VoxelsPerBlock; ++i) {
     facts->alpha[i] = grid[i].alpha;
     if (runs[i].alpha == 0) continue;
@@ -144,11 +156,5 @@ void BuildVoxelFacts(const Voxel *grid, const Voxel *runs, VoxelFacts *facts) {
     facts->drawnColours.push_back(runs[i].red | static_cast<u32>(runs[i].green) << 8 |
                                   static_cast<u32>(runs[i].blue) << 16 | static_cast<u32>(runs[i].alpha) << 24);
   }
-  for (int glass = 0; glass < 2; ++glass)
-    for (int i = 0; i < VoxelsPerBlock; ++i) {
-      const NeighbourCount count = CountNeighbours(facts->alpha, i, glass);
-      const u64 bit = u64{1} << (i & 63);
-      if (count.letThrough > 0) facts->openInside[glass][i >> 6] |= bit;
-      if (count.seeThrough == 6 && LetsThrough(facts->alpha[i], glass)) facts->sunkInGlass[glass][i >> 6] |= bit;
-    }
+  for (int glass = 0; glass < 2; ++glass) BuildNeighbourFacts(glass, facts);
 }

@@ -5,9 +5,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <memory>
+#include <new>
 
 #include "core/log.h"
-#include "core/utils.h"
 #include "persistence/cursor.h"
 #include "persistence/directory_slots.h"
 #include "persistence/directory_store.h"
@@ -50,16 +51,16 @@ static std::vector<NumberedEntry> NumberedEntries(SlotReader *r, int folder, con
 }
 
 // Reads slots by the buffer-full, or only their first two bytes.
-static void ReadSlots(SlotReader *r, u16 mega, u16 super, int file, std::vector<u8> *buffer) {
+static void ReadSlots(SlotReader *r, u16 mega, u16 super, int file, u8 *buffer) {
   const i64 length = FileLength(file);
   const int slots = static_cast<int>(std::clamp<i64>(length / static_cast<i64>(SlotBytes), 0, MaxSlots));
   const int step = r->blocksToo ? static_cast<int>(SlotsAtOnce) : 1;
   for (int slot = 0; slot < slots && !r->tooLarge; slot += step) {
     const size_t wanted = r->blocksToo ? static_cast<size_t>(std::min(step, slots - slot)) * SlotBytes : 2;
-    const size_t got = ReadAt(file, SlotOffset(slot), buffer->data(), wanted);
+    const size_t got = ReadAt(file, SlotOffset(slot), buffer, wanted);
     const size_t whole = r->blocksToo ? got / SlotBytes : got / 2;
     for (size_t i = 0; i < whole && !r->tooLarge; ++i)
-      ReadSlot(r, mega, super, slot + static_cast<int>(i), buffer->data() + i * SlotBytes);
+      ReadSlot(r, mega, super, slot + static_cast<int>(i), buffer + i * SlotBytes);
     if (got == wanted) continue;
     r->cut = true;
     return;
@@ -68,7 +69,7 @@ static void ReadSlots(SlotReader *r, u16 mega, u16 super, int file, std::vector<
   r->tooLarge = r->tooLarge || length >= SlotOffset(MaxSlots + 1);
 }
 
-static void ReadSuper(SlotReader *r, u16 mega, const NumberedEntry &entry, int folder, std::vector<u8> *buffer) {
+static void ReadSuper(SlotReader *r, u16 mega, const NumberedEntry &entry, int folder, u8 *buffer) {
   const int file = OpenFile(folder, entry.name.c_str(), FileUse::Read);
   if (file < 0) {
     NoteStrange(r, std::to_string(mega) + "/" + entry.name);
@@ -78,7 +79,7 @@ static void ReadSuper(SlotReader *r, u16 mega, const NumberedEntry &entry, int f
   close(file);
 }
 
-static void ReadMega(SlotReader *r, const NumberedEntry &entry, int ship, std::vector<u8> *buffer) {
+static void ReadMega(SlotReader *r, const NumberedEntry &entry, int ship, u8 *buffer) {
   const int folder = OpenFolder(ship, entry.name.c_str());
   if (folder < 0) {
     NoteStrange(r, entry.name);
@@ -92,13 +93,12 @@ static void ReadMega(SlotReader *r, const NumberedEntry &entry, int ship, std::v
 }
 
 static void ReadMegas(SlotReader *r, int ship) {
-  std::vector<u8> buffer;
-  if (!TryReserve(&buffer, SlotsAtOnce * SlotBytes)) {
+  const std::unique_ptr<u8[]> buffer(new (std::nothrow) u8[SlotsAtOnce * SlotBytes]);  // a small ship touches little of it
+  if (buffer == nullptr) {
     r->tooLarge = true;
     return;
   }
-  buffer.resize(SlotsAtOnce * SlotBytes);
-  for (const NumberedEntry &mega : NumberedEntries(r, ship, "", LongestMegaName)) ReadMega(r, mega, ship, &buffer);
+  for (const NumberedEntry &mega : NumberedEntries(r, ship, "", LongestMegaName)) ReadMega(r, mega, ship, buffer.get());
 }
 
 // A file that is too short says nothing: the ship keeps the place and speed that it has.

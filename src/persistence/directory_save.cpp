@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <memory>
+#include <new>
 
 #include "core/log.h"
 #include "core/utils.h"
@@ -42,7 +44,7 @@ struct SlotWriter {
   const ShipCopy *ship = nullptr;
   size_t chunk = 0, head = 0, tail = 0;  // next in the copy
   int oldFolder = -1, oldFile = -1;      // of the mega and the super in the making; -1 when they aren't there
-  std::vector<u8> buffer;
+  std::unique_ptr<u8[]> buffer;          // of SlotsAtOnce slots; a small ship touches little of it
 };
 
 bool IsShipStem(const std::string &name) {
@@ -169,8 +171,8 @@ static bool WriteSlots(SlotWriter *w, u16 mega, u16 super, int file) {
   while (InSuper(*w, mega, super)) {
     size_t have = 0;
     for (; have < SlotsAtOnce && InSuper(*w, mega, super); ++have, ++w->chunk)
-      if (!PutSlot(w, w->ship->chunks[w->chunk], w->buffer.data() + have * SlotBytes)) return false;
-    if (!WriteAt(file, offset, w->buffer.data(), have * SlotBytes)) return false;
+      if (!PutSlot(w, w->ship->chunks[w->chunk], w->buffer.get() + have * SlotBytes)) return false;
+    if (!WriteAt(file, offset, w->buffer.get(), have * SlotBytes)) return false;
     offset += static_cast<i64>(have * SlotBytes);
   }
   return true;
@@ -207,8 +209,8 @@ static bool WriteInfo(const ShipCopy &copy, int ship) {
 static bool WriteShip(const ShipCopy &copy, int ship, int oldShip) {
   SlotWriter w;
   w.ship = &copy;
-  if (!TryReserve(&w.buffer, SlotsAtOnce * SlotBytes)) return false;
-  w.buffer.resize(SlotsAtOnce * SlotBytes);
+  w.buffer.reset(new (std::nothrow) u8[SlotsAtOnce * SlotBytes]);
+  if (w.buffer == nullptr) return false;
   bool good = WriteInfo(copy, ship);
   size_t super = 0;
   for (size_t m = 0; good && m < copy.megas.size(); ++m) good = WriteMega(&w, copy.megas[m], &super, ship, oldShip);

@@ -7,8 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
-
-#include "core/utils.h"
+#include <new>
 
 constexpr int GzipWindow = 15 + 16;  // the largest window, in gzip's wrapping
 constexpr int DefaultMemory = 8;
@@ -92,14 +91,14 @@ void CloseGzip(GzipReader *g) {
   std::fclose(g->file);
 }
 
-// Runs the compressor until it has taken its input (or, at the end, given all its output).
-static bool WriteDeflated(z_stream *z, int flush, std::vector<u8> *buffer, FileReplacement *file) {
+// Runs the compressor until it has taken its input (or, at the end, given all its output). The buffer has GzipBufferBytes.
+static bool WriteDeflated(z_stream *z, int flush, u8 *buffer, FileReplacement *file) {
   int code = Z_OK;
   do {
-    z->next_out = buffer->data();
-    z->avail_out = static_cast<uInt>(buffer->size());
+    z->next_out = buffer;
+    z->avail_out = static_cast<uInt>(GzipBufferBytes);
     code = deflate(z, flush);
-    if (!WriteReplacement(file, buffer->data(), buffer->size() - z->avail_out)) return false;
+    if (!WriteReplacement(file, buffer, GzipBufferBytes - z->avail_out)) return false;
   } while (z->avail_out == 0);
   return flush != Z_FINISH || code == Z_STREAM_END;
 }
@@ -107,16 +106,15 @@ static bool WriteDeflated(z_stream *z, int flush, std::vector<u8> *buffer, FileR
 bool WriteGzip(FileReplacement *file, const std::vector<u8> &bytes) {
   z_stream z{};
   if (deflateInit2(&z, Z_DEFAULT_COMPRESSION, Z_DEFLATED, GzipWindow, DefaultMemory, Z_DEFAULT_STRATEGY) != Z_OK) return false;
-  std::vector<u8> buffer;
-  bool good = TryReserve(&buffer, GzipBufferBytes);
-  if (good) buffer.resize(GzipBufferBytes);
+  const std::unique_ptr<u8[]> buffer(new (std::nothrow) u8[GzipBufferBytes]);  // a small file touches little of it
+  bool good = buffer != nullptr;
   for (size_t done = 0, piece; good && done < bytes.size(); done += piece) {
     piece = std::min(bytes.size() - done, GzipBufferBytes);
     z.next_in = const_cast<Bytef *>(bytes.data() + done);
     z.avail_in = static_cast<uInt>(piece);
-    good = WriteDeflated(&z, Z_NO_FLUSH, &buffer, file);
+    good = WriteDeflated(&z, Z_NO_FLUSH, buffer.get(), file);
   }
-  good = good && WriteDeflated(&z, Z_FINISH, &buffer, file);
+  good = good && WriteDeflated(&z, Z_FINISH, buffer.get(), file);
   deflateEnd(&z);
   return good;
 }
