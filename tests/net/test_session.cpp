@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <mutex>
 #include <thread>
 
 #include "content/options.h"
@@ -255,75 +254,59 @@ TEST_F(Session, OnlyShipsAreWrittenAndOnlyIntoTheirFolder) {
   EXPECT_EQ(files(), before + 4);  // the ships, and the notes that they were downloads
 }
 
-// A server on the loopback that does what a test tells it, on a thread of its own; ENet is not shared between the two.
+// A server on the loopback that does what a test tells it.
 struct OnTheWire : Session {
   void SetUp() override {
     Session::SetUp();
     Options.PlayerName = "Me";
     enet_initialize();
-    for (port = static_cast<u16>(20000 + getpid() % 20000); host == nullptr; ++port) {
+    u16 port = static_cast<u16>(20000 + getpid() % 20000);
+    for (; host == nullptr; ++port) {
       ENetAddress address{ENET_HOST_ANY, port};
       host = enet_host_create(&address, 2, NetChannels, 0, 0);
     }
-    thread = std::thread([this] { Serve(); });
     EXPECT_FALSE(ConnectToServer("127.0.0.1", 1));
     EXPECT_EQ(NewestLine(), "Could not connect to server");
-    ASSERT_TRUE(ConnectToServer("127.0.0.1", --port));
+    WhileServing([&] { EXPECT_TRUE(ConnectToServer("127.0.0.1", static_cast<u16>(port - 1))); });
+    ASSERT_TRUE(PollUntil([this] { return peer != nullptr; }));
   }
   void TearDown() override {
-    stop = true;
-    thread.join();
+    Online = false;
+    enet_host_destroy(host);
     Session::TearDown();
   }
   void Serve() {
-    ENetPeer *peer = nullptr;
     ENetEvent event{};
-    while (!stop) {
-      const int events = enet_host_service(host, &event, 1);
-      const std::lock_guard<std::mutex> lock(mutex);
-      if (events > 0) peer = event.peer;
-      if (events > 0 && event.type == ENET_EVENT_TYPE_RECEIVE) {
-        received.emplace_back(event.packet->data, event.packet->data + event.packet->dataLength);
-        enet_packet_destroy(event.packet);
-      }
-      if (peer == nullptr) continue;
-      for (const Bytes &packet : toSend)
-        enet_peer_send(peer, 0, enet_packet_create(packet.data(), packet.size(), ENET_PACKET_FLAG_RELIABLE));
-      toSend.clear();
-      if (disconnect) enet_peer_disconnect(peer, 0);
-      disconnect = false;
+    while (enet_host_service(host, &event, 1) > 0) {
+      peer = event.peer;
+      if (event.type != ENET_EVENT_TYPE_RECEIVE) continue;
+      received.emplace_back(event.packet->data, event.packet->data + event.packet->dataLength);
+      enet_packet_destroy(event.packet);
     }
-    enet_host_destroy(host);
   }
-  void Send(const Bytes &packet) {
-    const std::lock_guard<std::mutex> lock(mutex);
-    toSend.push_back(packet);
+  // The server answers on a thread of its own while the work is done; ENet is not shared between the two.
+  void WhileServing(const std::function<void()> &work) {
+    std::atomic<bool> done{false};
+    std::thread server([&] { while (!done) Serve(); });
+    work();
+    done = true;
+    server.join();
   }
-  std::vector<Bytes> Received() {
-    const std::lock_guard<std::mutex> lock(mutex);
-    return received;
-  }
-  static bool PollUntil(const std::function<bool()> &done) {
-    for (int i = 0; i < 2000; ++i) {
-      if (done()) return true;
+  void Send(const Bytes &packet) { enet_peer_send(peer, 0, enet_packet_create(packet.data(), packet.size(), ENET_PACKET_FLAG_RELIABLE)); }
+  bool PollUntil(const std::function<bool()> &done, int passes = 5000) {
+    for (int i = 0; i < passes && !done(); ++i) {
+      Serve();
       if (Online) PollNetwork();
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    return false;
+    return done();
   }
   bool HeardOf(const Bytes &packet) {
-    return PollUntil([&] {
-      const std::vector<Bytes> heard = Received();
-      return std::find(heard.begin(), heard.end(), packet) != heard.end();
-    });
+    return PollUntil([&] { return std::find(received.begin(), received.end(), packet) != received.end(); });
   }
 
   ENetHost *host = nullptr;
-  u16 port = 0;
-  std::atomic<bool> stop{false}, disconnect{false};
-  std::mutex mutex;
-  std::vector<Bytes> received, toSend;  // mutex
-  std::thread thread;
+  ENetPeer *peer = nullptr;
+  std::vector<Bytes> received;
 };
 
 TEST_F(OnTheWire, BothSidesHearOfAllAndNobodyTwice) {
@@ -333,18 +316,17 @@ TEST_F(OnTheWire, BothSidesHearOfAllAndNobodyTwice) {
   const struct { std::string typed, sent; } lines[] = {
       {"hello", "hello"}, {": waves", "|waves"}, {":waves", ":waves"}, {"/Me sits", "|sits"}, {"/men", ""}, {"/kick", ""},
       {std::string(256, 'a'), ""}, {std::string(99, 'b'), std::string(99, 'b')}, {"end", "end"}};
-  const size_t before = Received().size();
+  const size_t before = received.size();
   std::vector<Bytes> expected;
   for (const auto &line : lines) {
     SendChat(line.typed.c_str());
     if (!line.sent.empty()) expected.push_back(Join({{PacketChat}, Text(line.sent)}));
   }
-  ASSERT_TRUE(PollUntil([&] { return Received().size() >= before + expected.size(); }));
-  const std::vector<Bytes> heard = Received();
-  EXPECT_EQ(std::vector<Bytes>(heard.begin() + static_cast<long>(before), heard.end()), expected);
+  ASSERT_TRUE(PollUntil([&] { return received.size() >= before + expected.size(); }));
+  EXPECT_EQ(std::vector<Bytes>(received.begin() + static_cast<long>(before), received.end()), expected);
   SendChat(std::string(255, 'c').c_str());
-  ASSERT_TRUE(PollUntil([&] { return Received().size() > before + expected.size(); }));
-  EXPECT_EQ(Received().back()[0], PacketChat + 0x80);
+  ASSERT_TRUE(PollUntil([&] { return received.size() > before + expected.size(); }));
+  EXPECT_EQ(received.back()[0], PacketChat + 0x80);
 
   const Bytes three = ShipList({"NULL", "NULL", "NULL"});
   Send(SealPacket(PacketShipList, three.data(), three.size()));
@@ -354,30 +336,31 @@ TEST_F(OnTheWire, BothSidesHearOfAllAndNobodyTwice) {
   Send(Join({{PacketBlockPlace}, Edit(PacketBlockPlace, 2, 40)}));
   ASSERT_TRUE(PollUntil([] { return BlockExists(40, 20, 30, *ShipOf(2)); }));
 
-  const size_t quiet = Received().size();
+  const size_t quiet = received.size();
   EXPECT_EQ(PlaceBlockNetworked(CubeOf(5), 50, 20, 30, ShipOf(2)), 1);
   EXPECT_TRUE(RemoveBlockNetworked(50, 20, 30, ShipOf(2)));
   EXPECT_TRUE(HeardOf(Join({{PacketBlockPlace}, Edit(PacketBlockPlace, 2, 50)})));
   EXPECT_TRUE(HeardOf(Join({{PacketBlockRemove}, Edit(PacketBlockRemove, 2, 50)})));
-  EXPECT_EQ(Received().size(), quiet + 2) << "what is received is never sent on";
+  EXPECT_EQ(received.size(), quiet + 2) << "what is received is never sent on";
 
-  disconnect = true;
+  enet_peer_disconnect(peer, 0);
   ASSERT_TRUE(PollUntil([] { return !Online; }));
   for (int row = 0; row < 4; ++row) EXPECT_EQ(NewestLine(row), "ERROR: DISCONNECTED FROM SERVER! Please quit and re-enter tarnvale");
   EXPECT_EQ(PlaceBlockNetworked(CubeOf(5), 60, 20, 30, ShipOf(2)), 1);
   SendChat("nobody");
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  EXPECT_EQ(Received().size(), quiet + 2);
+  PollUntil([] { return false; }, 50);
+  EXPECT_EQ(received.size(), quiet + 2);
 }
 
 TEST_F(OnTheWire, AFloodLeavesTimeForTheGame) {
   for (int i = 0; i < 50000; ++i) Send({PacketNudge});
-  std::this_thread::sleep_for(std::chrono::milliseconds(300));
-  for (int round = 0; round < 20; ++round) {
-    const auto start = std::chrono::steady_clock::now();
-    PollNetwork();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
-  }
+  WhileServing([] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    for (int round = 0; round < 20; ++round) {
+      const auto start = std::chrono::steady_clock::now();
+      PollNetwork();
+      EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    }
+  });
   EXPECT_GT(Count(Log(), "nudged"), 20);
-  Online = false;
 }

@@ -73,15 +73,6 @@ TEST_F(World, ReadsSayHowFarTheyCame) {
   ASSERT_EQ(GetBlock(&b, 7, 7, 7, *ship), ReadFound);
   EXPECT_TRUE(b.temp == 800 && b.tempUnstable == 0);  // stays as the caller had it, though the block is on the list
   EXPECT_EQ(FindCells(At(7, 7, 7), *ship)->tails[At(7, 7, 7).block][3], 9);
-
-  // Picking moves to the family's base and leaves out what is not for players.
-  PlaceHere(ship, 8, 7, 7, CubeOf(5, ComponentRow(217)));
-  ASSERT_EQ(GetBlockForPick(&b, 8, 7, 7, *ship), ReadFound);
-  EXPECT_EQ(b.component, ComponentRow(215));
-  PlaceHere(ship, 8, 8, 7, CubeOf(5, 1, 3));
-  EXPECT_EQ(GetBlockForPick(&b, 8, 8, 7, *ship), ReadEmpty);
-  EXPECT_EQ(b.component, ComponentRow(215));
-  EXPECT_EQ(GetBlockRotation(&b, 8, 8, 7, *ship), ReadEmpty);
 }
 
 // A model that a child could write: a map of cells with the same rules read straight from them.
