@@ -289,13 +289,12 @@ TEST_F(TextForm, AKillBetweenTheFilesLeavesOneShipWhole) {
   std::mt19937 random(11);
   int seen[2] = {}, without = 0, midway = 0;
   for (int i = 0; i < Kills(); ++i) {
-    for (const char *left : {"saves/a.ssf.tmp", "cache/a.slf.tmp", "cache/a.scf.tmp"}) midway += fs::remove(left) ? 1 : 0;
     Killed(&random, 400000, [&](unsigned turn) { SaveShipText(*ships[1 - turn % 2], "a", false, true, true); });
+    for (const char *left : {"saves/a.ssf.tmp", "cache/a.slf.tmp", "cache/a.scf.tmp"}) midway += fs::remove(left) ? 1 : 0;
     ASSERT_EQ(Load("a.ssf"), 1);
     const Cells found = CellsOf(*ship);
     const int which = found == cells[0] ? 0 : 1;
-    ASSERT_TRUE(found == cells[which]) << "after kill " << i;
-    ASSERT_TRUE(LightsOf(*ship) == lights[which]) << "after kill " << i;
+    ASSERT_TRUE(found == cells[which] && LightsOf(*ship) == lights[which]) << "after kill " << i;
     for (const auto &[at, head] : found) {
       const BlockCache *cache = RecordAt(*ship, at)->cache;
       ASSERT_TRUE(cache == nullptr || ListOf(cache, OpaqueList).colours[0] == 0xff000000u + static_cast<u32>(which)) << "after kill " << i;

@@ -54,9 +54,12 @@ static BlockEdit Of(u8 type, u16 x, i32 row = 0) {
 
 static u16 MaterialOf(const BlockEdit &e) { return e.type == PacketBlockPlace ? static_cast<u16>(e.block.material) : u16{0}; }
 
-// What stands at each x after these edits.
-static void Note(const std::vector<BlockEdit> &edits, std::map<u16, u16> *materials) {
-  for (const BlockEdit &e : edits) (*materials)[e.x] = MaterialOf(e);
+// What stands at each x for a player who sent and then heard these edits.
+static std::map<u16, u16> WorldOf(const std::vector<BlockEdit> &sent, const std::vector<BlockEdit> &heard) {
+  std::map<u16, u16> materials;
+  for (const auto *edits : {&sent, &heard})
+    for (const BlockEdit &e : *edits) materials[e.x] = MaterialOf(e);
+  return materials;
 }
 
 struct Server : ShipTest {
@@ -164,41 +167,37 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
 
 TEST_F(Server, WhoEditsTooFastEndsInTheSameWorldAsTheOthers) {
   EnterBoth();
-  std::map<u16, u16> mine, theirs;
+  std::vector<BlockEdit> sent;
   for (u16 i = 0; i < 600; ++i) {
     const u16 x = static_cast<u16>(100 + i % 121);
-    const BlockEdit e = i % 4 == 3 ? Of(PacketBlockRemove, x) : Place(x, static_cast<u16>(1 + i % 7));
-    Note({e}, &mine);
-    SendEdit(&a, e);
+    sent.push_back(i % 4 == 3 ? Of(PacketBlockRemove, x) : Place(x, static_cast<u16>(1 + i % 7)));
+    SendEdit(&a, sent.back());
   }
   SendLine(&a, "done");
   ASSERT_TRUE(Until({&a, &b}, [&] { return Has(a.chat, "Ada: done") && Has(b.chat, "Ada: done"); }));
-  Note(a.edits, &mine);
-  Note(b.edits, &theirs);
-  EXPECT_GE(b.edits.size(), 150u);
-  EXPECT_LT(b.edits.size(), 500u);
-  for (const auto &[x, material] : mine) EXPECT_EQ(material, theirs[x]) << x;
+  EXPECT_TRUE(b.edits.size() >= 150 && b.edits.size() < 500) << b.edits.size();
+  std::map<u16, u16> theirs = WorldOf({}, b.edits);
+  for (const auto &[x, material] : WorldOf(sent, a.edits)) EXPECT_EQ(material, theirs[x]) << x;
   EXPECT_TRUE(Until({&a, &b}, [] { return Logged("(more than 200 a second)"); }));
 }
 
 TEST_F(Server, ACellThatTwoPlayersChangeAtOnceIsTheSameForBothAndOnDisk) {
   EnterBoth();
-  std::map<u16, u16> worlds[2];
+  std::vector<BlockEdit> sent[2];
   for (u16 x = 100; x < 140; ++x) {
-    const BlockEdit first = Place(x, static_cast<u16>(1 + x % 3)), second = Place(x, static_cast<u16>(4 + x % 3));
-    const BlockEdit last = x % 2 == 0 ? Of(PacketBlockRemove, x) : first;
-    SendEdit(&a, first);
-    SendEdit(&b, second);
-    if (x % 2 == 0) SendEdit(&a, last);
-    Note({last}, &worlds[0]);
-    Note({second}, &worlds[1]);
+    sent[0].push_back(Place(x, static_cast<u16>(1 + x % 3)));
+    sent[1].push_back(Place(x, static_cast<u16>(4 + x % 3)));
+    SendEdit(&a, sent[0].back());
+    SendEdit(&b, sent[1].back());
+    if (x % 2 != 0) continue;
+    sent[0].push_back(Of(PacketBlockRemove, x));
+    SendEdit(&a, sent[0].back());
   }
   Quiet({&a, &b});
-  Note(a.edits, &worlds[0]);
-  Note(b.edits, &worlds[1]);
-  EXPECT_EQ(worlds[0], worlds[1]);
+  const std::map<u16, u16> world = WorldOf(sent[0], a.edits);
+  EXPECT_EQ(world, WorldOf(sent[1], b.edits));
   LoadStored();
-  for (const auto &[x, material] : worlds[0]) EXPECT_EQ(HeadMaterial(HeadAt(x, 200, 300, *ship)), material) << x;
+  for (const auto &[x, material] : world) EXPECT_EQ(HeadMaterial(HeadAt(x, 200, 300, *ship)), material) << x;
 }
 
 TEST_F(Server, ChatComesBackToAllAndHasItsPace) {

@@ -76,7 +76,7 @@ TEST_F(Heat, FlowsOnlyDownwardsAndFromADegreeOn) {
 TEST_F(Heat, AddedHeatStaysInRangeAndWakesTheNeighbours) {
   const std::pair<float, unsigned> rows[] = {{1.25f, 805}, {-1.25f, 795}, {-1000, 0}, {1e30f, 65535}, {std::nanf(""), 800}};
   for (const auto &[degrees, temp] : rows) {
-    for (u16 x = 5009; x <= 5012; ++x) Put(x, 5000, 5000, 2, PlacedTemperature, x == 5011);  // one is due already
+    for (u16 x = 5009; x <= 5012; ++x) Put(x, 5000, 5000);
     Put(0, 7, 7);
     ScopedLock world(&WorldMutex);
     ScopedLock heat(&HeatMutex);
@@ -87,10 +87,20 @@ TEST_F(Heat, AddedHeatStaysInRangeAndWakesTheNeighbours) {
     EXPECT_EQ(b.temp, temp) << degrees;
     EXPECT_EQ(ChunkAt(5010, 5000, 5000)->heatShadow[AddressOf(5010, 5000, 5000).block].temp, temp);
     for (u16 x = 5009; x <= 5012; ++x) EXPECT_EQ(HeadUnstable(HeadAt(x, 5000, 5000, *ship)), x != 5012) << x;
-    for (const u16 x : {u16{1}, u16{5010}}) MarkHeatDue(AddressOf(x, 5000, 5000), ship);  // where nothing is, and again
     EXPECT_EQ(ShipFault(*ship), "");
   }
   EXPECT_EQ(Count(Log(), "Block get attempt outside bounds"), 5);
+}
+
+TEST_F(Heat, ABlockIsDueOnce) {
+  Put(5000, 5000, 5000);
+  Put(5001, 5000, 5000, 2, 900, true);
+  ScopedLock heat(&HeatMutex);
+  Chunk *chunk = ChunkAt(5000, 5000, 5000);
+  const HeatEntry *shadow = GetHeatShadow(chunk);
+  EXPECT_TRUE(shadow[0].due == 0 && shadow[1].due == 1 && shadow[1].temp == 900);
+  for (const unsigned x : {1u, 5000u, 5001u, 5000u, 5001u}) MarkHeatDue(AddressOf(x, 5000, 5000), ship);  // nothing is at the first
+  EXPECT_TRUE(shadow[0].due == 1 && CheckCount(chunk->checks[ListTemp]) == 2);
 }
 
 TEST_F(Heat, PhaseChangesKeepTheBlockAndAMeltedLampIsDark) {
