@@ -196,12 +196,12 @@ def read_ship(path):
     return blocks
 
 
-def write_ship(path, places):
-    """A stream ship of plain blocks at these places."""
+def write_ship(path, blocks):
+    """A stream ship of these blocks, {(x, y, z): component row}, of the first material."""
     chunks = {}
-    for place in sorted(places):
+    for place, component in sorted(blocks.items()):
         levels = [sum(at // step % 10 * 10 ** axis for axis, at in enumerate(place)) for step in (1000, 100, 10, 1)]
-        chunks.setdefault(tuple(levels[:3]), []).append(struct.pack("<3H", 1 << 5, 1, levels[3]))
+        chunks.setdefault(tuple(levels[:3]), []).append(struct.pack("<3H", 1 << 5, component, levels[3]))
     groups = [struct.pack("<4H", *group, len(entries)) + b"".join(entries) for group, entries in chunks.items()]
     Path(path).write_bytes(gzip.compress(bytes([1, 0, 0]) + b"".join(groups)))
 

@@ -17,6 +17,7 @@ from rig import screen
 SERVER = os.environ.get("TARNVALE_SERVER", str(rig.ROOT / "build/release/src/server/tarnvale-server"))
 LOAD = os.environ.get("TARNVALE_LOAD", str(rig.ROOT / "build/release/tools/load/tarnvale_load"))
 PORT = 18150
+HULL_ROW, LAMP_ROW = 2, 6  # of the components
 ALONE = "unshare -rn sh -c 'ip link set lo up'"
 LEFT, RIGHT = (0, 0.2, 0.45, 0.8), (0.55, 0.2, 1, 0.8)  # halves of the picture, without the asteroid in its middle
 
@@ -93,18 +94,26 @@ class Network(unittest.TestCase):
         """The blocks of the server's ship as a new player gets them."""
         return rig.read_ship(self.root / "saves/Asteroid.sts")
 
-    def fly_until_seen(self, flier, watcher, part):
-        """The two begin beside each other: who flies ahead comes into the other's view, at one side of the picture."""
-        before = screen.cut(watcher.wait_for_picture(), *part)
+    def build_wall(self):
+        """The server's ship: a wall with lamps, broad enough that nobody's aim misses it."""
+        rig.write_ship(self.root / "saves/Asteroid.sts", {(x, y, 5000): LAMP_ROW if x % 4 == y % 4 == 0 else HULL_ROW
+                                                          for x in range(4984, 5017) for y in range(4988, 5013)})
+
+    def back_off_until_seen(self, watcher, mover, part):
+        """The two begin side by side: from further back the watcher has the other, who rises and sinks, at one side of the picture."""
         steps = iter(range(1, 1000))
 
         def seen():
-            flier.hold("w", min(0.15 * 1.1 ** next(steps), 1))  # a game with few frames misses a short one
-            flier.settle(2)
+            step = next(steps)
+            seconds = min(0.15 * 1.1 ** step, 1)  # a game with few frames misses a short one
+            watcher.hold("s", seconds)
+            watcher.settle()
+            before = screen.cut(watcher.picture(), *part)
+            mover.hold("zx"[step % 2], seconds)
+            mover.settle(2)
             return screen.changed(before, screen.cut(watcher.picture(), *part)) > 150
 
-        rig.wait_until(seen, "one player sees the other fly")
-        flier.settle()
+        rig.wait_until(seen, "one player sees the other move")
 
     def say(self, game, words):
         game.press("t")
@@ -113,17 +122,13 @@ class Network(unittest.TestCase):
         game.press("Return")
 
     def test_two_players_see_each_other_build_and_talk_and_a_third_one_finds_it_all(self):
+        self.build_wall()
         server = self.serve()
         ada, ben = self.join("Ada", cores=4), self.join("Ben", cores=4)
         ada.wait_for_picture()
-        ben.wait_for_picture()
-        self.fly_until_seen(ada, ben, RIGHT)
-
-        grown = self.stored()
-        before = ben.wait_for_picture()
+        grown, before = self.stored(), ben.wait_for_picture()
 
         def placed():
-            ada.look(30, -30)  # where she has flown, the first look may miss the rock
             ada.click()
             time.sleep(0.5)
             return screen.changed(before, ben.picture()) > 100
@@ -136,7 +141,8 @@ class Network(unittest.TestCase):
         ada.wait_for_log("Chat: * Ben waves")
         ada.press("Tab")
         ada.wait_for_log("Msg: Players: Ada, Ben")
-        self.fly_until_seen(ben, ada, LEFT)
+        self.back_off_until_seen(ada, ben, LEFT)
+        self.back_off_until_seen(ben, ada, RIGHT)
 
         cy = self.join("Cy")
         built = rig.read_ship(cy.root / "saves/Asteroid.sts")
@@ -152,6 +158,7 @@ class Network(unittest.TestCase):
         self.assertEqual(server.end(), 0)
 
     def test_without_their_server_games_go_on_and_a_killed_one_has_every_edit(self):
+        self.build_wall()
         server = self.serve()
         ada = self.join("Ada")
         ada.wait_for_picture()

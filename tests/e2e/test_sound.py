@@ -88,7 +88,8 @@ class Sounds(unittest.TestCase):
         root = self.enterContext(rig.installation())
         # A shell close round the player, who always has a wall in reach.
         shell = {(x, y, z) for x in range(4998, 5002) for y in range(4998, 5002) for z in range(5004, 5008)}
-        rig.write_ship(root / "saves/Default.sts", shell - {(x, y, z) for x in (4999, 5000) for y in (4999, 5000) for z in (5005, 5006)})
+        shell -= {(x, y, z) for x in (4999, 5000) for y in (4999, 5000) for z in (5005, 5006)}
+        rig.write_ship(root / "saves/Default.sts", dict.fromkeys(shell, 1))
         game, recording = self.play(root, MusicVolume="0.0", InertialDampening="0.0")
         game.wait_for_log("core threading system")
         time.sleep(2)
