@@ -21,24 +21,25 @@ static void CountListed(u64 head, CheckCounts *counts) {
   if (HeadState(head) == StateDamaged) ++counts->kind[ListDmg];
 }
 
-static std::string CellFault(const ChunkCells &cells, const CellAddress &a) {
-  const u64 head = HeadOfCell(cells, a.block);
+// What is wrong with a cell, or null.
+static const char *CellFault(const ChunkCells &cells, unsigned i) {
+  const u64 head = HeadOfCell(cells, i);
   const bool occupied = HeadState(head) != StateEmpty;
-  if (CellOccupied(cells, a.block) != occupied) return Fault("occupied bit", a);
-  if (!occupied && (HeadMaterial(head) != 0 || HeadComponent(head) != 0)) return Fault("free cell with rows", a);
-  const bool hidden = (cells.hidden[a.block >> 6] >> (a.block & 63) & 1) != 0;
-  if (hidden != (cells.visibility[a.block] == NotVisible)) return Fault("hidden bit", a);
-  const GraphicBlock *g = GraphicOf(cells, a.block);
-  if (g != nullptr && (g->lightCount > MaxBlockLights || (g->lightCount != 0 && g->lightList == nullptr))) return Fault("lights", a);
-  return {};
+  if (CellOccupied(cells, i) != occupied) return "occupied bit";
+  if (!occupied && (HeadMaterial(head) != 0 || HeadComponent(head) != 0)) return "free cell with rows";
+  const bool hidden = (cells.hidden[i >> 6] >> (i & 63) & 1) != 0;
+  if (hidden != (cells.visibility[i] == NotVisible)) return "hidden bit";
+  const GraphicBlock *g = GraphicOf(cells, i);
+  if (g != nullptr && (g->lightCount > MaxBlockLights || (g->lightCount != 0 && g->lightList == nullptr))) return "lights";
+  return nullptr;
 }
 
 static std::string ChunkFault(const Chunk &chunk, const ChunkCells &cells, CellAddress a) {
   CheckCounts counts;
   unsigned lamps = 0;
   for (a.block = 0; a.block < CellsPerChunk; ++a.block) {
-    const std::string fault = CellFault(cells, a);
-    if (!fault.empty()) return fault;
+    const char *fault = CellFault(cells, a.block);
+    if (fault != nullptr) return Fault(fault, a);
     if (!CellOccupied(cells, a.block)) continue;
     CountListed(HeadOfCell(cells, a.block), &counts);
     lamps += GivesLight(HeadComponent(HeadOfCell(cells, a.block))) ? 1 : 0;
