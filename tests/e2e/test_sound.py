@@ -75,14 +75,15 @@ class Sounds(unittest.TestCase):
         self.silent(self.place_and_listen("cheese"))
 
     def hold_until_heard(self, game, recording, key, band, seconds):
-        """Holds the key for so long after it has been heard. Gives the times at which it went down and up."""
+        """Holds the key for so long after it has been heard. Gives times just before it went down and up."""
         start = recording.now()
         game.act("keydown", key)
         rig.wait_until(lambda: game.alive() and any(level(lines, *band) > -41 for lines in hearing.frames(recording.samples(start))),
                        f"{key} is heard")
         time.sleep(seconds)
+        end = recording.now()
         game.act("keyup", key)
-        return start, recording.now()
+        return start, end
 
     def test_the_clamp_closes_and_opens_at_its_two_pitches(self):
         root = self.enterContext(rig.installation())
