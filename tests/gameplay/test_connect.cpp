@@ -54,6 +54,13 @@ struct Connect : Play {
     ASSERT_EQ(PlaceHere(ship, At + b.x, At + b.y, At + b.z, CubeOf(5, row, b.rotation, b.rotation2)), 1);
   }
   void StandOn(int side, int id) { Stand({SideSteps[side][0], SideSteps[side][1], SideSteps[side][2], id}); }
+  // Kin on some sides (one bit each, x+ lowest), and on others what a pipe or a duct takes for a wall.
+  void Surround(unsigned kin, int kinId, unsigned walls) {
+    const int wallIds[3] = {250, 2000, 2010};
+    for (int side = 0; side < 6; ++side)
+      if ((kin >> side & 1) != 0) StandOn(side, kinId);
+      else if ((walls >> side & 1) != 0) StandOn(side, wallIds[side % 3]);
+  }
   Block Look(int x = 0, int y = 0, int z = 0) const {
     Block b;
     GetBlock(&b, static_cast<u16>(At + x), static_cast<u16>(At + y), static_cast<u16>(At + z), *ship);
@@ -188,14 +195,10 @@ TEST_F(Connect, ANewPieceTakesTheFormOfItsJoint) {
       {40, XP | ZN, 0, {46}, 6, 2}, {40, XN | YP, 0, {46}, 4, 1}, {40, XN | YN, 0, {46}, 4, 3}, {40, XN | ZP, 0, {46}, 4, 2},
       {40, XN | ZN, 0, {46}, 4, 0}, {40, YP | ZP, 0, {46}, 3, 3}, {40, YP | ZN, 0, {46}, 1, 1}, {40, YN | ZP, 0, {46}, 2, 1},
       {40, YN | ZN, 0, {46}, 2, 3}};
-  const int wallIds[3] = {250, 2000, 2010};
   for (const Joint &j : joints) {
     Clear();
-    for (int side = 0; side < 6; ++side) {
-      if ((j.kin >> side & 1) != 0) StandOn(side, j.held);
-      else if ((j.walls >> side & 1) != 0) StandOn(side, wallIds[side % 3]);
-      else if (side == 5) StandOn(side, 1000);  // neither kin nor wall
-    }
+    Surround(j.kin, j.held, j.walls);
+    if (((j.kin | j.walls) & ZN) == 0) StandOn(5, 1000);  // neither kin nor wall
     ASSERT_EQ(Build(j.held, j.kin == 0 ? 0 : 5), 1) << "the builder's turn gives way to the kin";
     ExpectAt({0, 0, 0, 0, j.rotation, j.rotation2}, j.ids,
              (std::to_string(j.held) + " kin " + std::to_string(j.kin) + " walls " + std::to_string(j.walls)).c_str());
@@ -234,9 +237,7 @@ TEST_F(Connect, AStandingPieceTakesAnotherFormWhenKinArrive) {
     Clear();
     const int base = j.held - j.held % 10;
     Stand({0, 0, 0, j.held, j.held == 44 ? 2u : 1u});
-    for (int side = 1; side < 6; ++side)
-      if ((j.kin >> side & 1) != 0) StandOn(side, base);
-      else if ((j.walls >> side & 1) != 0) StandOn(side, 250);
+    Surround(j.kin & ~XP, base, j.walls);
     ASSERT_EQ(Build(base, 0, 0, 0, 0, {At + 1, At, At}), 1);
     ExpectAt({0, 0, 0, 0, j.rotation, j.rotation2}, j.ids, std::to_string(j.held).c_str());
     if (j.held == 44 && (j.kin & YP) != 0) ExpectAt({0, 1, 0, 0, 2}, {42}, "kin of a fixed piece are shaped all the same");

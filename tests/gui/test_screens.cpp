@@ -10,7 +10,6 @@
 #include "gui/language.h"
 #include "gui/mode.h"
 #include "persistence/stream.h"
-#include "platform/threads.h"
 #include "platform/window.h"
 #include "support/installation.h"
 
@@ -115,21 +114,6 @@ TEST_F(Screens, ASliderStepsToItsEndsAndShowsItsValue) {
     EXPECT_EQ(ResizePending, y == -150 && s.from != s.to);
     build(0);
     EXPECT_EQ(At(middle + 305, y)->text, s.label) << "when the screen is opened";
-  }
-}
-
-TEST_F(Screens, AClickOnATrackMovesTwoStepsTowardsThePointer) {
-  const struct { i16 pointer; int volume; } clicks[] = {{-100, 52}, {100, 48}, {20, 50}, {-20, 50}};  // x grows to the left
-  for (const auto &c : clicks) {
-    Options.SoundVolume = 0.5f;
-    BuildSoundOptions(0);
-    GuiElement *track = At(305, 100) - 2;
-    ASSERT_EQ(track->type, TypeTrack);
-    track[1].hitLeft = -34, track[1].hitRight = 34;
-    GuiPointerX = c.pointer;
-    track->hovered = track[1].hovered = true;
-    HandleClick();
-    EXPECT_NEAR(Options.SoundVolume, c.volume / 100.0, 1e-6);
   }
 }
 

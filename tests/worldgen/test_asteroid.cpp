@@ -37,8 +37,7 @@ static Body Grown(u16 size, u32 seed) {
   return body;
 }
 
-class Asteroid : public testing::Test {
- protected:
+struct Asteroid : testing::Test {
   void SetUp() override { LoadTables(); }
 };
 
@@ -66,8 +65,7 @@ TEST_F(Asteroid, TheFirstBodyIsSmallAndLitByItsHeart) {
     Ship *ship = NewTestShip();
     GenerateAsteroidSeeded(1, 70, -80, 90, ship, seed);
     EXPECT_TRUE(AsteroidGenerated);
-    const i64 place[3] = {ship->position[0], ship->position[1], ship->position[2]};
-    EXPECT_TRUE(place[0] == 70 - 50000000 && place[1] == -80 - 50000000 && place[2] == 90 - 50000000);
+    for (int a = 0; a < 3; ++a) EXPECT_EQ(ship->position[a], (a == 0 ? 70 : a == 1 ? -80 : 90) - 50000000);
     const Body body = BodyOf(*ship);
     EXPECT_TRUE(body.size() >= 2 && body.size() <= 81 && body.contains({0, 0, 0})) << body.size();
     for (const auto &[at, head] : body) CheckLitRock(at, head, *ship);
