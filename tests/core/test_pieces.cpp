@@ -122,7 +122,8 @@ TEST_F(Pieces, TheJetSoundGoesThroughItsStagesAndThrustEndsInDampening) {
     bool thrusting, late;
     float dampening;
     int stage, dampens;
-  } steps[] = {{true, false, 1, 1, 0}, {true, true, 1, 2, 0}, {false, false, 1, 4, 1}, {false, true, 1, 0, 1}, {false, true, 0, 0, 0}};
+  } steps[] = {{true, false, 1, 1, 0}, {true, true, 1, 2, 0}, {false, false, 1, 4, 1},
+               {false, true, 1, 0, 1}, {false, true, 0, 0, 0}};
   for (const auto &s : steps) {
     PlayerFlags.thrusting = s.thrusting;
     Options.InertialDampening = s.dampening;

@@ -86,8 +86,9 @@ TEST(ServerOptions, KeysAreFoundByTheirLongestNameAndWrittenInOrder) {
                                  std::string(400, 'h') + "\nAddress any\nDataPort x");
   LogInit();
   ASSERT_TRUE(ReadServerOptions(&options));
-  EXPECT_TRUE(options.IRCPort == 1 && options.IRC == 2 && options.IRCNick == "Nick" && options.Port == 18150 && options.Players == 3);
-  EXPECT_TRUE(options.IRCServer.size() == 249 - 10 && options.Address == "0.0.0.0") << options.IRCServer.size();
+  EXPECT_TRUE(options.IRCPort == 1 && options.IRC == 2 && options.IRCNick == "Nick");
+  EXPECT_TRUE(options.Port == 18150 && options.Players == 3 && options.Address == "0.0.0.0");
+  EXPECT_EQ(options.IRCServer.size(), 249u - 10);
   EXPECT_EQ(Count(ReadText("errors.txt"), "serveroptions:"), 3);  // lines 4, 8 and 11
   ASSERT_TRUE(WriteServerOptions(ServerOptions{}));
   EXPECT_EQ(ReadText("serveroptions"),

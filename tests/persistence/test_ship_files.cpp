@@ -91,7 +91,7 @@ TEST_F(ShipFiles, ADamagedFileOutlivesTheNextSaves) {
     EXPECT_EQ(ReadText("saves/cut.sts.damaged" + std::to_string(copy)), copy <= 9 ? "cut " + std::to_string(copy) : "");
   }
   WriteText("saves/cut.sts", whole.substr(0, whole.size() - 9));
-  EXPECT_TRUE(LoadShipByName(ship, "cut") == 1 && ship->fileStem == "cut 2") << "there is no name for the old file, so the ship gets one";
+  EXPECT_TRUE(LoadShipByName(ship, "cut") == 1 && ship->fileStem == "cut 2") << "no name is left for the old file";
   ASSERT_EQ(mkfifo("saves/pipe.sts", 0600), 0);
   fs::create_directory("saves/folder.sts");
   for (const char *path : {"saves/none.sts", "saves/folder.sts", "saves/pipe.sts"}) {
@@ -131,7 +131,7 @@ TEST_F(ShipFiles, AKillDuringASaveLeavesTheOldOrTheNewShip) {
     std::function<int(Ship *)> save;
     std::function<Cells()> load;
     const char *half;
-  } forms[] = {{[](Ship *s) { return SaveShipStream(s, "saves/a.sts"); }, [] { return StreamCells("saves/a.sts"); }, "saves/a.sts.tmp"},
+  } forms[] = {{SaveShipByName, [] { return StreamCells("saves/a.sts"); }, "saves/a.sts.tmp"},
                {SaveShipDirectory, [] { return FolderCells("a"); }, "saves/.a.new"}};
   const Cells cells[2] = {MixedCells(50000, 1), MixedCells(50000, 2)};
   Ship *ships[2] = {NewShip(cells[0]), NewShip(cells[1])};

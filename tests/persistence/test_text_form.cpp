@@ -122,8 +122,9 @@ TEST_F(TextForm, OldPlatingBecomesTheTurnedPiecesOfToday) {
       for (unsigned r = 1; r <= 6; ++r) {
         text += "555 0 0 " + std::to_string(r) + " 5 " + std::to_string(c.row) + " 2 " + std::to_string(old ? r - 1 : r) + " 5 " +
                 std::to_string(component.id) + " 0 0 2\n";
-        expected[{static_cast<u16>(5000 + r), 5000, 5000}] =
-            translated ? PlacedHead(5, static_cast<unsigned>(c.newRow), c.turns[r - 1] / 10, c.turns[r - 1] % 10) : PlacedHead(5, static_cast<unsigned>(c.row), r, 2);
+        const unsigned row = static_cast<unsigned>(translated ? c.newRow : c.row);
+        const unsigned turn = translated ? c.turns[r - 1] : 10 * r + 2;
+        expected[{static_cast<u16>(5000 + r), 5000, 5000}] = PlacedHead(5, row, turn / 10, turn % 10);
       }
       WriteText("saves/plating.ssf", text);
       Load("plating.ssf");
@@ -275,7 +276,7 @@ TEST_F(TextForm, AKillBetweenTheFilesLeavesOneShipWhole) {
   Lights lights[2];
   for (u16 i = 0; i < 2; ++i) {
     ships[i]->fileStem = "a";
-    for (u16 x = 0; x < 6; ++x) PlaceBlockFast(CubeOf(5, ComponentRow(1000)), static_cast<u16>(5020 + 7 * i + x), 5000, 5000, ships[i]);
+    for (int x = 5020 + 7 * i, end = x + 6; x < end; ++x) PlaceHere(ships[i], x, 5000, 5000, CubeOf(5, ComponentRow(1000)));
     Fill(ships[i], MixedCells(3000, i));
     ClearLights(*ships[i]);
     ClearShipCaches(ships[i]);
@@ -302,7 +303,8 @@ TEST_F(TextForm, AKillBetweenTheFilesLeavesOneShipWhole) {
     ++seen[which];
     without += Logged("file problem") ? 1 : 0;
   }
-  std::printf("%i kills, %i temporaries left; %i and %i times whole, %i times without a companion\n", Kills(), midway, seen[0], seen[1], without);
+  std::printf("%i kills, %i temporaries left; %i and %i times whole, %i times without a companion\n", Kills(), midway, seen[0],
+              seen[1], without);
   EXPECT_GT(midway, 0);
   for (Ship *s : ships) Drop(s);
 }

@@ -159,7 +159,8 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
     EXPECT_TRUE(!r.truth || a.edits[0].type == PacketBlockRemove);
   }
   EXPECT_TRUE(b.edits.empty());
-  EXPECT_TRUE(Until({&a, &b}, [] { return Logged("Refused edits of Ada:") && Logged("(out of range)") && Logged("(out of reach)"); }));
+  for (const char *words : {"Refused edits of Ada:", "(out of range)", "(out of reach)"})
+    EXPECT_TRUE(Until({&a, &b}, [&] { return Logged(words); })) << words;
   LoadStored();
   EXPECT_EQ(HeadComponent(HeadAt(100, 200, 300, *ship)), 3);
   EXPECT_EQ(HeadAt(101, 200, 300, *ship), 0u);
@@ -280,7 +281,8 @@ TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
   fs::remove_all("saves");
   fs::create_directories("saves");
   PlaceHere(ship, 5000, 5000, 5000, CubeOf(5));
-  for (const char *path : {"saves/Two.sts", "saves/One (old)-1.x.sts", "saves/Umläut.sts"}) ASSERT_EQ(SaveShipStream(ship, path), 1);
+  for (const char *path : {"saves/Two.sts", "saves/One (old)-1.x.sts", "saves/Umläut.sts"})
+    ASSERT_EQ(SaveShipStream(ship, path), 1);
   WriteText("saves/rubbish.txt", "x");
   WriteText("saves/.hidden.sts", "x");
   Open(2);

@@ -1,4 +1,5 @@
-// What tests of ships share: a ship of their own, ships as plain maps from cells to blocks, and children that a full disk or a kill stops.
+// What tests of ships share: a ship of their own, ships as plain maps from cells to blocks, and children that a full disk or a
+// kill stops.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -99,7 +99,7 @@ TEST_F(Heat, ABlockIsDueOnce) {
   Chunk *chunk = ChunkAt(5000, 5000, 5000);
   const HeatEntry *shadow = GetHeatShadow(chunk);
   EXPECT_TRUE(shadow[0].due == 0 && shadow[1].due == 1 && shadow[1].temp == 900);
-  for (const unsigned x : {1u, 5000u, 5001u, 5000u, 5001u}) MarkHeatDue(AddressOf(x, 5000, 5000), ship);  // nothing is at the first
+  for (const unsigned x : {1u, 5000u, 5001u, 5000u, 5001u}) MarkHeatDue(AddressOf(x, 5000, 5000), ship);  // none is at 1
   EXPECT_TRUE(shadow[0].due == 1 && CheckCount(chunk->checks[ListTemp]) == 2);
 }
 

@@ -44,7 +44,7 @@ TEST_F(World, AddressesAndVoxelIndicesFollowTheDigitsAndTheTurns) {
   const CellAddress a = AddressOf(1234, 5678, 9012);
   EXPECT_EQ(std::make_tuple(a.mega, a.super, a.chunk, a.block), std::make_tuple(951, 62, 173, 284));
   const struct { int x, y, z; unsigned rotation, rotation2; int index; } turns[] = {
-      {0, 0, 0, 1, 0, 0}, {15, 15, 15, 1, 0, 4095}, {0, 0, 0, 3, 0, 4080}, {1, 2, 3, 7, 0, -1}, {3, 5, 7, 4, 1, 5 * 256 + 3 * 16 + 7}};
+      {0, 0, 0, 1, 0, 0}, {15, 15, 15, 1, 0, 4095}, {0, 0, 0, 3, 0, 4080}, {1, 2, 3, 7, 0, -1}, {3, 5, 7, 4, 1, 0x537}};
   for (const auto &t : turns) EXPECT_EQ(VoxelIndex(t.x, t.y, t.z, t.rotation, t.rotation2), t.index) << t.index;
   for (unsigned r = 1; r <= 6; ++r)
     for (unsigned r2 = 0; r2 < 4; ++r2) {
@@ -73,6 +73,11 @@ TEST_F(World, ReadsSayHowFarTheyCame) {
   ASSERT_EQ(GetBlock(&b, 7, 7, 7, *ship), ReadFound);
   EXPECT_TRUE(b.temp == 800 && b.tempUnstable == 0);  // stays as the caller had it, though the block is on the list
   EXPECT_EQ(FindCells(At(7, 7, 7), *ship)->tails[At(7, 7, 7).block][3], 9);
+}
+
+static Cell CellWithin(std::mt19937 *random, Cell low, const Cell &size) {
+  for (size_t axis = 0; axis < 3; ++axis) low[axis] = static_cast<u16>(low[axis] + (*random)() % size[axis]);
+  return low;
 }
 
 // A model that a child could write: a map of cells with the same rules read straight from them.
@@ -107,16 +112,16 @@ struct Model {
 
 TEST_F(World, RandomEditsAgreeWithAPlainMapOfCells) {
   std::mt19937 random(7);
-  const u16 rows[] = {2, 2, 2, ComponentRow(215), ComponentRow(1000), ComponentRow(1004), ComponentRow(1010), ComponentRow(900), 5};
+  const u16 ids[] = {2, 2, 2, 215, 1000, 1004, 1010, 900, Components[5].id};
   Model model;
   for (int step = 0; step < 4000; ++step) {
-    const Cell at{static_cast<u16>(198 + random() % 5), static_cast<u16>(998 + random() % 4), static_cast<u16>(5008 + random() % 4)};
+    const Cell at = CellWithin(&random, {198, 998, 5008}, {5, 4, 4});
     const auto [x, y, z] = at;
     if (random() % 4 == 0) {
       EXPECT_EQ(Remove(ship, x, y, z), model.cells.erase(at) == 1);
     } else {
-      const Block b = CubeOf(random() % 6 == 0 ? GlassRow() : u16{5}, rows[random() % std::size(rows)], static_cast<unsigned>(random() % 6 + 1),
-                             static_cast<unsigned>(random() % 4));
+      const u16 row = ComponentRow(ids[random() % std::size(ids)]), material = random() % 6 == 0 ? GlassRow() : u16{5};
+      const Block b = CubeOf(material, row, static_cast<unsigned>(random() % 6 + 1), static_cast<unsigned>(random() % 4));
       ASSERT_EQ(PlaceHere(ship, x, y, z, b), 1);
       model.cells[at] = b;
     }
@@ -145,7 +150,7 @@ TEST_F(World, LoadersGetTheSameWorldAsPlay) {
   std::mt19937 random(3);
   Ship *loaded = NewTestShip();
   for (int i = 0; i < 700; ++i) {
-    const u16 x = static_cast<u16>(4995 + random() % 9), y = static_cast<u16>(4995 + random() % 9), z = static_cast<u16>(4995 + random() % 9);
+    const auto [x, y, z] = CellWithin(&random, {4995, 4995, 4995}, {9, 9, 9});
     const Block b = CubeOf(random() % 9 == 0 ? GlassRow() : u16{5}, random() % 40 == 0 ? ComponentRow(1000) : ComponentRow(215));
     PlaceHere(ship, x, y, z, b);
     PlaceBlockFast(b, x, y, z, loaded);
@@ -174,7 +179,8 @@ TEST_F(World, LightReachesItsSphereAndListsStayBounded) {
   }
   PlaceHere(ship, c, c, c, lamp);
   for (int d = -17; d <= 17; ++d)
-    for (const int lights : {LightsAt(ship, c + d, c, c), LightsAt(ship, c, c, c + d)}) EXPECT_EQ(lights, std::abs(d) <= 15 ? 1 : 0) << d;
+    for (const int lights : {LightsAt(ship, c + d, c, c), LightsAt(ship, c, c, c + d)})
+      EXPECT_EQ(lights, std::abs(d) <= 15 ? 1 : 0) << d;
   const LightEntry &own = RecordAt(ship, c, c, c)->lightList[0], &far = RecordAt(ship, c - 9, c, c)->lightList[0];
   EXPECT_EQ(std::make_tuple(own.dx, own.dy, own.dz), std::make_tuple(0, 0, 0));
   EXPECT_EQ(std::make_tuple(far.dx, far.red), std::make_tuple(9, Components[ComponentRow(1000)].lightRed));
