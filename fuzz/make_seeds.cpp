@@ -93,9 +93,9 @@ static void PutShips() {
 static void PutFolder() {
   const std::string note = U16(555) + U16(0) + U16(0) + U16(5) + std::string("\xa6\0\2\0\3\0\x20\3\0\0\0\0\0\0", 14);
   const std::string info = U16(1) + std::string(36, '\1');
-  const std::string slot = U16(123) + '\1' + U16(999) + std::string("\x2a\0\5\0\2\0\x20\3\1\2\3\4\5\6", 14);
-  for (const char what : {'\0', '\1', '\2', '\3', '\4', '\6'})
-    PutSeed("ship_folder", std::to_string(what), what + note + info + slot + U16(124) + '\0' + "cut");
+  const std::string slot = U16(10) + '\1' + U16(999) + std::string("\x2a\0\5\0\2\0\x20\3\1\2\3\4\5\6", 14);
+  for (const char what : {'\0', '\1', '\2', '\3', '\4', '\6', '\23'})
+    PutSeed("ship_folder", std::to_string(what), what + note + info + slot + U16(11) + '\0' + "cut");
 }
 
 static void PutContent() {

@@ -62,6 +62,7 @@ void FuzzOne(Bytes input) {
   u32 edits = 0;
   for (const Client &c : Clients) edits += c.edits;
   EditCount += edits;
+  RemoveClient(Peers[1]);
   Clients.clear();
   if (edits == 0) return;
   const ScopedLock world(&WorldMutex);
