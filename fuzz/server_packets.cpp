@@ -11,6 +11,7 @@
 #include "platform/threads.h"
 #include "server/requests.h"
 #include "server/server.h"
+#include "server/streams.h"
 #include "server/world.h"
 #include "world/verify.h"
 

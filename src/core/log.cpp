@@ -2,6 +2,9 @@
 // same words on standard output. A file that can't be opened leaves standard output.
 #include "core/log.h"
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <cinttypes>
 #include <cstdarg>
 #include <cstdio>
@@ -22,7 +25,10 @@ static void AppendToFile(const char *line) {
   std::fclose(file);
 }
 
-static void Print(const char *line) {
+// A pipe that nobody empties, or a terminal that was stopped, must not stop the program.
+void PrintLine(const char *line) {
+  pollfd output{STDOUT_FILENO, POLLOUT, 0};
+  if (poll(&output, 1, 0) == 0) return;
   std::fputs(line, stdout);
   std::fflush(stdout);
 }
@@ -48,7 +54,7 @@ void LogInit(const char *path) {
     std::fputs(line, file);
     std::fclose(file);
   }
-  Print(line);
+  PrintLine(line);
 }
 
 int LogError(const char *text) {
@@ -86,5 +92,5 @@ void LogRaw(const char *fileLine, const char *printedLine) {
   }
   const std::lock_guard<std::mutex> lock(logMutex);
   AppendToFile(fileLine);
-  Print(printedLine);
+  PrintLine(printedLine);
 }

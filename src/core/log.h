@@ -15,6 +15,7 @@ void LogFloat(const char *text, double value);               // "info: text valu
 void LogText(const char *text, const char *text2);           // "info: text text2"
 void LogLabelFloat(const char *text, double value);          // ":text value"
 void LogLabelInt(const char *text, i64 value);               // ":text value"
+void PrintLine(const char *line);                            // Only to standard output; left out while nobody takes it there.
 void LogRaw(const char *fileLine, const char *printedLine);  // The two lines as they are; for the GL error check.
 
 // Lines that this thread may log; those beyond are left out and counted. Set while it does what a stranger says.

@@ -4,26 +4,29 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <cstdio>
-
+#include "core/log.h"
 #include "server/clients.h"
 #include "server/server.h"
+#include "server/streams.h"
 #include "server/world.h"
 
 constexpr size_t LongestLine = 4096;
+constexpr int ReadsInAPass = 4;
+
+static void Answer(const std::string &line) { PrintLine((line + "\n").c_str()); }
 
 static void List() {
-  std::printf("%zu of %d players\n", PlayerCount(), TheServerOptions.Players);
+  Answer(std::to_string(PlayerCount()) + " of " + std::to_string(TheServerOptions.Players) + " players");
   for (const Client &c : Clients)
     if (!c.name.empty())
-      std::printf("  %s  %s  %u edits, %u lines\n", c.name.c_str(), c.address.c_str(), c.edits, c.lines);
-  for (const std::string &stem : ShipStems()) std::printf("  ship %s\n", stem.c_str());
+      Answer("  " + c.name + "  " + c.address + "  " + std::to_string(c.edits) + " edits, " + std::to_string(c.lines) + " lines");
+  for (const std::string &stem : ShipStems()) Answer("  ship " + stem);
 }
 
 static void Kick(const std::string &name) {
   Client *client = FindClientByName(name);
   if (client != nullptr) DropClient(client, "kicked");
-  else std::printf("nobody is called \"%s\"\n", name.c_str());
+  else Answer("nobody is called \"" + name + "\"");
 }
 
 void ConsoleLine(const std::string &line) {
@@ -35,17 +38,16 @@ void ConsoleLine(const std::string &line) {
     Say("Server: " + rest);
     SayToAll("Server: " + Printable(rest, 255));
   } else if (word == "kick") Kick(rest);
-  else if (word == "save") std::printf("%s\n", RefreshStreamFiles() ? "saved" : "not all could be saved");
+  else if (word == "save") TellWhenSaved();
   else if (word == "stop") StopRequested = true;
-  else if (!word.empty()) std::printf("list | say TEXT | kick NAME | save | stop\n");
-  std::fflush(stdout);
+  else if (!word.empty()) Answer("list | say TEXT | kick NAME | save | stop");
 }
 
 void ReadConsole() {
   static std::string pending;
   static bool open = true;
   pollfd input{STDIN_FILENO, POLLIN, 0};
-  while (open && poll(&input, 1, 0) > 0) {
+  for (int i = 0; i < ReadsInAPass && open && poll(&input, 1, 0) > 0; ++i) {
     char bytes[512];
     const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
     open = count > 0;

@@ -16,6 +16,7 @@
 
 #include "core/log.h"
 #include "server/server.h"
+#include "server/streams.h"
 #include "server/world.h"
 
 constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5, RefusalDelay = 1;  // seconds
@@ -76,9 +77,10 @@ static void SendEdit(Client *only, const Client *except, const BlockEdit &edit) 
 // All ships as files, then the table that names them, and what was edited since the files were written: what is edited from now
 // on comes behind it.
 static void SendWorld(Client *client) {
-  RefreshStreamFilesIfDue(Now());
+  WantStreamFiles();  // for those who come later
   std::vector<bool> sent;
-  for (const std::string &stem : ShipStems()) sent.push_back(SafeFileName(stem) && SendShipFile(client, stem, StreamPath(stem)));
+  for (const std::string &stem : ShipStems())
+    sent.push_back(SafeFileName(stem) && HasStreamFile(static_cast<u16>(sent.size())) && SendShipFile(client, stem, StreamPath(stem)));
   SendTo(client, PacketShipList, ShipListPayload(sent), true);
   for (const BlockEdit &edit : FreshEdits()) SendEdit(client, nullptr, edit);
   client->worldCommands = enet_list_size(&client->peer->outgoingCommands);
@@ -95,6 +97,7 @@ static void TakeHello(Client *client, Reader r) {
   if (r.failed) return DropClient(client, "a hello that can't be read");
   if (version != WireVersion) return DropClient(client, "this server is for another version of the game");
   if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full");
+  if (StreamFilesComing()) return DropClient(client, "the ships are being written, please come back in a minute");
   client->name = FreeName(name);
   client->motion = StartingPlace(PlayerCount() - 1);
   Say(client->name + " plays from " + client->address);

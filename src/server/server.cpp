@@ -11,6 +11,7 @@
 #include "server/clients.h"
 #include "server/console.h"
 #include "server/requests.h"
+#include "server/streams.h"
 #include "server/world.h"
 
 constexpr enet_uint32 LongestWait = 10;  // milliseconds in a pass without packets
@@ -90,6 +91,7 @@ static void Pass() {
   const double now = Now();
   CheckSilence(now);
   ShareMotions(now);
+  PollStreamFiles(now);
   enet_host_flush(ServerHost);
   ReadConsole();
 }

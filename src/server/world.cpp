@@ -14,6 +14,7 @@
 #include "persistence/stream.h"
 #include "platform/files.h"
 #include "server/clients.h"
+#include "server/streams.h"
 #include "world/access.h"
 #include "worldgen/asteroid.h"
 
@@ -23,14 +24,9 @@ constexpr i64 Gap = 20 * UnitsPerBlock;            // between two ships that the
 constexpr i64 StartDistance = 8 * UnitsPerBlock;   // from a new player to the first ship
 constexpr i64 StartSpacing = 3 * UnitsPerBlock;
 constexpr i64 Reach = 64 * UnitsPerBlock;          // of players, on each axis
-constexpr size_t MostFreshEdits = 20000;
-constexpr double RefreshDelay = 2;                 // seconds between two looks at the files
 constexpr const char *GrownName = "Asteroid";
 
-static std::vector<bool> StreamIsOld;  // by row: edited since its stream file was written
-static std::vector<BlockEdit> Fresh;   // the edits since then
-static bool TooManyFresh = false;      // they are not in Fresh any more
-static int SavesFolder = -1;           // open and locked while the world is
+static int SavesFolder = -1;  // open and locked while the world is
 
 // Two servers in one folder would write over each other's blocks.
 static bool LockSaves() {
@@ -47,7 +43,7 @@ static bool LoadBlocks(Ship *ship) {
   FreeShip(ship);
   InitShip(ship, id);
   if (!AllocShipTable(ship) || LoadShipDirectory(ship, stem.c_str(), true, false) == 0) return false;
-  ship->displayName = stem;
+  ship->displayName = stem.substr(0, MaxShipName);
   return true;
 }
 
@@ -98,8 +94,9 @@ bool OpenWorld(u16 largestAsteroid) {
   }
   PlaceShips();
   StopShips();
-  StreamIsOld.assign(TheShipTable.count.load(), true);
-  return RefreshStreamFiles();
+  NewStreamFiles();
+  RefreshStreamFiles();  // a ship whose file can't be written is seen without blocks, until it can
+  return true;
 }
 
 void CloseWorld() {
@@ -156,14 +153,6 @@ bool NeedsSlot(const BlockEdit &e) {
   return chunk == nullptr || chunk->slot < 0;
 }
 
-// Too many to tell one by one: then the next player waits for the files.
-static void NoteFreshEdit(const BlockEdit &edit) {
-  StreamIsOld[static_cast<size_t>(edit.shipRow)] = true;
-  TooManyFresh = TooManyFresh || Fresh.size() >= MostFreshEdits;
-  if (TooManyFresh) Fresh.clear();
-  else Fresh.push_back(edit);
-}
-
 const char *DoEdit(const BlockEdit &edit, const Motion &by) {
   const char *why = WhyNot(edit, by);
   if (why != nullptr) return why;
@@ -189,31 +178,6 @@ bool EditOfCell(const BlockEdit &at, BlockEdit *found) {
   found->block = BlockFromHead(head);
   return true;
 }
-
-std::string StreamPath(const std::string &stem) { return "saves/" + stem + ".sts"; }
-
-bool RefreshStreamFiles() {
-  bool all = true;
-  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
-    if (!StreamIsOld[row]) continue;
-    Ship *ship = ShipAt(TheShipTable, row);
-    StreamIsOld[row] = SaveShipStream(ship, StreamPath(ship->fileStem).c_str()) == 0;
-    if (StreamIsOld[row]) all = LogError(("Could not write " + StreamPath(ship->fileStem)).c_str()) != 0;
-    else ForgetShipFile(ship->fileStem);
-  }
-  std::erase_if(Fresh, [](const BlockEdit &e) { return !StreamIsOld[static_cast<size_t>(e.shipRow)]; });
-  TooManyFresh = false;
-  return all;
-}
-
-void RefreshStreamFilesIfDue(double now) {
-  static double refreshed = -RefreshDelay;
-  if (now - refreshed < RefreshDelay && !TooManyFresh) return;
-  RefreshStreamFiles();
-  refreshed = Now();
-}
-
-const std::vector<BlockEdit> &FreshEdits() { return Fresh; }
 
 std::vector<std::string> ShipStems() {
   std::vector<std::string> stems;

@@ -1,5 +1,4 @@
-// The server's ships: in memory for its own rules, in the directory store so that each edit is on disk at once, and as stream
-// files, which is what games download.
+// The server's ships: in memory for its own rules, and in the directory store so that each edit is on disk at once.
 #pragma once
 
 #include <string>
@@ -7,8 +6,8 @@
 
 #include "net/wire.h"
 
-// Loads all ships of saves/, and grows an asteroid of up to largest when there are none. False: no world, or another server has
-// it (logged).
+// Loads all ships of saves/, and grows an asteroid of up to largest when there are none. False: a ship that can't be loaded, no
+// world, or another server has it (logged).
 bool OpenWorld(u16 largestAsteroid);
 void CloseWorld();                            // Writes the stream files; another server may have the folder then.
 // Stores the edit on disk, then does it. Null: done; else why not, and nothing has changed.
@@ -17,10 +16,6 @@ const char *DoEdit(const BlockEdit &edit, const Motion &by);
 bool NeedsSlot(const BlockEdit &edit);        // Whether the edit is a chunk's first on disk, which takes some milliseconds.
 // What stands in the cell of an edit, as the edit that would put it there. False: no such cell.
 bool EditOfCell(const BlockEdit &at, BlockEdit *found);
-bool RefreshStreamFiles();                    // Writes the stream file of every ship that has changed. False: one failed.
-void RefreshStreamFilesIfDue(double now);     // The same, unless the last one was a moment ago.
-const std::vector<BlockEdit> &FreshEdits();   // What the stream files lack, in order.
 std::vector<std::string> ShipStems();         // By row.
-std::string StreamPath(const std::string &stem);
 std::vector<u8> ShipListPayload(const std::vector<bool> &sent);  // PacketShipList: by row, whether the file was sent.
 Motion StartingPlace(size_t player);          // Before the first ship, players beside each other.

@@ -161,6 +161,14 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
   EXPECT_TRUE(b.edits.empty());
   for (const char *words : {"Refused edits of Ada:", "(out of range)", "(out of reach)"})
     EXPECT_TRUE(Until({&a, &b}, [&] { return Logged(words); })) << words;
+  Enter(&c, "Cy");
+  EXPECT_EQ(c.edits.size(), 4u) << "what the stream files lack comes behind them";
+  ASSERT_TRUE(Until({&a, &b, &c}, [&] { return ReadText("saves/Asteroid.sts").size() != c.files["Asteroid"].size(); }));
+  Quiet({&a, &b, &c});
+  CloseBot(&c);
+  c = {};
+  Enter(&c, "Cy");
+  EXPECT_EQ(c.edits.size(), 0u) << "the files have it by now";
   LoadStored();
   EXPECT_EQ(HeadComponent(HeadAt(100, 200, 300, *ship)), 3);
   EXPECT_EQ(HeadAt(101, 200, 300, *ship), 0u);
@@ -283,12 +291,15 @@ TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
   PlaceHere(ship, 5000, 5000, 5000, CubeOf(5));
   for (const char *path : {"saves/Two.sts", "saves/One (old)-1.x.sts", "saves/Umläut.sts"})
     ASSERT_EQ(SaveShipStream(ship, path), 1);
+  ship->fileStem = std::string(70, 'L');
+  ASSERT_EQ(SaveShipDirectory(ship), 1);
+  fs::create_directories("saves/Two.sts.tmp");  // a ship itself, and what keeps Two.sts from being written
   WriteText("saves/rubbish.txt", "x");
   WriteText("saves/.hidden.sts", "x");
   Open(2);
   Enter(&a, "Ada");
-  EXPECT_EQ(a.ships.size(), 3u);
-  EXPECT_EQ(std::count(a.ships.begin(), a.ships.end(), "NULL"), 1) << "a game couldn't store a file of that name";
+  EXPECT_EQ(a.ships.size(), 5u);
+  EXPECT_EQ(std::count(a.ships.begin(), a.ships.end(), "NULL"), 3) << "of names that are none for a game, and what can't be written";
   EXPECT_EQ(a.files.size(), 2u);
   LogInit();
   const ServerOptions kept = TheServerOptions;
