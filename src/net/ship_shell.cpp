@@ -63,11 +63,12 @@ static bool CopyShellOfChunk(const Ship &ship, const Chunk &chunk, const ChunkCe
   return good;
 }
 
-// False when there is no memory for the whole of it, or the ship's name is none for a file.
+// False when there is no memory for the whole of it, the ship's blocks are only on disk, or its name is none for a file.
 static bool CopyShell(const Ship &ship, Ship *shell) {
   ScopedLock world(&WorldMutex);
   shell->displayName = ship.displayName;
   shell->fileStem = ship.fileStem;
+  if (ship.slotsOnly) return LogError(("The blocks of " + ship.fileStem + " are not in memory").c_str()) != 0;
   if (!IsShipStem(shell->fileStem)) return LogError(("A ship can't be saved under the name " + shell->fileStem).c_str()) != 0;
   bool good = true;
   ForEachChunk(ship, [&](const Chunk &chunk, const ChunkCells &cells, const CellAddress &a) {
@@ -103,6 +104,7 @@ static void ExchangeBlocks(Ship *ship, Ship *other) {
   std::swap(ship->fileStem, other->fileStem);
   std::swap(ship->summary, other->summary);
   ship->lightCounter = ship->cacheCounter = 0;
+  ship->keepStreamAs = ship->keepFolderAs = ".replaced";  // a save must not cost the inside
 }
 
 int LoadShipShell(Ship *ship) {

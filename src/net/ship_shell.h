@@ -8,6 +8,6 @@
 // caller must not hold it.
 int BuildShipShell(const Ship &ship);
 // Makes the ship its shell. 1, or 0 (logged) and the ship as it was. No other thread may be reading the ship: its blocks are
-// freed. The caller must not hold the world mutex. A shell keeps the fileStem of the ship and must not be saved under it: the
-// inside would be lost.
+// freed. The caller must not hold the world mutex. A shell keeps the fileStem of the ship; the next save under it keeps the
+// whole ship as ".replaced".
 int LoadShipShell(Ship *ship);

@@ -31,23 +31,24 @@ static bool IsBackupOf(std::string_view name, std::string_view stem) {
          name.ends_with(BackupEnding) && IsDate(name.substr(stem.size(), DateForm.size()));
 }
 
-// The names are sorted, and so by age. The one that was just made stays even where the clock went back.
-static void RemoveOldBackups(const std::string &folder, const std::string &stem, const std::string &made) {
-  const int descriptor = OpenFolderHere(folder.c_str());
-  if (descriptor < 0) return;
-  std::vector<std::string> names = FolderEntries(descriptor);
-  close(descriptor);
-  std::erase_if(names, [&](const std::string &name) { return name == made || !IsBackupOf(name, stem); });
-  for (size_t i = 0; i + MostBackups <= names.size(); ++i) RemoveFile((folder + names[i]).c_str());
+std::string KeepBackup(const std::string &path, const std::string &date) {
+  if (!path.ends_with(StreamEnding) || access(path.c_str(), F_OK) != 0) return {};
+  const std::string name = path.substr(0, path.size() - StreamEnding.size()) + date + std::string(BackupEnding);
+  const SecondName made = GiveSecondName(path.c_str(), name.c_str());
+  if (made == SecondName::Failed) LogWarn((name + " can't be written. The ship is saved without a backup.").c_str());
+  return made == SecondName::Made ? name : std::string();
 }
 
-void KeepBackup(const std::string &path, const std::string &date) {
-  if (!path.ends_with(StreamEnding) || access(path.c_str(), F_OK) != 0) return;
-  const size_t slash = path.rfind('/') + 1;  // 0 without a folder
-  const std::string folder = path.substr(0, slash);
-  const std::string stem = path.substr(slash, path.size() - slash - StreamEnding.size());
-  const std::string name = stem + date + std::string(BackupEnding);
-  const SecondName made = GiveSecondName(path.c_str(), (folder + name).c_str());
-  if (made == SecondName::Failed) LogWarn((folder + name + " can't be written. The ship is saved without a backup.").c_str());
-  if (made == SecondName::Made) RemoveOldBackups(folder.empty() ? "./" : folder, stem, name);
+// The names are sorted, and so by age. The one that was just made stays even where the clock went back.
+void RemoveOldBackups(const std::string &made) {
+  const size_t slash = made.rfind('/') + 1;  // 0 without a folder
+  const std::string folder = slash == 0 ? "./" : made.substr(0, slash), own = made.substr(slash);
+  const std::string stem = own.substr(0, own.size() - DateForm.size() - BackupEnding.size());
+  const int descriptor = OpenFolderHere(folder.c_str());
+  if (descriptor < 0) return;
+  std::vector<std::string> names;
+  FolderEntries(descriptor, &names);
+  close(descriptor);
+  std::erase_if(names, [&](const std::string &name) { return name == own || !IsBackupOf(name, stem); });
+  for (size_t i = 0; i + MostBackups <= names.size(); ++i) RemoveFile((folder + names[i]).c_str());
 }

@@ -7,6 +7,7 @@
 constexpr size_t MostBackups = 10;  // of one ship; older ones go
 
 std::string LocalDate();  // "%Y-%m-%d", today.
-// To be called before "<folder>/<stem>.sts" is replaced; other names and missing files are left alone. A backup of the
-// day stays as it is. The save goes on without one that can't be made (logged).
-void KeepBackup(const std::string &path, const std::string &date);
+// To be called when all is ready for "<folder>/<stem>.sts" to be replaced; other names and missing files are left alone. A
+// backup of the day stays as it is. The path of the one that was made, or empty: the save goes on without one (logged).
+std::string KeepBackup(const std::string &path, const std::string &date);
+void RemoveOldBackups(const std::string &made);  // Behind the replacement: what is too many of that ship's.

@@ -9,6 +9,7 @@
 #include "persistence/directory_store.h"
 #include "persistence/placing.h"
 #include "persistence/stream.h"
+#include "platform/files.h"
 #include "platform/folders.h"
 
 constexpr i64 PlacingDistance = 25030000;
@@ -26,20 +27,33 @@ static bool BeginConversion(Ship *ship) {
   return AllocShipTable(ship) || LogError("Could not allocate block") != 0;
 }
 
-// A source that was not read whole must not cost a target that may be.
-static void KeepTarget(Ship *ship) {
-  if (ship->keepAs != nullptr) ship->keepAs = ".replaced";
+// A source that was not read whole must not cost a target that may be. Nor may the source be lost: from now on its name is the
+// folder's, and a server writes the folder's ship there.
+static bool KeepBoth(const std::string &source, Ship *ship) {
+  ship->keepFolderAs = ".replaced";
+  const std::string kept = KeepBeside(source.c_str(), ".damaged");
+  if (kept.empty()) return LogError((source + " is damaged, and can't be kept beside a new one. It was not converted.").c_str()) != 0;
+  LogWarn(("The file as it was is kept as " + kept).c_str());
+  return true;
+}
+
+// *found: there is a ship in the stream file.
+static int ConvertStream(const char *name, bool *found) {
+  Ship ship;
+  bool whole = true;
+  *found = false;
+  if (!IsShipStem(name) || !BeginConversion(&ship)) return 0;
+  *found = ReadShipStream(&ship, StreamPath(name).c_str(), &whole) != 0;
+  ship.fileStem = name;
+  const bool good = *found && (whole || KeepBoth(StreamPath(name), &ship));
+  const int result = good ? SaveShipDirectory(&ship) : 0;
+  FreeShip(&ship);
+  return result;
 }
 
 int ConvertStreamToDirectory(const char *name) {
-  Ship ship;
-  if (!BeginConversion(&ship)) return 0;
-  int result = IsShipStem(name) ? LoadShipStream(&ship, StreamPath(name).c_str(), false) : 0;
-  ship.fileStem = name;
-  KeepTarget(&ship);
-  if (result != 0) result = SaveShipDirectory(&ship);
-  FreeShip(&ship);
-  return result;
+  bool found;
+  return ConvertStream(name, &found);
 }
 
 int ConvertDirectoryToStream(const char *name) {
@@ -52,7 +66,7 @@ int ConvertDirectoryToStream(const char *name) {
   if (!BeginConversion(&ship)) return 0;
   int result = LoadShipDirectory(&ship, name, true, true);
   ship.fileStem = name;
-  KeepTarget(&ship);
+  if (ship.keepFolderAs != nullptr) ship.keepStreamAs = ".replaced";
   if (result != 0) result = SaveShipStream(&ship, StreamPath(stem).c_str());
   FreeShip(&ship);
   return result;
@@ -79,43 +93,61 @@ static void EmptyTable(ShipTable *table) {
 }
 
 // A row of the table for a folder; it is given back when nothing can be loaded.
-static void LoadRow(ShipTable *table, const char *stem, bool blocksToo) {
+static bool LoadRow(ShipTable *table, const char *stem, bool blocksToo) {
   ScopedLock world(&WorldMutex);
   Ship *ship = PrepareShip(table);
-  if (ship == nullptr) return;
-  if (LoadShipDirectory(ship, stem, blocksToo, true) != 0) PublishShip(table);
+  if (ship == nullptr) return LogError("Could not allocate block") != 0;
+  const bool loaded = LoadShipDirectory(ship, stem, blocksToo, true) != 0;
+  if (loaded) PublishShip(table);
   else FreeShip(ship);
+  return loaded;
 }
 
 static bool IsFileName(const std::string &name) { return name.size() >= 4 && name[name.size() - 4] == '.'; }
 
-// Whether a folder is one that a save kept, as "ship.damaged" and "ship.replaced2".
-static bool IsKept(std::string name) {
+static bool IsThere(const std::string &path) {
+  struct stat info;
+  return lstat(path.c_str(), &info) == 0;
+}
+
+// Whether a folder is one that a save kept, as "ship.damaged" and "ship.replaced2". A ship may be called so, too: then there
+// is no "ship" that it was kept for, or it has a stream file of its own.
+static bool IsKept(const std::string &folder) {
+  std::string name = folder;
   if (!name.empty() && name.back() >= '2' && name.back() <= '9') name.pop_back();
-  return name.ends_with(".damaged") || name.ends_with(".replaced");
+  if (!name.ends_with(".damaged") && !name.ends_with(".replaced")) return false;
+  const std::string stem = name.substr(0, name.rfind('.'));
+  return (IsThere(ShipFolder(stem)) || IsThere(StreamPath(stem))) && !IsThere(StreamPath(folder));
 }
 
-// One entry of the folder. Of the files only streams can become folders; backups and other forms stay what they are.
-static void LoadEntry(ShipTable *table, const std::string &name) {
-  if (IsKept(name)) return;
-  const bool file = IsFileName(name) && !IsFolder(ShipFolder(name));
-  const std::string stem = file ? name.substr(0, name.size() - 4) : name;
-  if (file && (name != stem + ".sts" || IsFolder(ShipFolder(stem)))) return;
+// A stream file becomes a folder first, unless it has one. False: the ship that is there could not be loaded.
+static bool LoadStreamEntry(ShipTable *table, const std::string &name) {
+  const std::string stem = name.substr(0, name.size() - 4);
+  if (name != stem + ".sts" || IsFolder(ShipFolder(stem))) return true;
   std::printf("Loading Ship: %s \n", name.c_str());
-  if (file) ConvertStreamToDirectory(stem.c_str());
-  LoadRow(table, stem.c_str(), file);
+  bool found;
+  return ConvertStream(stem.c_str(), &found) != 0 ? LoadRow(table, stem.c_str(), true) : !found;
 }
 
-void LoadAllShips(ShipTable *table) {
+static bool LoadFolderEntry(ShipTable *table, const std::string &name) {
+  if (IsKept(name)) return true;
+  std::printf("Loading Ship: %s \n", name.c_str());
+  return LoadRow(table, name.c_str(), false);
+}
+
+int LoadAllShips(ShipTable *table) {
   EmptyTable(table);
   SettleFoldersIn("saves", InfoName);
+  std::vector<std::string> names;
   const int saves = OpenFolderHere("saves");
-  if (saves < 0) {
-    LogError("Could not open save dir");
-    return;
+  const bool listed = saves >= 0 && FolderEntries(saves, &names);  // before a conversion adds any
+  if (saves >= 0) close(saves);
+  if (!listed) return LogError("Could not open save dir");
+  bool all = true;
+  for (const std::string &name : names) {
+    if (IsFolder(ShipFolder(name))) all = LoadFolderEntry(table, name) && all;
+    else if (IsFileName(name)) all = LoadStreamEntry(table, name) && all;
   }
-  const std::vector<std::string> names = FolderEntries(saves);  // before a conversion adds any
-  close(saves);
-  for (const std::string &name : names) LoadEntry(table, name);
   std::printf("NumberOfShipsAfterLoading: %i \n", static_cast<int>(table->count.load()));
+  return all ? 1 : 0;
 }

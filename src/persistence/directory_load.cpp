@@ -32,7 +32,9 @@ static void NoteStrange(SlotReader *r, const std::string &name) {
 static std::vector<NumberedEntry> NumberedEntries(SlotReader *r, int folder, const char *ending, size_t longest) {
   std::vector<NumberedEntry> found;
   std::vector<int> place(1000, -1);  // of an index in found
-  for (const std::string &name : FolderEntries(folder)) {
+  std::vector<std::string> names;
+  r->unlisted = !FolderEntries(folder, &names) || r->unlisted;
+  for (const std::string &name : names) {
     if (name.size() > longest) continue;
     const int number = LeadingNumber(name);
     const bool plain = number >= 0 && name == std::to_string(number) + ending;
@@ -101,20 +103,29 @@ static void ReadMegas(SlotReader *r, int ship) {
   for (const NumberedEntry &mega : NumberedEntries(r, ship, "", LongestMegaName)) ReadMega(r, mega, ship, buffer.get());
 }
 
-// A file that is too short says nothing: the ship keeps the place and speed that it has.
-static void ReadInfo(Ship *ship, int folder) {
+// A file that is too short says nothing: the ship keeps the place and speed that it has. Whether it was what saves write.
+static bool ReadInfo(Ship *ship, int folder) {
   u8 bytes[InfoBytes];
   const int file = folder < 0 ? -1 : OpenFile(folder, InfoName, FileUse::Read);
   const size_t have = file < 0 ? 0 : ReadAt(file, 0, bytes, InfoBytes);
   if (file >= 0) close(file);
   if (have < InfoBytes) {
     LogWarn("Ship lost its info file. I'll try to load anyway.");
-    return;
+    return false;
   }
   Reader reader{bytes, InfoBytes};
-  if (TakeU16(&reader) != InfoVersion) LogWarn("Old save");
+  const bool good = TakeU16(&reader) == InfoVersion;
+  if (!good) LogWarn("Old save");
   for (auto &axis : ship->position) axis = static_cast<i64>(TakeU64(&reader));
   for (auto &axis : ship->velocity) axis = static_cast<i32>(TakeU32(&reader));
+  return good;
+}
+
+bool ShipFolderIsThere(const char *name) {
+  const std::string path = ShipFolder(name);
+  SettleFolder(path.c_str(), InfoName);
+  struct stat info;
+  return lstat(path.c_str(), &info) == 0;
 }
 
 void LoadShipPlace(Ship *ship, const char *name) {
@@ -127,12 +138,11 @@ void LoadShipPlace(Ship *ship, const char *name) {
 int LoadShipDirectory(Ship *ship, const char *name, bool blocksToo, bool leaveUnfinished) {
   if (!IsShipStem(name)) return LogError((std::string(name) + " can't be a ship directory").c_str());
   const std::string path = ShipFolder(name);
-  SettleFolder(path.c_str(), InfoName);
-  struct stat info;
-  if (lstat(path.c_str(), &info) != 0) return LogError("Missing ship directory!");
+  if (!ShipFolderIsThere(name)) return LogError("Missing ship directory!");
   const int folder = OpenFolder(AT_FDCWD, path.c_str());
-  ReadInfo(ship, folder);
+  const bool goodInfo = ReadInfo(ship, folder);
   ship->fileStem = name;
+  ship->keepFolderAs = ".damaged";  // until all of it was read
   if (folder < 0) return LogError("Could not open ship dir");
   if (ship->megaChunks.load() == nullptr && !AllocShipTable(ship)) {
     close(folder);
@@ -140,11 +150,13 @@ int LoadShipDirectory(Ship *ship, const char *name, bool blocksToo, bool leaveUn
   }
   SettleUpdate(folder);
   SlotReader r = BeginSlots(ship, path, blocksToo);
+  r.badInfo = !goodInfo;
   ReadMegas(&r, folder);
   close(folder);
   ReportSlots(r);
   ship->slotsOnly = !blocksToo;
-  if (!AllWasRead(r)) ship->keepAs = ".damaged";
+  if (r.unlisted) return LogError("Could not open ship dir");
+  if (AllWasRead(r)) ship->keepFolderAs = nullptr;
   if (blocksToo && !leaveUnfinished) FinishShip(ship);
   return 1;
 }

@@ -29,7 +29,7 @@ struct ChunkCopy {
 
 struct ShipCopy {
   std::string stem;
-  const char *keepAs = nullptr;          // as in the ship
+  const char *keepAs = nullptr;          // the ship's keepFolderAs
   bool slotsOnly = false;
   std::vector<u8> info;                  // the bytes of the info file
   std::vector<u16> megas;                // those with a folder
@@ -118,7 +118,7 @@ static void PackInfo(const Ship &ship, std::vector<u8> *out) {
 static bool CopyShip(const Ship &ship, ShipCopy *copy) {
   ScopedLock world(&WorldMutex);
   copy->stem = ship.fileStem;
-  copy->keepAs = ship.keepAs;
+  copy->keepAs = ship.keepFolderAs;
   copy->slotsOnly = ship.slotsOnly;
   if (copy->stem == "NULL") return false;
   if (!IsShipStem(copy->stem)) return LogError(("A ship can't be saved under the name " + copy->stem).c_str()) != 0;
@@ -264,7 +264,7 @@ static bool ReplaceShip(const ShipCopy &copy) {
 // The chunks' places in the new files, in the order in which those were written.
 static void RecordSlots(const ShipCopy &copy, Ship *ship) {
   ScopedLock world(&WorldMutex);
-  ship->keepAs = nullptr;
+  ship->keepFolderAs = nullptr;
   i16 slot = 0;
   for (size_t i = 0; i < copy.chunks.size(); ++i) {
     const ChunkCopy &c = copy.chunks[i];

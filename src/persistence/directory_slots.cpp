@@ -124,7 +124,7 @@ void ReadSlot(SlotReader *r, u16 mega, u16 super, int slot, const u8 *bytes) {
 }
 
 bool AllWasRead(const SlotReader &r) {
-  return r.strange.empty() && !r.badIndex && !r.unknownRow && !r.cut && !r.tooLarge;
+  return r.strange.empty() && !r.badInfo && !r.badIndex && !r.unknownRow && !r.cut && !r.tooLarge;
 }
 
 static void WarnIf(bool fault, const SlotReader &r, const char *text) {

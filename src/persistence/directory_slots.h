@@ -20,7 +20,8 @@ inline std::string SuperName(unsigned super) { return std::to_string(super) + ".
 
 extern Mutex StoreMutex;  // one save or update at a time; taken outside the world mutex
 
-// Ends an update that a kill cut off. Before anything is read from a ship's folder or written into it.
+// Ends an update that a kill cut off. Before anything is read from a ship's folder or written into it. Does nothing while
+// another program has the folder.
 void SettleUpdate(int shipFolder);
 void PackRecord(u64 head, const u8 *tail, u8 *at);  // 14 bytes; tail may be null for zeros.
 void PackSlot(const ChunkCells *cells, u16 chunk, u8 *at);  // SlotBytes; cells may be null. World mutex.
@@ -30,7 +31,8 @@ struct SlotReader {
   Ship *ship = nullptr;
   std::string folder;      // for the messages
   bool blocksToo = false;
-  bool badIndex = false, unknownRow = false, cut = false, tooLarge = false;
+  bool unlisted = false;  // a folder could not be listed: what is missing can't be told
+  bool badInfo = false, badIndex = false, unknownRow = false, cut = false, tooLarge = false;
   std::vector<std::string> strange;  // the first few entries that are none of the store's
   u64 budget = u64{4} << 30;         // bytes of memory for tables and cells that this folder may still cost
   u16 placeholderComponent = 1, placeholderMaterial = 1;

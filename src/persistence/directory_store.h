@@ -30,17 +30,21 @@ int SaveBlockUpdate(const Block &b, u16 x, u16 y, u16 z, Ship *ship);
 
 // Reads saves/<name> into an empty ship: only the slots, or the blocks as well, finished unless leaveUnfinished is set. What
 // can't be read is warned of and left out. 1, or 0 (logged) when there is no such folder. World mutex, or a ship that no
-// other thread sees; not while the same folder is saved.
+// other thread sees; not while the same folder is saved. A folder that was not read whole is kept by the next save of it.
 int LoadShipDirectory(Ship *ship, const char *name, bool blocksToo, bool leaveUnfinished);
 int AddShipFromDirectory(ShipTable *table, const char *name, i64 x, i64 y, i64 z);  // World mutex held. 1 or 0.
 
+// Whether saves/<name> is there. A folder whose replacement a kill cut off gets its name first.
+bool ShipFolderIsThere(const char *name);
 // Place and speed of the ship as saves/<name>/ has them, when it is there.
 void LoadShipPlace(Ship *ship, const char *name);
 
 // Between saves/<name>.sts and saves/<name>/, whichever is there. The source stays; so does a target, as <target>.replaced,
-// when the source could not be read whole. 1, or 0 and the target as it was.
+// when the source could not be read whole. 1, or 0 and the target as it was. A damaged stream file that can't be kept as
+// .damaged is not converted.
 int ConvertStreamToDirectory(const char *name);
 int ConvertDirectoryToStream(const char *name);
 // Fills an emptied table with all ships of saves/: folders with their slots only, stream files converted to folders first
-// and with their blocks. Folders that a save kept are passed over. Before other threads look at the table; the world mutex must not be held.
-void LoadAllShips(ShipTable *table);
+// and with their blocks. Folders that a save kept are passed over. 0 (logged) when there are ships that could not be loaded, or
+// saves/ can't be listed. Before other threads look at the table; the world mutex must not be held.
+int LoadAllShips(ShipTable *table);

@@ -52,7 +52,8 @@ static bool CarryOut(int shipFolder, const u8 *note) {
   return done;
 }
 
-void SettleUpdate(int shipFolder) {
+// The folder is held.
+static void SettleHeldUpdate(int shipFolder) {
   const int file = OpenFile(shipFolder, NoteName, FileUse::Read);
   if (file < 0) return;
   u8 note[NoteBytes];
@@ -60,6 +61,13 @@ void SettleUpdate(int shipFolder) {
   close(file);
   if (done) unlinkat(shipFolder, NoteName, 0);
   else LogWarn("A block that was stored halfway can't be written yet. It stays noted.");
+}
+
+void SettleUpdate(int shipFolder) {
+  const int folder = OpenFolder(shipFolder, ".");  // to hold; the caller goes on without
+  if (folder < 0) return;
+  if (LockFolder(folder, false)) SettleHeldUpdate(folder);
+  close(folder);
 }
 
 // Finds the chunk's entry, with the levels above it, and where the ship's files are.
@@ -78,16 +86,19 @@ static bool FindEntry(BlockUpdate *u) {
 
 // Whether an entry stands for a number under another name than the plain one, which would hide it.
 static bool IsTaken(int folder, int number, size_t longest) {
-  const std::vector<std::string> names = FolderEntries(folder);
-  return std::any_of(names.begin(), names.end(),
-                     [=](const std::string &name) { return name.size() <= longest && LeadingNumber(name) == number; });
+  std::vector<std::string> names;
+  const bool listed = FolderEntries(folder, &names);
+  return !listed || std::any_of(names.begin(), names.end(), [=](const std::string &name) {
+    return name.size() <= longest && LeadingNumber(name) == number;
+  });
 }
 
 static bool OpenMegaFolder(BlockUpdate *u) {
   SettleFolder(u->path.c_str(), InfoName);
   u->shipFolder = OpenFolder(AT_FDCWD, u->path.c_str());
   if (u->shipFolder < 0) return LogError("Can't find ship directory to save block update to") != 0;
-  SettleUpdate(u->shipFolder);
+  if (!LockFolder(u->shipFolder, true)) return LogError((u->path + " is in use. The old block stays.").c_str()) != 0;
+  SettleHeldUpdate(u->shipFolder);
   const std::string mega = std::to_string(u->at.mega);
   u->megaFolder = OpenFolder(u->shipFolder, mega.c_str());
   if (u->megaFolder >= 0 || IsTaken(u->shipFolder, u->at.mega, LongestMegaName)) return true;
@@ -147,17 +158,21 @@ static bool AppendSlot(BlockUpdate *u) {
   return true;
 }
 
+// A record that could not be written may be half there: then the note is of the old one, and stays for a better day.
 static bool WriteAcrossPages(const BlockUpdate &u, i64 offset) {
+  u8 old[RecordBytes];
+  if (ReadAt(u.file, offset, old, RecordBytes) != RecordBytes) return false;
   std::vector<u8> note;
   for (const int v : {int{u.at.mega}, int{u.at.super}, u.slot, int{u.at.block}}) PutU16(&note, static_cast<u16>(v));
   PutBytes(&note, u.record, RecordBytes);
   const int file = OpenFile(u.shipFolder, NoteName, FileUse::MakeNew);
   if (file < 0) return false;
   const bool noted = WriteAt(file, 0, note.data(), NoteBytes);
+  const bool stored = noted && WriteAt(u.file, offset, u.record, RecordBytes);
+  const bool torn = noted && !stored && WriteAt(file, NoteBytes - RecordBytes, old, RecordBytes);
   close(file);
-  if (noted && !WriteAt(u.file, offset, u.record, RecordBytes)) return false;  // the note stays, for a better day
-  unlinkat(u.shipFolder, NoteName, 0);
-  return noted;
+  if (!torn) unlinkat(u.shipFolder, NoteName, 0);
+  return stored;
 }
 
 static bool WriteRecord(const BlockUpdate &u) {

@@ -29,7 +29,7 @@ static bool AtMagic(GzipReader *g) {
 static void BeginNextMember(GzipReader *g) {
   if (AtMagic(g) && inflateReset(&g->z) == Z_OK) return;
   g->ended = true;
-  g->damaged = g->z.avail_in > 0;
+  g->damaged = g->z.avail_in > 0 || std::ferror(g->file) != 0;
 }
 
 // Plain files only: the opening of a pipe would wait for one who writes into it.
@@ -65,6 +65,7 @@ bool OpenGzipOrPlain(GzipReader *g, const char *path) {
 static size_t ReadPlain(GzipReader *g, u8 *out, size_t room) {
   if (g->z.avail_in == 0) FillInput(g);
   g->ended = g->z.avail_in == 0;
+  g->damaged = std::ferror(g->file) != 0;
   const size_t count = std::min<size_t>(g->z.avail_in, room);
   std::memcpy(out, g->z.next_in, count);
   g->z.next_in += count;
@@ -117,14 +118,4 @@ bool WriteGzip(FileReplacement *file, const std::vector<u8> &bytes) {
   good = good && WriteDeflated(&z, Z_FINISH, buffer.get(), file);
   deflateEnd(&z);
   return good;
-}
-
-GzipWritten ReplaceGzip(const char *path, const std::vector<u8> &bytes) {
-  FileReplacement file;
-  if (!BeginReplacement(&file, path)) return GzipWritten::NotOpened;
-  if (!WriteGzip(&file, bytes)) {
-    AbandonReplacement(&file);
-    return GzipWritten::Failed;
-  }
-  return CommitReplacement(&file) ? GzipWritten::Whole : GzipWritten::Failed;
 }

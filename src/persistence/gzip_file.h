@@ -1,5 +1,4 @@
-// A gzip file as a source and as a target of bytes. Reading gives all that comes before a fault; writing replaces the
-// file only once everything is safely there. Local to this folder.
+// A gzip file as a source and as a target of bytes. Reading gives all that comes before a fault. Local to this folder.
 #pragma once
 
 #include <zlib.h>
@@ -29,7 +28,3 @@ void CloseGzip(GzipReader *g);
 
 // Compresses the bytes into a replacement that has begun. False when they can't all be written.
 bool WriteGzip(FileReplacement *file, const std::vector<u8> &bytes);
-
-enum class GzipWritten { Whole, NotOpened, Failed };
-// Compresses the bytes into a replacement of the file. Anything but Whole leaves the old file as it was.
-GzipWritten ReplaceGzip(const char *path, const std::vector<u8> &bytes);

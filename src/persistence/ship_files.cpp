@@ -19,18 +19,20 @@ static Mutex SaveMutex{MutexRank::Save, "save", {}};
 
 constexpr i64 PlacingDistance = 50030000;  // the middle cell's distance from a ship's corner, and three blocks
 
+enum class Written { Whole, NotOpened, Failed };  // anything but Whole leaves the old file as it was
+
 // What a save needs of a ship.
 struct ShipCopy {
   std::vector<u8> bytes;
   std::string stem;
-  const char *keepAs = nullptr;  // as in the ship
+  const char *keepAs = nullptr;  // the ship's keepStreamAs
 };
 
 // The only step of a save for which the world stands still.
 static bool CopyShip(const Ship &ship, ShipCopy *copy) {
   ScopedLock world(&WorldMutex);
   copy->stem = ship.fileStem;
-  copy->keepAs = ship.keepAs;
+  copy->keepAs = ship.keepStreamAs;
   return PackShip(ship, &copy->bytes);
 }
 
@@ -45,22 +47,37 @@ static bool KeepOldFile(const char *path, const char *ending) {
   return true;
 }
 
-static GzipWritten WriteShip(Ship *ship, const char *path, const ShipCopy &copy) {
-  if (!KeepOldFile(path, copy.keepAs)) return GzipWritten::Failed;
-  KeepBackup(path, LocalDate());
-  const GzipWritten result = ReplaceGzip(path, copy.bytes);
-  if (result == GzipWritten::Failed)
+// What the old file is kept as is made only when the new one is safe but for its name: saves that fail, day after day, must
+// not cost older backups.
+static bool ReplaceShip(FileReplacement *file, const char *path, const ShipCopy &copy) {
+  if (!WriteGzip(file, copy.bytes) || !SettleReplacement(file) || !KeepOldFile(path, copy.keepAs)) {
+    AbandonReplacement(file);
+    return false;
+  }
+  const std::string backup = KeepBackup(path, LocalDate());
+  const bool good = CommitReplacement(file);
+  if (good && !backup.empty()) RemoveOldBackups(backup);
+  if (!good && !backup.empty()) RemoveFile(backup.c_str());
+  return good;
+}
+
+static Written WriteShip(Ship *ship, const char *path, const ShipCopy &copy) {
+  FileReplacement file;
+  if (!BeginReplacement(&file, path)) return Written::NotOpened;
+  if (!ReplaceShip(&file, path, copy)) {
     LogError((std::string("Could not write ") + path + ". The old file stays.").c_str());
-  if (result != GzipWritten::Whole || copy.keepAs == nullptr) return result;
+    return Written::Failed;
+  }
+  if (copy.keepAs == nullptr) return Written::Whole;
   ScopedLock world(&WorldMutex);
-  ship->keepAs = nullptr;
-  return result;
+  ship->keepStreamAs = nullptr;
+  return Written::Whole;
 }
 
 int SaveShipStream(Ship *ship, const char *path) {
   ScopedLock save(&SaveMutex);
   ShipCopy copy;
-  return CopyShip(*ship, &copy) && WriteShip(ship, path, copy) == GzipWritten::Whole;
+  return CopyShip(*ship, &copy) && WriteShip(ship, path, copy) == Written::Whole;
 }
 
 int SaveShipByName(Ship *ship) {
@@ -68,9 +85,9 @@ int SaveShipByName(Ship *ship) {
   ShipCopy copy;
   if (!CopyShip(*ship, &copy)) return 0;
   const std::string path = "saves/" + copy.stem + ".sts";
-  const GzipWritten result = WriteShip(ship, path.c_str(), copy);
-  if (result == GzipWritten::NotOpened) LogError(("Could not create " + path).c_str());
-  return result == GzipWritten::Whole;
+  const Written result = WriteShip(ship, path.c_str(), copy);
+  if (result == Written::NotOpened) LogError(("Could not create " + path).c_str());
+  return result == Written::Whole;
 }
 
 int SaveShipRawStream(Ship *ship, const char *name) {
@@ -95,7 +112,7 @@ static std::string FreeStem(const std::string &stem) {
 
 // The file as it was gets a second name at once. Where that can't be done, the ship gets one, so that both stay.
 static void KeepDamagedFile(const char *path, Ship *ship) {
-  ship->keepAs = ".damaged";
+  ship->keepStreamAs = ".damaged";
   if (!IsThere(path)) return;
   const std::string name = KeepBeside(path, ".damaged");
   if (!name.empty()) {
@@ -121,7 +138,7 @@ static bool UnpackGzip(GzipReader *g, ShipUnpacker *u) {
   return EndUnpack(u, content.get(), have);
 }
 
-// Without a budget: the player's own files.
+// budget: null for the player's own files, which may be as large as they like. *whole: all of it was read.
 static int ReadStream(Ship *ship, const char *path, LoadBudget *budget, bool *whole) {
   GzipReader g;
   bool opened;
@@ -148,7 +165,7 @@ int ReadShipStream(Ship *ship, const char *path, bool *whole) { return ReadStrea
 int LoadShipWithin(Ship *ship, const char *path, LoadBudget *budget) {
   bool whole;
   if (ReadStream(ship, path, budget, &whole) == 0) return 0;
-  if (!whole) KeepDamagedFile(path, ship);
+  if (!whole) ship->keepStreamAs = ".damaged";  // a server's file: no copy of it needs to lie among the player's ships
   if (!FinishShipWithin(ship, &budget->light))
     LogWarn((std::string("Ship file ") + path + " has too many lamps. Some of them are dark.").c_str());
   return 1;

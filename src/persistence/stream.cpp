@@ -94,7 +94,8 @@ static size_t UnpackHeader(ShipUnpacker *u, Reader r) {
   const u8 length = TakeU8(&r);
   const u8 *name = TakeBytes(&r, length + 1u);
   if (name == nullptr) return 0;
-  if (version != StreamVersion) LogWarn("Old save file. Going to try to load anyway");
+  u->otherVersion = version != StreamVersion;
+  if (u->otherVersion) LogWarn("Old save file. Going to try to load anyway");
   u->longName = length > MaxShipName;
   const u8 *end = std::find(name, name + std::min<int>(length, MaxShipName), u8{0});
   u->ship->displayName.assign(name, end);
@@ -213,7 +214,7 @@ bool EndUnpack(ShipUnpacker *u, const u8 *bytes, size_t count) {
   WarnIf(u->unknownRow, *u, " has blocks that the tables don't know. Placeholders were put in their places.");
   WarnIf(u->tooLarge, *u, " is too large. The rest of it was left out.");
   WarnIf(u->cut, *u, " is cut short. All that is whole was loaded.");
-  return !u->longName && !u->badIndex && !u->unknownRow && !u->badCount && !u->cut && !u->stopped;
+  return !u->otherVersion && !u->longName && !u->badIndex && !u->unknownRow && !u->badCount && !u->cut && !u->stopped;
 }
 
 void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path) {

@@ -19,7 +19,7 @@ bool PackShip(const Ship &ship, std::vector<u8> *out);
 void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path);
 
 // Takes the world mutex for the copy of the blocks; compresses and writes outside it. 1, or 0 and the old file as it was. A
-// file that Ship::keepAs speaks of is kept beside the new one first.
+// file that Ship::keepStreamAs speaks of is kept beside the new one first.
 int SaveShipStream(Ship *ship, const char *path);
 int SaveShipByName(Ship *ship);                          // To saves/<fileStem>.sts.
 int SaveShipRawStream(Ship *ship, const char *name);     // The uncompressed bytes, to saves/<name>.sls.
@@ -32,7 +32,8 @@ int LoadShipStream(Ship *ship, const char *path, bool finish);
 struct LoadBudget {
   u64 bytes = 0, light = 0;
 };
-// LoadShipStream, finished. Takes what it costs from the budget; what that doesn't cover is left out, with a warning.
+// LoadShipStream, finished; a damaged file is kept by the next save only. Takes what it costs from the budget; what that
+// doesn't cover is left out, with a warning.
 int LoadShipWithin(Ship *ship, const char *path, LoadBudget *budget);
 int ReadShipStream(Ship *ship, const char *path, bool *whole);  // The same unfinished, and nothing is kept beside the file.
 int LoadShipByName(Ship *ship, const char *name);        // From saves/<name>.sts; prints the path.

@@ -134,7 +134,8 @@ static void ReadSectionLine(TextLoad *t, Section *section, std::string_view line
   bool scanned = !value.empty();
   if (*section == Section::Floats) scanned = scanned && ReadFloat(value, &number);
   if (*section == Section::Ints) scanned = scanned && ReadWholeNumber(value, &set);
-  if (!scanned) TellFault(t, *section == Section::Strings ? "Error on line " : "Error in float section on line ");
+  if (*section == Section::Strings && key == "Name" && !scanned) LogInt("Error on line ", t->lines.number);  // ships may lack one
+  else if (!scanned) TellFault(t, *section == Section::Strings ? "Error on line " : "Error in float section on line ");
   if (key.empty() || IsSectionWord(key, section)) return;
   if (*section == Section::Strings && !TakeString(t, key, value)) TellFault(t, "Error in ship string section on line ");
   if (*section == Section::Floats && !TakeFloat(t, key, scanned ? &number : nullptr))
@@ -424,7 +425,7 @@ int AddShipFromText(ShipTable *table, const char *name, i64 x, i64 y, i64 z) {
   Ship *ship = PrepareShip(table);
   if (ship == nullptr) return 0;
   const int loaded = LoadShipText(ship, name, x, y, z);
-  ship->keepAs = ".replaced";  // a stream file that has the name may be a ship of its own
+  ship->keepStreamAs = ".replaced";  // a stream file that has the name may be a ship of its own
   if (ship->summary != nullptr) {
     const u16 size[3] = {ship->summary->sizeX, ship->summary->sizeY, ship->summary->sizeZ};
     for (int axis = 0; axis < 3; ++axis)

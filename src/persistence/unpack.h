@@ -9,7 +9,8 @@ struct ShipUnpacker {
   const char *path = "";    // for the messages
   bool headerRead = false;
   bool stopped = false;     // nothing behind this point can be trusted
-  bool longName = false, badIndex = false, badCount = false, unknownRow = false, cut = false, tooLarge = false;
+  bool otherVersion = false, longName = false, badIndex = false, badCount = false, unknownRow = false, cut = false;
+  bool tooLarge = false;
   u16 mega = 0xffff, super = 0xffff;  // of the group before
   u64 budget = u64{4} << 30;  // bytes of content and of memory for cells that this file may still cost
   u64 chunkBytes = sizeof(ChunkCells);  // what a chunk costs

@@ -33,6 +33,15 @@ static int OpenLocked(const char *name, bool *busy) {
   return -1;
 }
 
+// Where the disk has no locks, only a name of its own keeps two programs apart.
+static void TakeOwnName(FileReplacement *r) {
+  bool busy = false;
+  close(r->descriptor);
+  unlink(r->temporary.c_str());
+  r->temporary = r->path + "." + std::to_string(getpid()) + ".tmp";
+  r->descriptor = OpenLocked(r->temporary.c_str(), &busy);
+}
+
 bool BeginReplacement(FileReplacement *r, const char *path) {
   *r = {};
   r->path = path;
@@ -44,6 +53,7 @@ bool BeginReplacement(FileReplacement *r, const char *path) {
     if (!busy) break;
     usleep(LockPause);
   }
+  if (r->descriptor >= 0 && flock(r->descriptor, LOCK_EX | LOCK_NB) != 0) TakeOwnName(r);
   r->failed = r->descriptor < 0;
   return !r->failed;
 }

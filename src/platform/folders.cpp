@@ -33,22 +33,37 @@ int OpenFile(int folder, const char *name, FileUse use) {
   return -1;
 }
 
-static std::vector<std::string> Entries(int folder, bool hidden) {
-  std::vector<std::string> names;
+static bool Entries(int folder, bool hidden, std::vector<std::string> *names) {
+  names->clear();
   const int again = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);  // reading moves a descriptor's place
   DIR *entries = again < 0 ? nullptr : fdopendir(again);
   if (entries == nullptr) {
     if (again >= 0) close(again);
-    return names;
+    return false;
   }
-  while (const dirent *entry = readdir(entries))
-    if ((entry->d_name[0] == '.') == hidden) names.emplace_back(entry->d_name);
+  errno = 0;
+  while (const dirent *entry = readdir(entries)) {
+    if ((entry->d_name[0] == '.') == hidden) names->emplace_back(entry->d_name);
+    errno = 0;
+  }
+  const bool whole = errno == 0;
   closedir(entries);
-  std::sort(names.begin(), names.end());
-  return names;
+  std::sort(names->begin(), names->end());
+  return whole;
 }
 
-std::vector<std::string> FolderEntries(int folder) { return Entries(folder, false); }
+bool FolderEntries(int folder, std::vector<std::string> *names) { return Entries(folder, false, names); }
+
+static bool LockNow(int folder) { return flock(folder, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
+
+bool LockFolder(int folder, bool wait) {
+  bool locked = LockNow(folder);
+  for (int i = 1; i < LockTries && wait && !locked; ++i) {
+    usleep(LockPause);
+    locked = LockNow(folder);
+  }
+  return locked;
+}
 
 i64 FileLength(int file) {
   struct stat info;
@@ -95,14 +110,12 @@ static bool IsThere(const std::string &path) {
   return lstat(path.c_str(), &info) == 0;
 }
 
-// A folder held open against other programs; -1 when it isn't there or one of them has it. A disk without locks counts as
-// free.
+// A folder held open against other programs; -1 when it isn't there or one of them has it.
 static int OpenLocked(const std::string &path) {
   const int folder = OpenFolder(AT_FDCWD, path.c_str());
   if (folder < 0) return -1;
   struct stat opened, named;
-  const bool busy = flock(folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-  if (!busy && fstat(folder, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_ino == named.st_ino) return folder;
+  if (LockNow(folder) && fstat(folder, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_ino == named.st_ino) return folder;
   close(folder);
   return -1;
 }
@@ -111,6 +124,15 @@ static void RemoveContent(const std::string &path) {
   std::error_code ignored;
   for (std::filesystem::directory_iterator entry(path, ignored), end; !ignored && entry != end; entry.increment(ignored))
     RemoveAll(entry->path());
+}
+
+// Where the disk has no locks, only a name of its own keeps two programs apart.
+static void TakeOwnName(FolderReplacement *r) {
+  close(r->descriptor);
+  rmdir(r->fresh.c_str());
+  r->fresh = HiddenBeside(r->path + "." + std::to_string(getpid()), ".new");
+  mkdir(r->fresh.c_str(), 0777);
+  r->descriptor = OpenLocked(r->fresh);
 }
 
 bool BeginFolder(FolderReplacement *r, const char *path) {
@@ -123,6 +145,7 @@ bool BeginFolder(FolderReplacement *r, const char *path) {
     mkdir(r->fresh.c_str(), 0777);
     r->descriptor = OpenLocked(r->fresh);
   }
+  if (r->descriptor >= 0 && flock(r->descriptor, LOCK_EX | LOCK_NB) != 0) TakeOwnName(r);
   if (r->descriptor >= 0) RemoveContent(r->fresh);
   return r->descriptor >= 0;
 }
@@ -141,24 +164,39 @@ static bool ExchangeInSteps(const FolderReplacement &r, const std::string &old) 
   return false;
 }
 
-// The new folder has the old one's later name before the exchange, so that there is no moment in which a kill makes the old
-// one look like what a killed game left.
-static bool TakePlaceAndKeep(const FolderReplacement &r) {
-  if (!Rename(r.fresh, r.kept)) return false;
-  if (Exchange(r.kept, r.path)) return true;
-  return Rename(r.kept, r.fresh) && ExchangeInSteps(r, r.kept);
+// The name that a folder has between two steps, free now. Another program may still be removing what has it.
+static std::string FreeBetween(const FolderReplacement &r) {
+  const std::string name = HiddenBeside(r.path, ".old");
+  for (int i = 0; i < LockTries && IsThere(name); ++i) {
+    if (i > 0) usleep(LockPause);
+    const int left = OpenLocked(name);
+    if (left < 0) continue;
+    RemoveAll(name);
+    close(left);
+  }
+  return name;
 }
 
-// The new folder gets the name; the old one, if there is one, is left under a hidden name, or the one to keep it under.
-static bool TakePlace(FolderReplacement *r) {
-  if (!IsThere(r->path)) return Rename(r->fresh, r->path);
-  if (!r->kept.empty()) return TakePlaceAndKeep(*r);
+// The new folder has the old one's later name before the exchange, so that there is no moment in which a kill makes the old
+// one look like what a killed game left. In steps, it is the new one that a kill leaves beside the name.
+static bool TakePlaceAndKeep(FolderReplacement *r) {
+  if (!Rename(r->fresh, r->kept)) return false;
+  r->fresh = r->kept;
   if (Exchange(r->fresh, r->path)) return true;
-  const std::string old = HiddenBeside(r->path, ".old");
-  RemoveAll(old);
-  if (!ExchangeInSteps(*r, old)) return false;
-  r->fresh = old;
-  return true;
+  const std::string between = FreeBetween(*r);
+  if (!Rename(r->fresh, between)) return false;
+  r->fresh = between;
+  return ExchangeInSteps(*r, r->kept);
+}
+
+// The new folder gets the name; the old one, if there is one, the name to keep it under, or a hidden one, *left.
+static bool TakePlace(FolderReplacement *r, std::string *left) {
+  if (!IsThere(r->path)) return Rename(r->fresh, r->path);
+  if (!r->kept.empty()) return TakePlaceAndKeep(r);
+  *left = r->fresh;
+  if (Exchange(r->fresh, r->path)) return true;
+  *left = FreeBetween(*r);
+  return ExchangeInSteps(*r, *left);
 }
 
 static void SyncFolderAbove(const std::string &path) {
@@ -172,10 +210,11 @@ static void SyncFolderAbove(const std::string &path) {
 bool CommitFolder(FolderReplacement *r) {
   // Locked, the old folder isn't taken for a left one that may be written anew while it is being removed.
   const int old = OpenLocked(r->path);
-  const bool good = fsync(r->descriptor) == 0 && TakePlace(r);
+  std::string left;
+  const bool good = fsync(r->descriptor) == 0 && TakePlace(r, &left);
   if (good) {
     SyncFolderAbove(r->path);
-    if (old >= 0) RemoveAll(r->fresh);
+    if (old >= 0 && !left.empty()) RemoveAll(left);  // the other names are free for other programs
     close(r->descriptor);
     r->descriptor = -1;
   } else {
@@ -195,14 +234,19 @@ void AbandonFolder(FolderReplacement *r) {
 void SettleFolder(const char *path, const char *mark) {
   const std::string old = HiddenBeside(path, ".old");
   if (!IsThere(old + "/" + mark)) return;
+  const int held = OpenLocked(old);
+  if (held < 0) return;
   if (IsThere(path)) RemoveAll(old);
   else Rename(old, path);
+  close(held);
 }
 
 void SettleFoldersIn(const char *path, const char *mark) {
   const int folder = OpenFolderHere(path);
   if (folder < 0) return;
-  for (const std::string &name : Entries(folder, true))
+  std::vector<std::string> names;
+  Entries(folder, true, &names);  // of the others, another time
+  for (const std::string &name : names)
     if (name.size() > 5 && name.ends_with(".old"))
       SettleFolder((std::string(path) + "/" + name.substr(1, name.size() - 5)).c_str(), mark);
   close(folder);

@@ -11,7 +11,11 @@ int OpenFolderHere(const char *path);          // By its path, links followed; -
 int OpenFolder(int parent, const char *name);  // One level down; -1 when it is missing, no folder or a link.
 enum class FileUse { Read, Change, ChangeOrMake, MakeNew };
 int OpenFile(int folder, const char *name, FileUse use);  // -1 when it is missing, no plain file or a link.
-std::vector<std::string> FolderEntries(int folder);       // Sorted names, without those that begin with ".".
+// Sorted names, without those that begin with "."; those that were read before a fault. False: there was one.
+bool FolderEntries(int folder, std::vector<std::string> *names);
+// Holds an open folder against other programs until it is closed; with wait, tries for a second. A disk without locks counts
+// as free.
+bool LockFolder(int folder, bool wait);
 i64 FileLength(int file);                                 // -1 when it can't be told.
 size_t ReadAt(int file, i64 offset, void *out, size_t count);  // The bytes that are there, at most count.
 bool WriteAt(int file, i64 offset, const void *bytes, size_t count);
@@ -29,7 +33,7 @@ bool BeginFolder(FolderReplacement *r, const char *path);
 // False: the old folder stays as it was. Else it has the name kept, or is gone with all that is in it.
 bool CommitFolder(FolderReplacement *r);
 void AbandonFolder(FolderReplacement *r);
-// On a disk that can't exchange two names a kill may leave neither folder under the name: this gives it back the old one, or
-// removes that where the new one stands. Only a folder that holds the file mark is taken for an old one.
+// On a disk that can't exchange two names a kill may leave no folder under the name: this gives it the one beside it, or removes
+// that where the name is taken. Only a folder that holds the file mark, and that no other program has, is taken for one.
 void SettleFolder(const char *path, const char *mark);
 void SettleFoldersIn(const char *path, const char *mark);  // The same for all that were ever replaced in a folder.

@@ -73,6 +73,7 @@ static bool GrowFirstShip(u16 largest) {
   Ship *ship = ShipAt(TheShipTable, 0);
   LightAsteroid(ship);  // or new players would see nothing
   ship->displayName = ship->fileStem = GrownName;
+  ship->keepStreamAs = ship->keepFolderAs = ".replaced";  // should something that is no ship have the name
   return SaveShipDirectory(ship) != 0;
 }
 
@@ -84,7 +85,7 @@ static void StopShips() {
 
 bool OpenWorld(u16 largestAsteroid) {
   if (!LockSaves()) return false;
-  LoadAllShips(&TheShipTable);
+  if (LoadAllShips(&TheShipTable) == 0) return LogError("Not all ships of saves/ could be loaded") != 0;
   if (TheShipTable.count.load() == 0 && !GrowFirstShip(largestAsteroid)) return LogError("There is no world to serve") != 0;
   for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
     Ship *ship = ShipAt(TheShipTable, row);

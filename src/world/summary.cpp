@@ -4,6 +4,7 @@
 
 #include "content/components.h"
 #include "content/materials.h"
+#include "core/log.h"
 #include "world/access.h"
 #include "world/cells.h"
 
@@ -32,7 +33,7 @@ static void AddCell(Totals *t, ShipSummary *s, u64 head, const u16 (&cell)[3]) {
 }
 
 std::unique_ptr<ShipSummary> BuildShipSummary(Ship *ship) {
-  RemoveBlockHeld(0, 0, 0, ship);
+  if (RemoveBlockHeld(0, 0, 0, ship)) LogWarn("The block in cell (0, 0, 0) was left out: ships keep that cell free.");
   auto s = std::make_unique<ShipSummary>();
   Totals t;
   ForEachChunk(*ship, [&](Chunk &chunk, ChunkCells &cells, CellAddress) {

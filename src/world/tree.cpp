@@ -24,7 +24,7 @@ void InitShip(Ship *ship, u32 id) {
   ship->ComScruffiness = ship->MatScruffiness = 0.1f;
   ship->displayName = "Default";
   ship->fileStem = "Default";
-  ship->keepAs = nullptr;
+  ship->keepStreamAs = ship->keepFolderAs = nullptr;
   ship->slotsOnly = false;
   ship->lightCounter = ship->cacheCounter = ship->chunkCount = 0;
   ship->id = id;

@@ -74,9 +74,9 @@ struct Ship {
   float ComScruffiness = 0.1f, MatScruffiness = 0.1f;  // world mutex
   std::string displayName = "Default", fileStem = "Default";  // world mutex
   u32 lightCounter = 0, cacheCounter = 0;              // world mutex
-  // Not null: what lies under fileStem holds more than this ship, or another one. The next save there keeps it beside, with
-  // this ending (".damaged", ".replaced"). Written by loads and saves, under the world mutex.
-  const char *keepAs = nullptr;
+  // Not null: the stream file, or the folder, under fileStem holds more than this ship, or another one. The next save of that
+  // form keeps it beside, with this ending (".damaged", ".replaced"). Written by loads and saves, under the world mutex.
+  const char *keepStreamAs = nullptr, *keepFolderAs = nullptr;
   bool slotsOnly = false;  // loaded without its blocks: those in memory lie over those of the files; world mutex
   u32 chunkCount = 0;                                  // chunks with cells; world mutex
   u32 id = 0;

@@ -65,6 +65,7 @@ TEST_F(Shell, HoldsWhatCanBeReachedFromOutside) {
   EXPECT_EQ(CellsOf(*ship), expected);
   EXPECT_EQ(ShipFault(*ship), "");
   EXPECT_EQ(ship->displayName + ship->fileStem, "Ark of twoArk");
+  EXPECT_TRUE(ship->keepStreamAs != nullptr && ship->keepFolderAs != nullptr) << "a save must not cost the inside";
   EXPECT_EQ(ship->id + ship->position[1].load(), 7 + 12345);
   EXPECT_EQ(ship->summary->blockCount, static_cast<i32>(expected.size()));
 
@@ -85,8 +86,11 @@ TEST_F(Shell, WithoutAFileTheShipStaysWhole) {
     EXPECT_EQ(LoadShipShell(ship), 0) << stem;
   }
   ship->fileStem = "Ark";
+  ship->slotsOnly = true;
+  EXPECT_EQ(LoadShipShell(ship), 0) << "half a ship has no shell";
+  ship->slotsOnly = false;
   fs::remove_all("cache");
   EXPECT_EQ(LoadShipShell(ship), 0);
   EXPECT_EQ(CellsOf(*ship), before);
-  EXPECT_EQ(Count(Log(), "*ERR: Cannot generate Ship Shell \n"), 5);
+  EXPECT_EQ(Count(Log(), "*ERR: Cannot generate Ship Shell \n"), 6);
 }

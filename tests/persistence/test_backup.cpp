@@ -12,6 +12,11 @@ static std::set<std::string> Names() {
   return names;
 }
 
+static void Keep(const std::string &path, const std::string &date) {
+  const std::string made = KeepBackup(path, date);
+  if (!made.empty()) RemoveOldBackups(made);
+}
+
 struct Backup : ShipTest {};
 
 TEST_F(Backup, TheFirstSaveOfADayKeepsWhatWasThere) {
@@ -38,7 +43,7 @@ TEST_F(Backup, TheNewestTenOfAShipStayAndAllOfOthers) {
                                         "Ship2020-1-01.bak", "Ship2020-01-01.bax", "Ship2020-01-01.bak.damaged", "Ship20x0-01-01.bak",
                                         "xShip2020-01-01.bak", "Ship2020-01-01_bak"};
   for (const std::string &name : others) WriteText("saves/" + name, name);
-  KeepBackup("saves/Ship.sts", "2026-01-01");
+  Keep("saves/Ship.sts", "2026-01-01");
   EXPECT_EQ(Names(), others) << "there is nothing to keep";
   std::set<std::string> expected = others;
   expected.insert("Ship.sts");
@@ -46,16 +51,20 @@ TEST_F(Backup, TheNewestTenOfAShipStayAndAllOfOthers) {
     const std::string date = "2026-01-" + std::to_string(day);
     WriteText("saves/Ship.sts.new", date);
     fs::rename("saves/Ship.sts.new", "saves/Ship.sts");
-    KeepBackup("saves/Ship.sts", date);
+    Keep("saves/Ship.sts", date);
     expected.insert("Ship" + date + ".bak");
     if (day >= 20) expected.erase("Ship2026-01-" + std::to_string(day - 10) + ".bak");
     ASSERT_EQ(Names(), expected) << day;
     EXPECT_EQ(ReadText("saves/Ship" + date + ".bak"), date);
   }
-  KeepBackup("saves/Ship.sts", "2019-12-31");  // a clock that went back
+  Keep("saves/Ship.sts", "2019-12-31");  // a clock that went back
   EXPECT_EQ(ReadText("saves/Ship2019-12-31.bak"), "2026-01-30");
-  KeepBackup("saves/Ship.sts", "2026-01-30");
+  Keep("saves/Ship.sts", "2026-01-30");
   EXPECT_EQ(ReadText("saves/Ship2026-01-30.bak"), "2026-01-30");
-  for (const char *path : {"saves/Ship.sss", "saves/none.sts", "nowhere/Ship.sts"}) KeepBackup(path, "2026-02-01");
+  for (const char *path : {"saves/Ship.sss", "saves/none.sts", "nowhere/Ship.sts"}) Keep(path, "2026-02-01");
   for (const std::string &name : Names()) EXPECT_EQ(name.find("2026-02-01"), std::string::npos) << name;
+  const std::set<std::string> before = Names();
+  Fill(ship, MixedCells(500, 1));
+  EXPECT_EQ(OnFullDisk(100, [this] { return SaveShipStream(ship, "saves/Ship.sts"); }), 0);
+  EXPECT_EQ(Names(), before) << "a save that fails costs no backup";
 }

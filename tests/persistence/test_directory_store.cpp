@@ -1,6 +1,9 @@
 // Ships as folders: their bytes, single blocks written in place, and what a kill, a full disk or a stranger leaves there.
 #include "persistence/directory_store.h"
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <thread>
 
 #include "persistence/cursor.h"
@@ -182,6 +185,7 @@ TEST_F(DirectoryStore, ALostOrOldInfoFileOnlyWarns) {
     ship->position[1] = 5;
     EXPECT_EQ(LoadShipDirectory(ship, "a", true, true), 1);
     EXPECT_TRUE(Logged(words) && ship->position[1] == (bytes.size() == 38 ? -50500000 : 5)) << words;
+    EXPECT_STREQ(ship->keepFolderAs, ".damaged");
   }
 }
 
@@ -198,6 +202,8 @@ TEST_F(DirectoryStore, ASaveReplacesTheFolderWholeOrNotAtAll) {
   AbandonFolder(&late);
   EXPECT_TRUE(fs::exists("saves/.a.new"));
   AbandonFolder(&others);
+  EXPECT_EQ(OnFullDisk(4092, [this] { return Update(ship, {5002, 5009, 5002}, PlacedHead(1, 2, 1, 0)); }), 0) << "torn by a page's end";
+  EXPECT_TRUE(fs::exists("saves/a/.update") && FolderCells("a") == cells && !fs::exists("saves/a/.update")) << "the old block stays";
   const int answers = OnFullDisk(20000, [this] {
     PlaceHere(ship, 4000, 4000, 4000, CubeOf());
     const int saved = SaveShipDirectory(ship);
@@ -227,10 +233,12 @@ TEST_F(DirectoryStore, WhatWasNotReadWholeCostsNothingThatIsThere) {
   const std::string cut = ReadText(file);
   fs::copy("saves/a", "saves/b", fs::copy_options::recursive);
   ASSERT_EQ(LoadShipDirectory(ship, "a", true, true), 1);
+  for (int round = 0; round < 2; ++round) EXPECT_EQ(SaveShipByName(ship), 1);
+  EXPECT_FALSE(fs::exists("saves/a.sts.damaged")) << "the stream file was not what lacked something";
   EXPECT_EQ(SaveShipDirectory(ship) + SaveShipDirectory(ship), 2);
   EXPECT_TRUE(ReadText("saves/a.damaged/555/0.sss") == cut && !fs::exists("saves/a.damaged2"));
   EXPECT_EQ(FolderCells("a"), CellsOf(*ship));
-  ship->keepAs = ".damaged";
+  ship->keepFolderAs = ".damaged";
   for (char copy = '2'; copy <= '9'; ++copy) fs::create_directory(std::string("saves/a.damaged") + copy);
   EXPECT_EQ(SaveShipDirectory(ship), 0) << "all names are taken";
   Ship *whole = NewShip(cells, "b");
@@ -242,7 +250,52 @@ TEST_F(DirectoryStore, WhatWasNotReadWholeCostsNothingThatIsThere) {
   fs::resize_file("saves/c.sts", fs::file_size("saves/c.sts") - 9);
   EXPECT_EQ(ConvertStreamToDirectory("c"), 1);
   EXPECT_EQ(FolderCells("c.replaced"), cells);
+  const std::string left = ReadText("saves/c.sts");
+  ASSERT_TRUE(LoadShipStream(whole, "saves/c.sts", false) == 1 && SaveShipDirectory(whole) == 1);
+  EXPECT_FALSE(fs::exists("saves/c.damaged")) << "the folder was not what lacked something";
+  fs::remove_all("saves/c");
+  fs::remove("saves/c.sts.damaged");
+  for (const char *copy : {"", "2", "3", "4", "5", "6", "7", "8", "9"}) WriteText(std::string("saves/c.sts.damaged") + copy, "another");
+  static ShipTable table;
+  EXPECT_TRUE(ConvertStreamToDirectory("c") == 0 && LoadAllShips(&table) == 0 && ReadText("saves/c.sts") == left);
+  EXPECT_TRUE(Logged("*ERR: saves/c.sts is damaged, and can't be kept") && !fs::exists("saves/c 2") && !fs::exists("saves/c 2.sts"));
   Drop(whole);
+}
+
+// The work in a child that may open so many files more.
+static int WithFiles(unsigned most, const std::function<int()> &work) {
+  return OnFullDisk(1 << 30, [&] {
+    const int next = dup(0);
+    close(next);
+    const rlimit limit{static_cast<rlim_t>(next) + most, static_cast<rlim_t>(next) + most};
+    return setrlimit(RLIMIT_NOFILE, &limit) == 0 ? work() : 9;
+  });
+}
+
+TEST_F(DirectoryStore, AFolderThatCannotBeListedIsNotAnEmptyOne) {
+  static ShipTable table;
+  SaveNew("a", MixedCells(30, 2));
+  for (const unsigned files : {1u, 2u}) EXPECT_EQ(WithFiles(files, [&] { return LoadAllShips(&table); }), 0) << files;
+  EXPECT_EQ(WithFiles(1, [this] { return LoadShipDirectory(ship, "a", true, true) + (ship->keepFolderAs == nullptr ? 2 : 0); }), 0);
+  EXPECT_EQ(WithFiles(9, [&] { return LoadAllShips(&table); }), 1);
+}
+
+TEST_F(DirectoryStore, WhatAnotherProgramBeginsMeanwhileStays) {
+  for (int round = 0; round < 20; ++round) {
+    SaveNew("a", {});
+    FolderReplacement ours, theirs;
+    ASSERT_TRUE(BeginFolder(&ours, "saves/a"));
+    ours.kept = "saves/a.damaged" + std::to_string(round);
+    std::thread other([&theirs] {
+      while (fs::exists("saves/.a.new")) {}
+      ASSERT_TRUE(BeginFolder(&theirs, "saves/a"));
+      WriteText("saves/.a.new/file", "half a ship");
+    });
+    EXPECT_TRUE(CommitFolder(&ours));
+    other.join();
+    EXPECT_TRUE(fs::exists("saves/.a.new/file") && fs::exists(ours.kept + "/info.sis")) << round;
+    AbandonFolder(&theirs);
+  }
 }
 
 TEST_F(DirectoryStore, SavesBetweenUpdatesLoseNoneOfThem) {
@@ -308,12 +361,14 @@ TEST_F(DirectoryStore, ShipsGoFromFormToFormAndIntoTheTable) {
   }
   SaveNew("two", cells);
   SaveNew("two.damaged", cells);
+  SaveNew("six.damaged", cells);  // a ship's own name
   for (const char *name : {"three.ssf", "four.sts", "five.sts.damaged"}) WriteText(std::string("saves/") + name, "no ship");
   const std::string before = ReadText("saves/four.sts");
   for (u16 round = 0; round < 2; ++round) {  // the second time, the stream has its folder
     LoadAllShips(&table);
-    ASSERT_EQ(table.count, 3);
-    EXPECT_TRUE(ShipAt(table, 0)->fileStem == "one" && ShipAt(table, 1)->fileStem == "two" && ShipAt(table, 2)->fileStem == "x.Car");
+    ASSERT_EQ(table.count, 4);
+    EXPECT_TRUE(ShipAt(table, 0)->fileStem == "one" && ShipAt(table, 1)->fileStem == "six.damaged");
+    EXPECT_TRUE(ShipAt(table, 2)->fileStem == "two" && ShipAt(table, 3)->fileStem == "x.Car");
     EXPECT_EQ(CellsOf(*ShipAt(table, 0)).size(), round == 0 ? 500u : 0u);
     EXPECT_GE(FindChunk(AddressOf(5000, 5000, 5000), *ShipAt(table, round))->slot, 0);
   }
@@ -326,5 +381,5 @@ TEST_F(DirectoryStore, ShipsGoFromFormToFormAndIntoTheTable) {
   EXPECT_EQ(AddShipFromDirectory(&table, "missing", 0, 0, 0), 0);
   ASSERT_EQ(AddShipFromDirectory(&table, "two", 1000, INT64_MIN, 0), 1);  // 100 x 5 x 1 cells
   const i64 place[3] = {1000 - 500000 - 25030000, INT64_MIN, -5000 - 25030000};
-  for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(ShipAt(table, 4)->position[axis], place[axis]);
+  for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(ShipAt(table, 5)->position[axis], place[axis]);
 }

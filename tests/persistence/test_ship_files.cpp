@@ -68,7 +68,7 @@ TEST_F(ShipFiles, ADamagedFileOutlivesTheNextSaves) {
   const std::string count = std::string(3, '\1') + Words({0, 0, 0, 0xffff});
   const struct { const char *name; std::string file; int result; } cases[] = {
       {"text", "not a ship", 0}, {"empty", "", 0}, {"cut", whole.substr(0, whole.size() / 2), 1}, {"more", whole + "garbage", 1},
-      {"unknown", GzipMember(unknown, 1), 1}, {"count", GzipMember(count, 1), 1}};
+      {"version", GzipMember('\2' + PackByHand("a", MixedCells(9, 2)).substr(1), 1), 1}, {"unknown", GzipMember(unknown, 1), 1}, {"count", GzipMember(count, 1), 1}};
   for (const auto &c : cases) {
     const std::string path = std::string("saves/") + c.name + ".sts", kept = path + ".damaged";
     WriteText(path, c.file);

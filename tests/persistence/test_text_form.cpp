@@ -61,7 +61,7 @@ TEST_F(TextForm, EveryOlderShapeLoadsAsItIsMeant) {
         "info: Error in float section on line  6 \n", "info: Error in ship float section on line  7 \n",
         "info: Error in float section on line  9 \n", "info: Error in ship int section on line  10 \n", "info: Error on line  14 \n",
         "info: Error on line  15 \n", "info: Error on line  16 \n", "info: Error on line  17 \n", "info: Error on line  18 \n",
-        "info: Error on line  19 \n", "info: Error on line  21 \n", "WARN: Ship file saves/bad_lines.ssf has faults in its lines: 15 \n"}},
+        "info: Error on line  19 \n", "info: Error on line  21 \n", "WARN: Ship file saves/bad_lines.ssf has faults in its lines: 14 \n"}},
       {"bad_end", "Default", 0, {{0, 5, 1000, 1, 0}}, {"*ERR: Save file appears corrupted. \n"}},
       {"no_end", "Default", 1, {{0, 5, 2, 1, 0}, {1, 5, 2, 1, 1}}, {"info: File may be loaded successfully. \n"}},
       {"no_blocks", "Hollow", 1, {}, {"*ERR: Corrupted save file \n", "info: File may be loaded successfully. \n"}},

@@ -1,7 +1,10 @@
 // Looks into ships, checks them and converts them from form to form.
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -42,7 +45,7 @@ static constexpr const char *help =
     "  NAME.ssf    text, as early games saved\n"
     "  NAME.sls    stream, not compressed\n"
     "  NAME or NAME/ folder, as servers keep ships\n"
-    "FROM and SHIP may also be backups (.bak) and what the game kept (.sts.damaged, .sts.replaced).\n"
+    "FROM and SHIP may also be backups (.bak) and what was kept of files (with .damaged or .replaced behind).\n"
     "\n"
     "Ends with 0 when all is well; 1 when a ship is damaged or missing or can't be written; 2 when it was called wrongly.\n"
     "A damaged ship is converted as far as it can be read, and the end is 1.\n";
@@ -111,6 +114,7 @@ static std::unique_ptr<Ship> NewShip() {
 }
 
 static bool IsThere(const ShipName &name) {
+  if (name.form == ShipForm::Folder) return ShipFolderIsThere(name.stem.c_str());
   struct stat info;
   return lstat(("saves/" + name.file).c_str(), &info) == 0;
 }
@@ -138,10 +142,16 @@ static int ShowShip(const std::string &command, const ShipName &name) {
   });
 }
 
+// Servers hold saves/ for themselves. While the tool writes, it holds it, so that none starts.
+static bool ServerRuns() {
+  const int saves = open("saves", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  return saves >= 0 && flock(saves, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
 // What is there must not be lost to a ship that could not be read whole. False, and told, when it can't be kept.
 static bool KeepTarget(const ShipName &to, Ship *ship) {
   const bool folder = to.form == ShipForm::Folder;
-  ship->keepAs = folder ? ".replaced" : nullptr;  // the save sees to it
+  ship->keepFolderAs = folder ? ".replaced" : nullptr;  // the save sees to it
   if (folder || !IsThere(to)) return true;
   const std::string kept = KeepBeside(PathOf(to).c_str(), ".replaced");
   if (kept.empty()) return Complain(PathOf(to) + " can't be kept beside the new one") == Done;
@@ -151,8 +161,11 @@ static bool KeepTarget(const ShipName &to, Ship *ship) {
 static int Convert(const ShipName &from, const ShipName &to, bool force) {
   if (from.file == to.file) return CalledWrongly("FROM and TO are the same");
   if (!to.ours) return CalledWrongly("the game would not find a ship under the name " + to.file);
-  if (!force && IsThere(to)) return Complain(PathOf(to) + " is there already. --force replaces it.");
+  if (ServerRuns()) return Complain("a server runs in this folder, and would not know of the ship. Stop it first.");
+  const auto taken = [&] { return !force && IsThere(to) && Complain(PathOf(to) + " is there already. --force replaces it.") != Done; };
+  if (taken()) return Fault;
   return WithShip(from, false, [&](Ship *ship, bool sound) {
+    if (taken()) return Fault;  // meanwhile
     if (from.form != ShipForm::Folder && to.form == ShipForm::Folder && IsThere(to)) LoadShipPlace(ship, to.stem.c_str());
     const bool written = (sound || KeepTarget(to, ship)) && WriteShip(to, ship);
     TellMessages(to, true);
