@@ -6,24 +6,25 @@
 #include "persistence/stream.h"
 #include "persistence/text_form.h"
 #include "platform/files.h"
+#include "world/access.h"
 
 constexpr size_t RawLimit = size_t{2} << 30;  // bytes of a file without compression
 
 static bool EndsWith(const std::string &text, const char *ending) { return text.ends_with(ending) && text != ending; }
 
-// Where the ending of a kept copy begins, as in "ship.sts.damaged" and "ship.sts.replaced2", or npos.
-static size_t KeptEnding(const std::string &file) {
-  for (const std::string ending : {".sts.damaged", ".sts.replaced"}) {
+// The name that a kept copy had, as "ship.sts" of "ship.sts.damaged" and "ship.sts.replaced2"; of other files their own.
+static std::string NameBeforeKept(const std::string &file) {
+  for (const std::string ending : {".damaged", ".replaced"}) {
     const size_t at = file.rfind(ending);
-    if (at != std::string::npos && at > 0 && file.size() - at <= ending.size() + 1) return at;
+    if (at != std::string::npos && at > 0 && file.size() - at <= ending.size() + 1) return file.substr(0, at);
   }
-  return std::string::npos;
+  return file;
 }
 
-static void SplitFile(ShipName *n, ShipForm form, size_t endingLength, bool ours) {
+static void SplitFile(ShipName *n, ShipForm form, const std::string &name, bool ours) {
   n->form = form;
-  n->stem = n->file.substr(0, n->file.size() - endingLength);
-  n->ours = ours;
+  n->stem = form == ShipForm::Folder ? name : name.substr(0, name.size() - 4);
+  n->ours = ours && name == n->file;
 }
 
 ShipName ParseShipName(const std::string &word) {
@@ -32,13 +33,12 @@ ShipName ParseShipName(const std::string &word) {
   const bool folder = EndsWith(n.file, "/");
   while (EndsWith(n.file, "/")) n.file.pop_back();
   if (!IsShipStem(n.file) || n.file == "NULL") return n;
-  const size_t kept = KeptEnding(n.file);
-  if (folder || n.file.find('.') == std::string::npos) SplitFile(&n, ShipForm::Folder, 0, true);
-  else if (EndsWith(n.file, ".sts")) SplitFile(&n, ShipForm::Stream, 4, true);
-  else if (EndsWith(n.file, ".ssf")) SplitFile(&n, ShipForm::Text, 4, true);
-  else if (EndsWith(n.file, ".sls")) SplitFile(&n, ShipForm::Raw, 4, true);
-  else if (EndsWith(n.file, ".bak")) SplitFile(&n, ShipForm::Stream, 4, false);
-  else if (kept != std::string::npos) SplitFile(&n, ShipForm::Stream, n.file.size() - kept, false);
+  const std::string name = NameBeforeKept(n.file);
+  if (folder || n.file.find('.') == std::string::npos) SplitFile(&n, ShipForm::Folder, n.file, true);
+  else if (EndsWith(name, ".sts")) SplitFile(&n, ShipForm::Stream, name, true);
+  else if (EndsWith(name, ".ssf")) SplitFile(&n, ShipForm::Text, name, true);
+  else if (EndsWith(name, ".sls")) SplitFile(&n, ShipForm::Raw, name, true);
+  else if (EndsWith(name, ".bak")) SplitFile(&n, ShipForm::Stream, name, false);
   return n;
 }
 
@@ -76,7 +76,7 @@ static bool ReadFolder(const std::string &stem, Ship *ship) {
   return LoadShipDirectory(ship, stem.c_str(), true, true) != 0;
 }
 
-bool ReadShip(const ShipName &name, Ship *ship) {
+static bool ReadForm(const ShipName &name, Ship *ship) {
   bool whole;
   switch (name.form) {
     case ShipForm::Stream: return ReadShipStream(ship, PathOf(name).c_str(), &whole) != 0;
@@ -86,6 +86,13 @@ bool ReadShip(const ShipName &name, Ship *ship) {
     case ShipForm::Unknown: break;
   }
   return false;
+}
+
+// What no ship may have is gone before anything is counted.
+bool ReadShip(const ShipName &name, Ship *ship) {
+  const bool read = ReadForm(name, ship);
+  if (read) BuildShipSummary(ship);
+  return read;
 }
 
 bool WriteShip(const ShipName &name, Ship *ship) {
