@@ -252,7 +252,7 @@ void SavePiece(double *timer) {
   }
   const double start = ClockNow();
   Ship *ship = CurrentShip();
-  if (ship != nullptr) SaveShipByName(ship);
+  if (ship != nullptr) SaveOrTell(ship);
   LogIfSlow("Save:", start);
   *timer = ClockNow() + SaveDelay;
 }

@@ -9,6 +9,7 @@
 #include "gui/mode.h"
 #include "gui/screens.h"
 #include "gui/tutorial.h"
+#include "net/chat_log.h"
 #include "net/session.h"
 #include "persistence/stream.h"
 #include "platform/window.h"
@@ -34,6 +35,12 @@ static void ReleaseKey(int key) {
   }
 }
 
+void SaveOrTell(Ship *ship) {
+  static std::atomic<bool> told{false};
+  const bool failed = SaveShipByName(ship) == 0;
+  if (!told.exchange(failed) && failed) AddChatLine("The ship could not be saved");
+}
+
 static void BlockSelectKey() {
   if (!TutorialAdvances(WaitEscOrQ)) TutorialAdvances(WaitQ);
   if (KeyIsDown(KeyLeftShift) && KeyIsDown(KeyLeftControl)) RequestQuit();
@@ -46,7 +53,7 @@ static void EscKey() {
   if (waited && uiMode != 1) return;
   ToggleMenu();
   Ship *ship = CurrentShip();
-  if (Options.SinglePlayer && uiMode == 1 && ship != nullptr) SaveShipByName(ship);
+  if (Options.SinglePlayer && uiMode == 1 && ship != nullptr) SaveOrTell(ship);
 }
 
 static void MoveKeyPress() {

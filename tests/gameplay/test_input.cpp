@@ -87,6 +87,9 @@ TEST_F(Input, EscOpensTheMenuAndSavesTheShipOfALonePlayer) {
     EXPECT_EQ(uiMode, press.mode);
     EXPECT_EQ(std::filesystem::exists("saves/Default.sts"), press.saved);
   }
+  std::filesystem::remove_all("saves");
+  for (int i = 0; i < 4; ++i) OnKey(KeyEsc, 1);
+  EXPECT_EQ(Count(ReadText("errors.txt"), "Msg: The ship could not be saved"), 1) << "told once, until a save works";
 }
 
 TEST_F(Input, TheFunctionKeysTraceExplodeAndResetTheCaches) {
