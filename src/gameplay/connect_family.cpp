@@ -6,6 +6,7 @@
 #include "content/components.h"
 #include "gameplay/connect_rules.h"
 #include "net/edits.h"
+#include "world/cells.h"
 
 constexpr int DeepestCall = 3;
 constexpr u16 IdsOfFamily = 10;   // ids from the base on whose pieces are kin
@@ -161,7 +162,15 @@ static void WalkAround(const JoiningFamily &f, Piece *piece, Ship *ship) {
   }
 }
 
-static int Write(const Piece &p, Ship *ship) { return PlaceBlockNetworked(p.block, p.at.x, p.at.y, p.at.z, ship); }
+// Most kin keep their form, and a walk comes by the same ones again and again: what stands already is not sent.
+static int Write(const Piece &p, Ship *ship) {
+  Block placed = p.block;
+  placed.temp = PlacedTemperature;
+  placed.tempUnstable = 0;
+  const bool stands = InRange(p.at.x, p.at.y, p.at.z) && placed.state == StateWhole &&
+                      (HeadAt(p.at.x, p.at.y, p.at.z, *ship) & ~HeadUnstableBit) == HeadOf(placed);
+  return stands ? 1 : PlaceBlockNetworked(p.block, p.at.x, p.at.y, p.at.z, ship);
+}
 
 // A new piece is written before the walk too, so that its kin see it.
 static int Join(const JoiningFamily &f, Piece piece, Ship *ship) {

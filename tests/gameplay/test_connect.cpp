@@ -248,6 +248,11 @@ TEST_F(Connect, ARunIsShapedThreePiecesDeep) {
   for (int x = 1; x <= 5; ++x) Stand({x, 0, 0, 340});
   ASSERT_EQ(Build(340), 1);
   for (int x = 1; x <= 4; ++x) ExpectAt({x, 0, 0, 0, x < 4 ? 6u : 1u}, {340}, "in reach, or out of it");
+  for (int i = 0; i < 27; ++i) {
+    const u32 before = ship->lightCounter;  // counts edits
+    ASSERT_EQ(Build(340, 0, 0, 0, 0, {static_cast<u16>(At + i % 3), static_cast<u16>(At + 1 + i / 3 % 3), static_cast<u16>(At - 1 + i / 9)}), 1);
+    EXPECT_LE(ship->lightCounter - before, 8u) << "kin that keep their form are not edited";
+  }
 }
 
 TEST_F(Connect, PlatingClosesEdgesAndCorners) {
