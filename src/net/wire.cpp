@@ -4,6 +4,7 @@
 #include <enet/enet.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <utility>
 
@@ -14,9 +15,11 @@
 #include "platform/files.h"
 #include "platform/threads.h"
 #include "world/access.h"
+#include "world/light.h"
 
 constexpr u8 CompressedFlag = 0x80;
 constexpr u64 MostChunks = 45000;  // of all ships together: some 3 GiB, when every block of them is drawn
+constexpr u32 ShadowCastsPerSecond = 40;
 constexpr size_t LongestText = 65535, LongestShortText = 255;
 constexpr u16 MissingComponentId = 6, MissingMaterialId = 110;
 
@@ -221,9 +224,25 @@ static bool ApplyHeld(const BlockEdit &edit) {
   return PlaceBlockHeld(b, edit.x, edit.y, edit.z, ship) != 0;
 }
 
+// What others build may cost this game so much light with shadows, whatever it is. World mutex held.
+static u32 *ShadowCastsOfNow() {
+  using Clock = std::chrono::steady_clock;
+  static Clock::time_point filled = Clock::now();
+  static u32 left = ShadowCastsPerSecond;
+  if (Clock::now() - filled >= std::chrono::seconds(1)) {
+    filled = Clock::now();
+    left = ShadowCastsPerSecond;
+  }
+  return &left;
+}
+
 bool ApplyBlockEdit(const BlockEdit &edit) {
   const ScopedLock world(&WorldMutex);
-  return ApplyHeld(edit);
+  u32 *const casts = ShadowCastsOfNow();
+  std::swap(*casts, ShadowCastsLeft);
+  const bool done = ApplyHeld(edit);
+  std::swap(*casts, ShadowCastsLeft);
+  return done;
 }
 
 static bool ApplyPayload(u8 type, Reader payload) {

@@ -21,6 +21,7 @@
 
 constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5, RefusalDelay = 1;  // seconds
 constexpr double EditsPerSecond = 200, ChatPerSecond = 2, ChatBurst = 10;
+constexpr double LampPrice = 8;        // edits as which one of a lamp counts
 constexpr double SlotsPerSecond = 10, SlotBurst = 40;
 constexpr u32 MostRefused = 1000;      // edits of one client in a second, before more of them are strange
 constexpr size_t MostOfOneAddress = 8;
@@ -171,8 +172,10 @@ static void TakeEdit(Client *client, u8 type, Reader r, double now) {
   const bool good = ReadBlockEdit(type, &r, &edit);
   if (r.failed) return Suspect(client);
   if (!good) return Refuse(client, edit, "out of range", now);
-  if (client->editBudget < 1) return Refuse(client, edit, "more than 200 a second", now);
-  client->editBudget -= 1;
+  if (ChangesNothing(edit)) return;
+  const double price = TouchesLamp(edit) ? LampPrice : 1;
+  if (client->editBudget < price) return Refuse(client, edit, "more than 200 a second", now);
+  client->editBudget -= price;
   const bool needsSlot = NeedsSlot(edit);
   if (needsSlot && client->slotBudget < 1) return Refuse(client, edit, "more than 10 new chunks a second", now);
   const char *why = DoEdit(edit, client->motion);

@@ -13,6 +13,7 @@
 #include "server/requests.h"
 #include "server/streams.h"
 #include "server/world.h"
+#include "world/light.h"
 
 constexpr enet_uint32 LongestWait = 10;  // milliseconds in a pass without packets
 constexpr size_t SparePeers = 4;         // connections beyond the players, so that they can be told why not
@@ -66,6 +67,7 @@ bool StartServer() {
   TellWhatIsKept();
   if (LoadMaterials() == 0) return LogError("Unable to load Materials Array") != 0;
   if (LoadComponents() == 0) return LogError("Unable to load Components Array in main program") != 0;
+  KeepLight = false;  // nobody looks at it here
   return OpenWorld(TheServerOptions.MaxAsteroidSize) && Listen();
 }
 

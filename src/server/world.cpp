@@ -16,6 +16,7 @@
 #include "server/clients.h"
 #include "server/streams.h"
 #include "world/access.h"
+#include "world/cells.h"
 #include "worldgen/asteroid.h"
 
 constexpr int FirstStored = 2, LastStored = 9998;  // coordinates that the directory store takes
@@ -146,6 +147,23 @@ static const char *WhyNot(const BlockEdit &e, const Motion &by) {
   if (e.type == PacketBlockPlace) return WhyNotPlace(e, *ship, by);
   if (e.type == PacketBlockComponent && e.component - 1u >= ComponentCount - 1u) return "no such block";
   return IsFree(e.x, e.y, e.z, *ship) ? "nothing there" : nullptr;
+}
+
+bool ChangesNothing(const BlockEdit &e) {
+  constexpr u64 notTold = HeadUnstableBit | u64{0xffff} << 48;  // a game gives each block its temperature
+  const Ship *ship = ShipOfRow(e.shipRow);
+  const u64 head = ship == nullptr ? 0 : HeadAt(e.x, e.y, e.z, *ship);
+  if (HeadState(head) != StateWhole) return false;
+  if (e.type == PacketBlockComponent) return HeadComponent(head) == e.component;
+  const bool tail = std::any_of(std::begin(e.block.tail), std::end(e.block.tail), [](u8 byte) { return byte != 0; });
+  return e.type == PacketBlockPlace && !tail && ((head ^ HeadOf(e.block)) & ~notTold) == 0;
+}
+
+bool TouchesLamp(const BlockEdit &e) {
+  const Ship *ship = ShipOfRow(e.shipRow);
+  const u64 head = ship == nullptr ? 0 : HeadAt(e.x, e.y, e.z, *ship);
+  const auto lamp = [](unsigned row) { return row < ComponentCount && GivesLight(static_cast<u16>(row)); };
+  return (e.type == PacketBlockPlace && lamp(static_cast<unsigned>(e.block.component))) || (HeadState(head) != StateEmpty && lamp(HeadComponent(head)));
 }
 
 bool NeedsSlot(const BlockEdit &e) {

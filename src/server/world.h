@@ -13,6 +13,8 @@ void CloseWorld();                            // Writes the stream files; anothe
 // Stores the edit on disk, then does it. Null: done; else why not, and nothing has changed.
 // by: where its player is; a block may stand beside another one, or near them.
 const char *DoEdit(const BlockEdit &edit, const Motion &by);
+bool ChangesNothing(const BlockEdit &edit);   // It would put what stands there already.
+bool TouchesLamp(const BlockEdit &edit);      // It puts or replaces a block that gives light: work for every game.
 bool NeedsSlot(const BlockEdit &edit);        // Whether the edit is a chunk's first on disk, which takes some milliseconds.
 // What stands in the cell of an edit, as the edit that would put it there. False: no such cell.
 bool EditOfCell(const BlockEdit &at, BlockEdit *found);

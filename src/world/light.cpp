@@ -13,6 +13,9 @@
 #include "world/access.h"
 #include "world/cells.h"
 
+bool KeepLight = true;
+thread_local u32 ShadowCastsLeft = UINT32_MAX;
+
 // What a lamp costs as such, and how much dearer a cell is with shadows.
 constexpr u64 LampCost = 64, ShadowCost = 20;
 
@@ -159,11 +162,17 @@ static int BlocksBetween(int x, int y, int z, u16 sx, u16 sy, u16 sz, const Ship
   }
 }
 
+static bool TakeShadowCast() {
+  if (!Options.ExperimentalLight || ShadowCastsLeft == 0) return false;
+  if (ShadowCastsLeft != UINT32_MAX) --ShadowCastsLeft;
+  return true;
+}
+
 u32 CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &ship) {
   Cube cube;
   u32 lit = 0;
-  if (!CubeAround(sx, sy, sz, &cube)) return lit;
-  const bool shadows = Options.ExperimentalLight;
+  if (!KeepLight || !CubeAround(sx, sy, sz, &cube)) return lit;
+  const bool shadows = TakeShadowCast();
   ForEachInCube(cube, ship, [](const ChunkCells &) { return true; },
                 [&](Chunk &chunk, ChunkCells &cells, u16 i, int x, int y, int z) {
     const int dx = sx - x, dy = sy - y, dz = sz - z;
@@ -183,7 +192,7 @@ u32 CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &shi
 
 void TakeLightAway(u16 sx, u16 sy, u16 sz, const Ship &ship) {
   Cube cube;
-  if (!CubeAround(sx, sy, sz, &cube)) return;
+  if (!KeepLight || !CubeAround(sx, sy, sz, &cube)) return;
   ForEachInCube(cube, ship, [](const ChunkCells &cells) { return cells.graphicBlocks.load() != nullptr; },
                 [&](Chunk &, ChunkCells &cells, u16 i, int x, int y, int z) {
     RemoveEntry(GraphicOf(cells, i), sx - x, sy - y, sz - z);
@@ -196,6 +205,7 @@ static u32 CastFrom(u16 x, u16 y, u16 z, u64 head, const Ship &ship) {
 }
 
 bool LightPassWithin(Ship *ship, u64 *cost) {
+  if (!KeepLight) return true;
   bool whole = true;
   const u64 dearer = Options.ExperimentalLight ? ShadowCost : 1;
   ForEachChunk(*ship, [&](Chunk &chunk, ChunkCells &cells, CellAddress) {
@@ -233,7 +243,7 @@ void ClearLights(const Ship &ship) {
 
 void TakeInLights(u16 x, u16 y, u16 z, const Ship &ship) {
   Cube cube;
-  if (!CubeAround(x, y, z, &cube)) return;
+  if (!KeepLight || !CubeAround(x, y, z, &cube)) return;
   struct Lamp {
     u16 x, y, z;
     u64 head;
@@ -250,7 +260,7 @@ void TakeInLights(u16 x, u16 y, u16 z, const Ship &ship) {
     return a.x != b.x ? a.x < b.x : a.y != b.y ? a.y < b.y : a.z < b.z;
   });
   for (const Lamp &lamp : lamps) {
-    if (Options.ExperimentalLight) {
+    if (Options.ExperimentalLight && ShadowCastsLeft != 0) {
       TakeLightAway(lamp.x, lamp.y, lamp.z, ship);
       CastFrom(lamp.x, lamp.y, lamp.z, lamp.head, ship);
       continue;

@@ -6,6 +6,12 @@
 
 constexpr int LightRadius = 16;
 
+// Clear in a program that shows no picture: no list is made or kept. Written before there is a second thread.
+extern bool KeepLight;
+// With shadows a cast costs milliseconds. So many may this thread still do; light beyond them passes through blocks. Without a
+// limit but for edits from the network.
+extern thread_local u32 ShadowCastsLeft;
+
 int AddLightEntry(const LightEntry &entry, u16 x, u16 y, u16 z, const Ship &ship);       // Result as of a read.
 int RemoveLightEntry(i8 dx, i8 dy, i8 dz, u16 x, u16 y, u16 z, const Ship &ship);        // ... or 6: no such entry.
 // A record's whole list, up to MaxBlockLights entries, as a ship file keeps it. False without memory.

@@ -111,6 +111,12 @@ TEST_F(Server, AGameGetsTheWorldTheListsAndAName) {
   EXPECT_EQ(a.ships, std::vector<std::string>{"Asteroid"});
   EXPECT_GT(a.files["Asteroid"].size(), 20u);
   EXPECT_EQ(a.players, std::vector<std::string>{"Ada"});
+  int lamps = 0;
+  ForEachChunk(*ShipAt(TheShipTable, 0), [&lamps](const Chunk &, const ChunkCells &cells, CellAddress) {
+    lamps += cells.lampCount;
+    EXPECT_EQ(cells.graphicBlocks.load(), nullptr) << "nobody looks at the server's light";
+  });
+  EXPECT_GE(lamps, 6);
   Enter(&b, " Ada\n ");
   Enter(&c, "Server");
   ASSERT_TRUE(Until({&a, &b, &c}, [&] { return a.players.size() == 3 && b.players.size() == 3; }));
@@ -137,7 +143,9 @@ TEST_F(Server, AGameGetsTheWorldTheListsAndAName) {
 TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
   EnterBoth();
   SendEdit(&a, Place(100));
+  SendEdit(&a, Place(100));
   SendEdit(&a, Of(PacketBlockComponent, 100));
+  SendEdit(&a, Of(PacketBlockComponent, 100));  // what stands there already is no edit
   SendEdit(&a, Place(101));
   SendEdit(&a, Of(PacketBlockRemove, 101));
   ASSERT_TRUE(Until({&a, &b}, [&] { return b.edits.size() == 4; }));

@@ -227,6 +227,10 @@ TEST_F(World, ShadowsFallBehindThickWallsOnly) {
   PlaceHere(ship, 5000, 5000, 5000, CubeOf(5, ComponentRow(1000)));
   EXPECT_EQ(LightsAt(ship, 5002, 5000, 5000), 1);
   EXPECT_EQ(LightsAt(ship, 5010, 5000, 5000), 0);
+  ShadowCastsLeft = 0;
+  PlaceHere(ship, 5011, 5000, 5000, CubeOf());
+  EXPECT_EQ(LightsAt(ship, 5011, 5000, 5000), 1) << "lit without a cast";
+  ShadowCastsLeft = UINT32_MAX;
   for (int d = 2; d <= 8; ++d) Remove(ship, 5000 + d, 5000, 5000);
   EXPECT_EQ(LightsAt(ship, 5009, 5000, 5000), 1);
 }
