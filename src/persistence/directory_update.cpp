@@ -148,12 +148,12 @@ static bool AppendSlot(BlockUpdate *u) {
   const i64 offset = SlotOffset(u->slot);
   if (length != offset) LogWarn((u->path + "/" + std::to_string(u->at.mega) + "/" + u->name + " ended within a chunk").c_str());
   bool good = ftruncate(u->file, offset) == 0 && WriteAt(u->file, offset, slot, SlotBytes - 1) && fdatasync(u->file) == 0;
-  good = good && WriteAt(u->file, offset + static_cast<i64>(SlotBytes) - 1, slot + SlotBytes - 1, 1) && fsync(u->file) == 0;
+  good = good && WriteAt(u->file, offset + static_cast<i64>(SlotBytes) - 1, slot + SlotBytes - 1, 1);
   if (!good) {
     if (ftruncate(u->file, offset) != 0) LogWarn("A chunk that could not be stored whole stays at the end of its file");
     return false;
   }
-  fsync(u->megaFolder);
+  if (offset == 0) fsync(u->megaFolder);  // the file may be new
   KeepSlot(*u);
   return true;
 }

@@ -174,12 +174,17 @@ void LogRefusals(Client *client) {
   client->refused.clear();
 }
 
-void DropClient(Client *client, const char *why) {
+void EndIfDue(Client *client, double now) {
+  if (now >= client->leavesAt) enet_peer_disconnect_later(client->peer, 0);
+}
+
+void DropClient(Client *client, const char *why, double after) {
   if (client->leaving) return;
   Say("Dropping " + (client->name.empty() ? client->address : client->name) + ": " + why);
   SayTo(client, std::string("Server: ") + why);
   client->leaving = true;
-  enet_peer_disconnect_later(client->peer, 0);
+  client->leavesAt = Now() + after;
+  EndIfDue(client, Now());
 }
 
 // No goodbye: it would only wait in the same queue.

@@ -8,6 +8,8 @@
 
 #include "net/wire.h"
 
+constexpr double LastWords = 4;  // seconds for which somebody who is dropped can read why
+
 struct Client {
   ENetPeer *peer = nullptr;
   u32 id = 0;                 // never used again for another one
@@ -17,13 +19,14 @@ struct Client {
   Motion shown;               // as last sent to the others
   double connected = 0, heard = 0;  // times
   double shownAt = 0;
-  double editBudget = 0, slotBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
+  double editBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
   std::map<std::string_view, u32> refused;  // edits since the last line in the log about them, by the reason
   int strange = 0;            // packets that no game would send
   double refusedSince = 0;    // the second that refusedNow counts
   u32 refusedNow = 0;         // edits refused in it
   size_t worldCommands = 0;   // that the world they were sent took of the queue
   bool leaving = false;       // dropped: nothing more of theirs counts
+  double leavesAt = 0;        // ... and when the connection ends
   u32 edits = 0, lines = 0;   // in all, for the log and the list
 };
 
@@ -48,6 +51,8 @@ void ForgetSentShipFiles();                              // Those that nobody is
 void SendPlayerLists();                                  // To everyone, each with their own row.
 void ShareMotions(double now);                           // Who has moved, to the others.
 void LogRefusals(Client *client);                        // One line for all since the last one, or none.
-void DropClient(Client *client, const char *why);        // Says goodbye to them; the disconnect event removes the row.
+// Says goodbye to them, and ends the connection after some seconds, for a game shows nothing else from then on. The disconnect event removes the row.
+void DropClient(Client *client, const char *why, double after = 0);
+void EndIfDue(Client *client, double now);               // The connection of one who was dropped.
 void DropSlowClients();                                  // Those who leave more unanswered than the server wants to hold.
 void RemoveClient(const ENetPeer *peer);                 // After the disconnect event.

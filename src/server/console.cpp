@@ -25,7 +25,7 @@ static void List() {
 
 static void Kick(const std::string &name) {
   Client *client = FindClientByName(name);
-  if (client != nullptr) DropClient(client, "kicked");
+  if (client != nullptr) DropClient(client, "kicked", LastWords);
   else Answer("nobody is called \"" + name + "\"");
 }
 

@@ -23,25 +23,40 @@ constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5, Refusal
 constexpr double EditsPerSecond = 200, ChatPerSecond = 2, ChatBurst = 10;
 constexpr double LampPrice = 8;        // edits as which one of a lamp counts
 constexpr double SlotsPerSecond = 10, SlotBurst = 40;
+constexpr double SlotTimeShare = 0.2, SlotTimeBurst = 0.2;  // of the loop, for the new chunks of all players
 constexpr u32 MostRefused = 1000;      // edits of one client in a second, before more of them are strange
 constexpr size_t MostOfOneAddress = 8;
 constexpr double ContestTime = 5;      // seconds for which an edit is remembered, and a cell contested behind its last one
 constexpr size_t LongestName = 32, LongestLine = 255;
 constexpr size_t LargestRequest = 4096;  // bytes, packed or not
 constexpr int MostStrange = 20;          // packets that no game sends, before their sender is dropped
+constexpr enet_uint32 ConnectPatience = 3000;  // milliseconds that a connection may take to stand
 constexpr enet_uint32 Patience = 30000;  // milliseconds in which a game may be busy with loading our ships
 constexpr const char *OwnName = "Server";  // who speaks for the server in the chat
 
-static bool OnThisMachine(const ENetPeer &peer) { return (ENET_NET_TO_HOST_32(peer.address.host) >> 24) == 127; }
+static bool OnThisMachine(const ENetAddress &address) { return (ENET_NET_TO_HOST_32(address.host) >> 24) == 127; }
 
-static bool TooManyOf(const ENetPeer &peer) {
-  const auto same = [&peer](const Client &c) { return c.peer->address.host == peer.address.host; };
-  return !OnThisMachine(peer) && static_cast<size_t>(std::count_if(Clients.begin(), Clients.end(), same)) >= MostOfOneAddress;
+// Connections that were never finished count too: the host looks at its limit for every new one.
+static int LimitDuplicates(ENetHost *host, ENetEvent *) {
+  host->duplicatePeers = OnThisMachine(host->receivedAddress) ? size_t{ENET_PROTOCOL_MAXIMUM_PEER_ID} : MostOfOneAddress + 1;  // who gets a word
+  return 0;
 }
 
-// One who is too many gets no word, and no line in the log.
+void GuardConnections(ENetHost *host) { host->intercept = LimitDuplicates; }
+
+// One that its maker has left unfinished gives its place back soon.
+static void HurryUnfinished() {
+  for (size_t i = 0; i < ServerHost->peerCount; ++i)
+    if (ServerHost->peers[i].state == ENET_PEER_STATE_ACKNOWLEDGING_CONNECT)
+      enet_peer_timeout(&ServerHost->peers[i], 0, ConnectPatience, ConnectPatience);
+}
+
+static bool TooManyOf(const ENetAddress &address) {
+  const auto same = [&address](const Client &c) { return c.peer->address.host == address.host; };
+  return !OnThisMachine(address) && static_cast<size_t>(std::count_if(Clients.begin(), Clients.end(), same)) > MostOfOneAddress;
+}
+
 void WelcomePeer(ENetPeer *peer) {
-  if (TooManyOf(*peer)) return enet_peer_reset(peer);
   char address[64] = "?";
   enet_address_get_host_ip(&peer->address, address, sizeof address);
   static u32 id = 0;
@@ -52,10 +67,10 @@ void WelcomePeer(ENetPeer *peer) {
   c.address = std::string(address) + ":" + std::to_string(peer->address.port);
   c.connected = c.heard = c.budgetsAt = Now();
   c.editBudget = EditsPerSecond;
-  c.slotBudget = SlotBurst;
   c.chatBudget = ChatBurst;
   Clients.push_back(c);
   Say("Connection from " + c.address);
+  if (TooManyOf(peer->address)) DropClient(&Clients.back(), "too many connections from your address", LastWords);
 }
 
 static std::string FreeName(const std::string &wanted) {
@@ -96,9 +111,9 @@ static void TakeHello(Client *client, Reader r) {
   const std::string version = ReadString(&r), name = Printable(ReadString(&r), LongestName);
   if (!client->name.empty()) return Suspect(client);
   if (r.failed) return DropClient(client, "a hello that can't be read");
-  if (version != WireVersion) return DropClient(client, "this server is for another version of the game");
-  if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full");
-  if (StreamFilesComing()) return DropClient(client, "the ships are being written, please come back in a minute");
+  if (version != WireVersion) return DropClient(client, "this server is for another version of the game", LastWords);
+  if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full", LastWords);
+  if (StreamFilesComing()) return DropClient(client, "the ships are being written, please come back in a minute", LastWords);
   client->name = FreeName(name);
   client->motion = StartingPlace(PlayerCount() - 1);
   Say(client->name + " plays from " + client->address);
@@ -112,7 +127,6 @@ static void TakeHello(Client *client, Reader r) {
 static void FillBudgets(Client *c, double now) {
   const double spent = now - c->budgetsAt;
   c->editBudget = std::min(EditsPerSecond, c->editBudget + spent * EditsPerSecond);
-  c->slotBudget = std::min(SlotBurst, c->slotBudget + spent * SlotsPerSecond);
   c->chatBudget = std::min(ChatBurst, c->chatBudget + spent * ChatPerSecond);
   c->budgetsAt = now;
 }
@@ -167,6 +181,41 @@ static void Refuse(Client *client, const BlockEdit &edit, const char *why, doubl
   }
 }
 
+// Tokens for new chunks on disk. They are of an address: who comes again finds them as they were. Games on this machine, which
+// tests and measures others, have their own each.
+struct SlotBudget {
+  double left = SlotBurst, filled = 0;
+};
+static std::map<std::pair<u32, u16>, SlotBudget> SlotBudgets;
+static SlotBudget SlotTime{SlotTimeBurst, 0};  // of everybody: seconds of the loop
+
+static void Fill(SlotBudget *b, double most, double rate, double now) {
+  b->left = std::min(most, b->left + (now - b->filled) * rate);
+  b->filled = now;
+}
+
+static SlotBudget *SlotBudgetOf(const Client &client, double now) {
+  const ENetAddress &address = client.peer->address;
+  SlotBudget *b = &SlotBudgets[{address.host, OnThisMachine(address) ? address.port : u16{0}}];
+  Fill(b, SlotBurst, SlotsPerSecond, now);
+  return b;
+}
+
+static void ForgetFullSlotBudgets(double now) {
+  std::erase_if(SlotBudgets, [now](const auto &entry) { return now - entry.second.filled > SlotBurst / SlotsPerSecond; });
+}
+
+static const char *DoEditInNewChunk(const Client &client, const BlockEdit &edit, double now) {
+  SlotBudget *const slots = SlotBudgetOf(client, now);
+  Fill(&SlotTime, SlotTimeBurst, SlotTimeShare, now);
+  if (slots->left < 1) return "more than 10 new chunks a second";
+  if (SlotTime.left <= 0) return "more new chunks than the disk can take";
+  const char *why = DoEdit(edit, client.motion);
+  if (why == nullptr) slots->left -= 1;
+  SlotTime.left -= Now() - now;
+  return why;
+}
+
 static void TakeEdit(Client *client, u8 type, Reader r, double now) {
   BlockEdit edit;
   const bool good = ReadBlockEdit(type, &r, &edit);
@@ -176,10 +225,7 @@ static void TakeEdit(Client *client, u8 type, Reader r, double now) {
   const double price = TouchesLamp(edit) ? LampPrice : 1;
   if (client->editBudget < price) return Refuse(client, edit, "more than 200 a second", now);
   client->editBudget -= price;
-  const bool needsSlot = NeedsSlot(edit);
-  if (needsSlot && client->slotBudget < 1) return Refuse(client, edit, "more than 10 new chunks a second", now);
-  const char *why = DoEdit(edit, client->motion);
-  if (needsSlot && why == nullptr) client->slotBudget -= 1;
+  const char *why = NeedsSlot(edit) ? DoEditInNewChunk(*client, edit, now) : DoEdit(edit, client->motion);
   if (why != nullptr) return Refuse(client, edit, why, now);
   ++client->edits;
   SendEdit(nullptr, IsContested(*client, edit, now) ? nullptr : client, edit);
@@ -224,12 +270,15 @@ void CheckSilence(double now) {
     pinged = now;
     DropSlowClients();
     ForgetOldEdits(now);
+    ForgetFullSlotBudgets(now);
     ForgetSentShipFiles();
   }
+  if (tell) HurryUnfinished();
   for (Client &c : Clients) {
     if (tell) LogRefusals(&c);
     if (c.peer->state != ENET_PEER_STATE_CONNECTED) continue;
-    if (c.name.empty() && now - c.connected > HelloPatience) DropClient(&c, "no hello");
+    if (c.leaving) EndIfDue(&c, now);
+    else if (c.name.empty() && now - c.connected > HelloPatience) DropClient(&c, "no hello");
     else if (now - c.heard > SilencePatience) DropClient(&c, "no answer");
     else if (ping && !c.name.empty()) SendTo(&c, PacketPing, {}, true);
   }

@@ -16,9 +16,9 @@
 #include "world/light.h"
 
 constexpr enet_uint32 LongestWait = 10;  // milliseconds in a pass without packets
-constexpr size_t SparePeers = 4;         // connections beyond the players, so that they can be told why not
-constexpr int EventsInAPass = 1000;
-constexpr u16 MostPlayers = 4000;        // what the transport can tell apart
+constexpr size_t SparePeers = 64;        // connections beyond the players: of those that are not yet, or are told why not
+constexpr double EventSeconds = 0.03;    // after which a pass leaves the rest of the events to the next one
+constexpr u16 MostPlayers = 4000;        // the transport can tell 4095 connections apart
 constexpr size_t LargestRequest = 4096, MostWaitingRequests = 1 << 20;  // bytes that a client may send at once, and ahead
 constexpr int GoodbyeRounds = 50;
 
@@ -41,6 +41,7 @@ static bool Listen() {
     return LogError(("Address is no address: " + o.Address).c_str()) != 0;
   ServerHost = enet_host_create(&address, o.Players + SparePeers, NetChannels, 0, 0);
   if (ServerHost == nullptr) return LogError(("Cannot listen on port " + std::to_string(o.Port)).c_str()) != 0;
+  GuardConnections(ServerHost);
   LimitHost(ServerHost, LargestRequest, MostWaitingRequests);
   Say("Listening on " + o.Address + " port " + std::to_string(o.Port) + " for " + std::to_string(o.Players) + " players");
   return true;
@@ -86,9 +87,8 @@ static void HandleEvent(const ENetEvent &event) {
 
 static void Pass() {
   ENetEvent event{};
-  int left = EventsInAPass;
-  for (int got = enet_host_service(ServerHost, &event, LongestWait); got > 0;
-       got = --left > 0 ? enet_host_check_events(ServerHost, &event) : 0)
+  int got = enet_host_service(ServerHost, &event, LongestWait);
+  for (const double end = Now() + EventSeconds; got > 0; got = Now() < end ? enet_host_check_events(ServerHost, &event) : 0)
     HandleEvent(event);
   const double now = Now();
   CheckSilence(now);
