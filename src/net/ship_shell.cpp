@@ -99,6 +99,8 @@ static void ExchangeBlocks(Ship *ship, Ship *other) {
   ScopedLock world(&WorldMutex);
   other->megaChunks = ship->megaChunks.exchange(other->megaChunks.load());
   for (int kind = 0; kind < ListKinds; ++kind) std::swap(ship->checks[kind], other->checks[kind]);
+  std::swap(ship->megaCount, other->megaCount);
+  std::swap(ship->superCount, other->superCount);
   std::swap(ship->chunkCount, other->chunkCount);
   std::swap(ship->displayName, other->displayName);
   std::swap(ship->fileStem, other->fileStem);

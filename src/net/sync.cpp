@@ -18,7 +18,7 @@ constexpr size_t SmallestShipRow = 2 + 36;   // bytes of a list row: a name of o
 constexpr int MostShips = 4096;              // a row costs memory even without a block
 // For all ships of a list and those that are added to it; the rest stay empty, or dark. The light is that of 1500 lamps deep
 // within blocks: some seconds.
-constexpr LoadBudget ServersBudget{.bytes = u64{3} << 30, .light = 25'000'000};
+constexpr LoadBudget ServersBudget{.bytes = LargestWorld, .light = 25'000'000};
 
 static LoadBudget BudgetLeft = ServersBudget;  // the thread that polls
 

@@ -18,7 +18,9 @@
 #include "world/light.h"
 
 constexpr u8 CompressedFlag = 0x80;
-constexpr u64 MostChunks = 45000;  // of all ships together: some 3 GiB, when every block of them is drawn
+// What a loading game counts for a ship's levels: each new one costs its table, and a chunk its cells as if all were full and drawn.
+constexpr u64 MegaBytes = 1000 * sizeof(SuperChunk), SuperBytes = 1000 * sizeof(Chunk);
+constexpr u64 ChunkBytes = 8 + 6 * CellsPerChunk + sizeof(ChunkCells) + CellsPerChunk * sizeof(GraphicBlock);
 constexpr u32 ShadowCastsPerSecond = 40;
 constexpr size_t LongestText = 65535, LongestShortText = 255;
 constexpr u16 MissingComponentId = 6, MissingMaterialId = 110;
@@ -204,9 +206,12 @@ static u16 KnownMaterial(unsigned row) {
 
 bool HasRoomFor(const BlockEdit &edit, const Ship &ship) {
   if (edit.type != PacketBlockPlace || FindCells(AddressOf(edit.x, edit.y, edit.z), ship) != nullptr) return true;
-  u64 chunks = 0;
-  for (u16 row = 0; row < TheShipTable.count.load(); ++row) chunks += ShipAt(TheShipTable, row)->chunkCount;
-  return chunks < MostChunks;
+  u64 bytes = MegaBytes + SuperBytes + ChunkBytes;  // what the edit may cost
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
+    const Ship &s = *ShipAt(TheShipTable, row);
+    bytes += s.megaCount * MegaBytes + s.superCount * SuperBytes + s.chunkCount * ChunkBytes;
+  }
+  return bytes <= LargestWorld;
 }
 
 // World mutex held.

@@ -21,6 +21,7 @@ constexpr int NetChannels = 2;
 constexpr const char *WireVersion = "0.23.0 Demo ";
 constexpr size_t MaxFileName = 63;     // letters of a ship's name in PacketFile
 constexpr size_t CompressOver = 100;   // payloads of more bytes than this go compressed
+constexpr u64 LargestWorld = u64{3} << 30;  // bytes of memory that a server's ships may take of a game
 constexpr size_t LargestFile = 256u << 20;  // bytes of a ship's file that can be sent and taken
 
 enum PacketType : u8 {
@@ -86,7 +87,7 @@ bool ApplyBlockPlace(Reader payload);
 bool ApplyBlockRemove(Reader payload);
 bool ApplyBlockComponent(Reader payload);
 bool ApplyBlockEdit(const BlockEdit &edit);
-// Whether the ships are not yet so large that no edit may open a new chunk in one. World mutex, or the only thread.
+// Whether a game could still load all ships, were the edit done. World mutex, or the only thread.
 bool HasRoomFor(const BlockEdit &edit, const Ship &ship);
 
 // A name from the other side that is safe as a file's: letters, digits, blanks and "-_.()", not beginning with a dot, 1 to 63.

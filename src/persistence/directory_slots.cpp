@@ -107,6 +107,12 @@ static ChunkCells *CellsOfSlot(SlotReader *r, CellAddress a) {
   return cells;
 }
 
+static bool HasBlocks(const u8 *slot) {
+  for (int i = 0; i < CellsPerChunk; ++i)
+    if ((slot[2 + i * static_cast<int>(RecordBytes)] & 3) != StateEmpty) return true;
+  return false;
+}
+
 void ReadSlot(SlotReader *r, u16 mega, u16 super, int slot, const u8 *bytes) {
   CellAddress a{0, static_cast<u16>(bytes[0] | bytes[1] << 8), super, mega};
   if (a.chunk > 999) {
@@ -114,6 +120,7 @@ void ReadSlot(SlotReader *r, u16 mega, u16 super, int slot, const u8 *bytes) {
     return;
   }
   if (r->blocksToo) {
+    if (!HasBlocks(bytes) && FindCells(a, *r->ship) == nullptr) return;  // all were removed: no chunk, until a block comes
     ChunkCells *cells = CellsOfSlot(r, a);
     r->tooLarge = r->tooLarge || cells == nullptr;
     if (cells == nullptr) return;

@@ -26,7 +26,8 @@ void InitShip(Ship *ship, u32 id) {
   ship->fileStem = "Default";
   ship->keepStreamAs = ship->keepFolderAs = nullptr;
   ship->slotsOnly = false;
-  ship->lightCounter = ship->cacheCounter = ship->chunkCount = 0;
+  ship->lightCounter = ship->cacheCounter = 0;
+  ship->megaCount = ship->superCount = ship->chunkCount = 0;
   ship->id = id;
 }
 
@@ -68,7 +69,7 @@ void FreeShip(Ship *ship) {
   ship->displayName.clear();
   ship->fileStem.clear();
   ship->summary.reset();
-  ship->chunkCount = 0;
+  ship->megaCount = ship->superCount = ship->chunkCount = 0;
   MegaChunk *megas = ship->megaChunks.exchange(nullptr);
   if (megas == nullptr) return;
   for (int m = 0; m < 1000; ++m) {
@@ -98,21 +99,22 @@ void ClearShipCaches(Ship *ship) {
 
 // The children of a level, made at need.
 template <typename Level, typename Child>
-static Child *EnsureChildren(Level *level, std::atomic<Child *> Level::*children) {
+static Child *EnsureChildren(Level *level, std::atomic<Child *> Level::*children, u32 *count) {
   Child *found = (level->*children).load(std::memory_order_relaxed);
   if (found != nullptr) return found;
   found = new (std::nothrow) Child[1000];
+  if (found != nullptr) ++*count;
   (level->*children).store(found, std::memory_order_release);
   return found;
 }
 
 SuperChunk *EnsureSupers(unsigned mega, Ship *ship) {
-  return EnsureChildren(&ship->megaChunks.load(std::memory_order_relaxed)[mega], &MegaChunk::children);
+  return EnsureChildren(&ship->megaChunks.load(std::memory_order_relaxed)[mega], &MegaChunk::children, &ship->megaCount);
 }
 
 Chunk *EnsureChunks(unsigned mega, unsigned super, Ship *ship) {
   SuperChunk *supers = EnsureSupers(mega, ship);
-  return supers == nullptr ? nullptr : EnsureChildren(&supers[super], &SuperChunk::children);
+  return supers == nullptr ? nullptr : EnsureChildren(&supers[super], &SuperChunk::children, &ship->superCount);
 }
 
 ChunkCells *EnsureChunk(unsigned mega, unsigned super, unsigned chunk, Ship *ship) {

@@ -78,7 +78,7 @@ struct Ship {
   // form keeps it beside, with this ending (".damaged", ".replaced"). Written by loads and saves, under the world mutex.
   const char *keepStreamAs = nullptr, *keepFolderAs = nullptr;
   bool slotsOnly = false;  // loaded without its blocks: those in memory lie over those of the files; world mutex
-  u32 chunkCount = 0;                                  // chunks with cells; world mutex
+  u32 megaCount = 0, superCount = 0, chunkCount = 0;   // megas with supers, supers with chunks, chunks with cells; world mutex
   u32 id = 0;
   std::unique_ptr<ShipSummary> summary;                // world mutex
 };

@@ -196,9 +196,12 @@ TEST_F(Session, ShipsComeFromTheirFilesAndThePlayerStaysInTheirPlace) {
   Handle(PacketFile, FilePayload("Rock", "no ship"));  // what lies there isn't the server's ship any more
   Handle(PacketShipAdded, Join({Int(7), Text("Rock"), Moving(9, 0)}));
   EXPECT_EQ(ShipOf(6)->fileStem, "NULL");
-  ShipOf(6)->chunkCount = 45000;
-  Handle(PacketBlockPlace, Edit(PacketBlockPlace, 1, 10));
-  EXPECT_FALSE(BlockExists(10, 20, 30, *ShipOf(1))) << "the ships are as large as they may be";
+  for (u32 Ship::*level : {&Ship::chunkCount, &Ship::superCount}) {
+    ShipOf(6)->*level = 110000;
+    Handle(PacketBlockPlace, Edit(PacketBlockPlace, 1, 10));
+    EXPECT_FALSE(BlockExists(10, 20, 30, *ShipOf(1))) << "the ships are as large as they may be";
+    ShipOf(6)->*level = 0;
+  }
   Handle(PacketFile, FilePayload("Rock", ShipFile(5)));
   TheShipTable.current = 5;
   Handle(PacketShipList, ShipList({"NULL", "NULL"}));

@@ -92,6 +92,13 @@ TEST_F(DirectoryStore, UpdatesReuseTheSlotOfTheirChunk) {
   EXPECT_EQ(FolderCells("a"), model);
   EXPECT_EQ(Update(ship, {5010, 5000, 5000}, 0), 1) << "a removed block";
   model.erase({5010, 5000, 5000});
+  for (const u64 head : {PlacedHead(1, 2, 1, 0), u64{0}}) EXPECT_EQ(Update(ship, {2, 9997, 2}, head), 1);
+  Ship loaded;
+  ASSERT_TRUE(AllocShipTable(&loaded) && LoadShipDirectory(&loaded, "a", true, true) == 1);
+  EXPECT_EQ(loaded.chunkCount, 2u) << "a chunk without blocks is none";
+  EXPECT_EQ(Update(&loaded, {2, 9997, 2}, PlacedHead(1, 2, 1, 0)), 1);
+  EXPECT_EQ(fs::file_size("saves/a/90/90.sss"), Slot) << "but has its slot";
+  FreeShip(&loaded);
   EXPECT_EQ(Update(ship, {2, 9998, 2}, model[{2, 9998, 2}] = PlacedHead(1, 2, 1, 0)), 1);
   SaveNew("a", model);  // another record of the ship changes the order of its slots
   EXPECT_EQ(Update(ship, {5015, 5000, 5000}, model[{5015, 5000, 5000}] = PlacedHead(3, 3, 3, 3)), 1);
