@@ -63,8 +63,8 @@ TEST_F(Backup, TheNewestTenOfAShipStayAndAllOfOthers) {
   EXPECT_EQ(ReadText("saves/Ship2026-01-30.bak"), "2026-01-30");
   for (const char *path : {"saves/Ship.sss", "saves/none.sts", "nowhere/Ship.sts"}) Keep(path, "2026-02-01");
   for (const std::string &name : Names()) EXPECT_EQ(name.find("2026-02-01"), std::string::npos) << name;
-  const std::set<std::string> before = Names();
+  expected = Names();
   Fill(ship, MixedCells(500, 1));
   EXPECT_EQ(OnFullDisk(100, [this] { return SaveShipStream(ship, "saves/Ship.sts"); }), 0);
-  EXPECT_EQ(Names(), before) << "a save that fails costs no backup";
+  EXPECT_EQ(Names(), expected) << "a save that fails costs no backup";
 }

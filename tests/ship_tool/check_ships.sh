@@ -80,9 +80,7 @@ for ship in text.sts text linked missing.sts missing; do Expect 1 "saves/$ship" 
 Expect 1 'can.t be read' convert text.sts new.sts
 printf 'Version 2\nMainSection 1\n0 0 0 0 5 2 2 1 5 2 0 0 0\n0 0 0 1 5 2 2 1 5 2 0 0 0\n0 0 0 0 0 0 0 0 0 0 0 0\n' >saves/corner.ssf
 Expect 1 'corner.ssf: The block in cell \(0, 0, 0\) was left out' convert corner.ssf corner.sts
-tool_now=$tool tool=flock
-Expect 1 'a server runs' saves "$tool_now" convert a.sts beside.sts
-tool=$tool_now
+[[ $(flock saves "$tool" convert a.sts beside.sts 2>&1) == *"a server runs"* ]] || { echo "a server was not seen"; failed=1; }
 [ ! -e saves/new.sts ] || { echo "a ship was made of none"; failed=1; }
 
 # Called wrongly.
