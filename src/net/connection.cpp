@@ -2,5 +2,6 @@
 #include "net/connection.h"
 
 std::atomic<bool> Online{false};
+std::atomic<bool> HasServersShips{false};
 std::atomic<ENetHost *> NetHost{nullptr};
 std::atomic<ENetPeer *> NetPeer{nullptr};

@@ -61,6 +61,7 @@ static bool BeginsAsShip(Reader r) { return TakeU16(&r) == 0x8b1f && TakeU8(&r) 
 
 // A note without its file costs the player nothing: an own file never fits it.
 static bool Store(const std::string &path, const std::string &name, Reader r) {
+  for (const char *folder : {"saves", "cache"}) MakeDirectory(folder);  // where they are missing
   const std::vector<u8> note = NoteOf(r.bytes, r.left);
   return MayReplace(path, name) && ReplaceFile(NotePath(name).c_str(), note.data(), note.size()) &&
          ReplaceFile(path.c_str(), r.bytes, r.left);

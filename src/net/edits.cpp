@@ -8,10 +8,10 @@
 #include "world/access.h"
 #include "world/cells.h"
 
-// With a server the table may be replaced between the aim and the edit: its row is another ship's then.
+// With a server the table is replaced when its list comes, and again maybe between the aim and the edit: a row is another ship's then.
 static bool MayEdit(u16 x, u16 y, u16 z, const Ship *ship) {
   if (!InRange(x, y, z)) return LogError("Block place attempt outside bounds") != 0;
-  return !Online || (ship->id < MaxShips && ShipAt(TheShipTable, static_cast<u16>(ship->id)) == ship);
+  return !Online || (HasServersShips && ship->id < MaxShips && ShipAt(TheShipTable, static_cast<u16>(ship->id)) == ship);
 }
 
 int PlaceBlockNetworked(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {

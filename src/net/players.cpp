@@ -8,7 +8,7 @@
 #include "net/session.h"
 #include "platform/threads.h"
 
-constexpr size_t LongestShownName = 64, LoggedNames = 20;
+constexpr size_t LongestShownName = 64;
 constexpr i16 MostPlayers = 4000;             // what a server can tell apart
 constexpr size_t SmallestPlayerRow = 2 + 24;  // bytes of a list row: a name of one letter and a place
 
@@ -38,13 +38,6 @@ static std::vector<RemotePlayer> ReadPlayers(Reader *r, size_t count) {
   return players;
 }
 
-static std::string FirstNames(const std::vector<RemotePlayer> &players) {
-  std::string names;
-  for (size_t row = 0; row < players.size() && row < LoggedNames; ++row) names += (row == 0 ? "" : ", ") + players[row].name;
-  if (players.size() > LoggedNames) names += " and " + std::to_string(players.size() - LoggedNames) + " more";
-  return names;
-}
-
 void TakePlayerList(Reader r) {
   const i16 count = static_cast<i16>(TakeU16(&r));
   const u16 own = TakeU16(&r);
@@ -54,7 +47,7 @@ void TakePlayerList(Reader r) {
   }
   std::vector<RemotePlayer> players = ReadPlayers(&r, static_cast<size_t>(count));
   LogInfo("Got new player list:");
-  LogInfo(FirstNames(players).c_str());
+  for (const RemotePlayer &p : players) LogInfo(p.name.c_str());
   const ScopedLock world(&WorldMutex);
   OwnPlayerRow = own;
   RemotePlayers.swap(players);

@@ -79,6 +79,7 @@ static bool Connect(const char *name, u16 port) {
   }
   LogInfo("Connected to server successfully!");
   ServersLines = {LogBurst, 0};
+  HasServersShips = false;
   Online = true;
   Greet();
   return true;

@@ -84,6 +84,7 @@ static void ReplaceTable(std::vector<std::unique_ptr<Ship>> *ships) {
     if (old != nullptr) RetireShip(old);
   }
   TheShipTable.count = after;
+  HasServersShips = true;
   Player p = ReadPlayer();
   p.shipIndex = TheShipTable.current.load();
   if (const Ship *ship = CurrentShip(); ship != nullptr) RelativeTo(*ship, p.solarLoc, p.relativeLoc);

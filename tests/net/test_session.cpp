@@ -114,7 +114,7 @@ TEST_F(Session, EachPacketDoesWhatItSays) {
   ShowPlayerList();
   EXPECT_EQ(NewestLine(), "Players: Ada, Me");
   for (const char *line : {"Server asked us to change location. Changing.", "Are we cheating or lagging?",
-                           "Got new player list:", "Chat: Ada"})
+                           "Got new player list:", "info: Me", "Chat: Ada"})
     EXPECT_TRUE(Logged(line)) << line;
   EXPECT_FALSE(Logged("*ERR"));
 }
@@ -238,6 +238,7 @@ TEST_F(Session, ARetiredShipLivesUntilEveryLoopHasBegunANewPass) {
 TEST_F(Session, ADownloadNeverReplacesAnOwnShipThatIsNotKept) {
   const std::string own = ShipFile(3), first = ShipFile(5), second = ShipFile(7);
   WriteText("saves/Mine.sts", own);
+  fs::remove_all("cache");
   Handle(PacketFile, FilePayload("Mine", first));
   EXPECT_EQ(ReadText("saves/Mine.sts"), first);
   EXPECT_EQ(ReadText("saves/Mine (own).sts"), own);
@@ -344,6 +345,7 @@ TEST_F(OnTheWire, BothSidesHearOfAllAndNobodyTwice) {
   ASSERT_TRUE(PollUntil([&] { return received.size() > before + expected.size(); }));
   EXPECT_EQ(received.back()[0], PacketChat + 0x80);
 
+  EXPECT_EQ(PlaceBlockNetworked(CubeOf(5), 50, 20, 30, ShipOf(0)), 0) << "for the server row 0 is another ship";
   const Bytes three = ShipList({"NULL", "NULL", "NULL"});
   Send(SealPacket(PacketShipList, three.data(), three.size()));
   ASSERT_TRUE(PollUntil([] { return TheShipTable.count == 3; }));
