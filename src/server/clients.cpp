@@ -18,6 +18,7 @@ constexpr double StepSeconds = 0.033;  // of a game's movement: a place falls by
 std::vector<Client> Clients;
 ENetHost *ServerHost = nullptr;
 static std::map<std::string, ENetPacket *> ShipFiles;  // by stem; one use of each packet is the table's
+static std::vector<ENetPacket *> OldFiles;             // replaced, and on their way to somebody; the same
 
 double Now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -65,25 +66,31 @@ void SendToAll(u8 type, const std::vector<u8> &payload, bool reliable, const Cli
   Queue(type, payload, reliable, nullptr, except);
 }
 
-static void Release(ENetPacket *packet) {
-  if (--packet->referenceCount == 0) enet_packet_destroy(packet);
-}
-
 void ForgetShipFile(const std::string &stem) {
   const ScopedLock lock(&NetMutex);
   if (const auto found = ShipFiles.find(stem); found != ShipFiles.end()) {
-    Release(found->second);
+    OldFiles.push_back(found->second);
     ShipFiles.erase(found);
   }
 }
 
+size_t OldFileBytes() {
+  size_t bytes = 0;
+  for (const ENetPacket *packet : OldFiles) bytes += packet->dataLength;
+  return bytes;
+}
+
+// Whether only the table has a use of it. Then it is gone.
+static bool EndUnused(ENetPacket *packet) {
+  if (packet->referenceCount > 1) return false;
+  enet_packet_destroy(packet);
+  return true;
+}
+
 void ForgetSentShipFiles() {
   const ScopedLock lock(&NetMutex);
-  std::erase_if(ShipFiles, [](const auto &file) {
-    if (file.second->referenceCount > 1) return false;
-    enet_packet_destroy(file.second);
-    return true;
-  });
+  std::erase_if(ShipFiles, [](const auto &file) { return EndUnused(file.second); });
+  std::erase_if(OldFiles, EndUnused);
 }
 
 static ENetPacket *ShipFilePacket(const std::string &stem, const std::string &path) {

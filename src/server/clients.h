@@ -46,7 +46,8 @@ void SayTo(Client *client, std::string_view text);       // A line of chat.
 void SayToAll(std::string_view text);
 // Queues a ship's file, which is in memory once for all who get it at the same time. False: there is none to send.
 bool SendShipFile(Client *client, const std::string &stem, const std::string &path);
-void ForgetShipFile(const std::string &stem);            // It has been replaced.
+void ForgetShipFile(const std::string &stem);            // It has been replaced. Those who are getting it still do.
+size_t OldFileBytes();                                   // What replaced files take of the memory.
 void ForgetSentShipFiles();                              // Those that nobody is getting any more.
 void SendPlayerLists();                                  // To everyone, each with their own row.
 void ShareMotions(double now);                           // Who has moved, to the others.

@@ -26,7 +26,11 @@ constexpr double SlotsPerSecond = 10, SlotBurst = 40;
 constexpr double SlotTimeShare = 0.2, SlotTimeBurst = 0.2;  // of the loop, for the new chunks of all players
 constexpr u32 MostRefused = 1000;      // edits of one client in a second, before more of them are strange
 constexpr size_t MostOfOneAddress = 8;
-constexpr double ContestTime = 5;      // seconds for which an edit is remembered, and a cell contested behind its last one
+// Seconds for which an edit is remembered, and a cell contested behind its last one: as long as a game may be behind. While more
+// cells than that are edited, the others are soon forgotten.
+constexpr double ContestTime = 60, ShortContestTime = 5;
+constexpr size_t MostRecentEdits = 100000;
+constexpr size_t MostOldFileBytes = 512u << 20;  // of replaced ship files that some still get
 constexpr size_t LongestName = 32, LongestLine = 255;
 constexpr size_t LargestRequest = 4096;  // bytes, packed or not
 constexpr int MostStrange = 20;          // packets that no game sends, before their sender is dropped
@@ -113,6 +117,7 @@ static void TakeHello(Client *client, Reader r) {
   if (r.failed) return DropClient(client, "a hello that can't be read");
   if (version != WireVersion) return DropClient(client, "this server is for another version of the game", LastWords);
   if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full", LastWords);
+  if (OldFileBytes() > MostOldFileBytes) return DropClient(client, "too many downloads at once, please come back in a minute", LastWords);
   if (StreamFilesComing()) return DropClient(client, "the ships are being written, please come back in a minute", LastWords);
   client->name = FreeName(name);
   client->motion = StartingPlace(PlayerCount() - 1);
@@ -149,7 +154,7 @@ struct RecentEdit {
   bool contested;
 };
 using CellKey = std::tuple<i32, u16, u16, u16>;
-static std::map<CellKey, RecentEdit> RecentEdits;  // of the last ContestTime, by cell
+static std::map<CellKey, RecentEdit> RecentEdits;  // by cell
 
 static bool IsContested(const Client &client, const BlockEdit &e, double now) {
   RecentEdit fresh{client.id, now, false};
@@ -162,7 +167,8 @@ static bool IsContested(const Client &client, const BlockEdit &e, double now) {
 }
 
 static void ForgetOldEdits(double now) {
-  std::erase_if(RecentEdits, [now](const auto &entry) { return now - entry.second.at > ContestTime; });
+  const double age = RecentEdits.size() > MostRecentEdits ? ShortContestTime : ContestTime;
+  std::erase_if(RecentEdits, [now, age](const auto &entry) { return now - entry.second.at > age; });
 }
 
 // The sender has done the edit already: they are told what really stands there, and hear their next edits of the cell too,

@@ -19,11 +19,12 @@
 #include "world/cells.h"
 #include "worldgen/asteroid.h"
 
-constexpr int FirstStored = 2, LastStored = 9998;  // coordinates that the directory store takes
+constexpr int FirstStored = 2, LastStored = 9997;  // coordinates that the directory store takes, but for the last: the work on it looks past the end
 constexpr i64 Nowhere = -50500000;                 // a ship's corner before it is given a place
 constexpr i64 Gap = 20 * UnitsPerBlock;            // between two ships that the server places
 constexpr i64 StartDistance = 8 * UnitsPerBlock;   // from a new player to the first ship
 constexpr i64 StartSpacing = 3 * UnitsPerBlock;
+constexpr int MostSteps = 500;                     // of that size, aside from where blocks are
 constexpr i64 Reach = 64 * UnitsPerBlock;          // of players, on each axis
 constexpr const char *GrownName = "Asteroid";
 
@@ -221,9 +222,25 @@ std::vector<u8> ShipListPayload(const std::vector<bool> &sent) {
   return payload;
 }
 
+// Whether a player has room there: no ship has a block in the cells around.
+static bool HasRoom(const Motion &m) {
+  for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
+    const Ship &ship = *ShipAt(TheShipTable, row);
+    i64 cell[3];
+    for (int axis = 0; axis < 3; ++axis) cell[axis] = WorldDifference(m.place[axis], ship.position[axis]) / UnitsPerBlock;
+    for (int i = 0; i < 27; ++i) {
+      const i64 x = cell[0] + i % 3 - 1, y = cell[1] + i / 3 % 3 - 1, z = cell[2] + i / 9 - 1;
+      const bool inside = std::min({x, y, z}) >= 0 && std::max({x, y, z}) < CellsPerAxis;
+      if (inside && !IsFree(static_cast<i32>(x), static_cast<i32>(y), static_cast<i32>(z), ship)) return false;
+    }
+  }
+  return true;
+}
+
 Motion StartingPlace(size_t player) {
   Motion m;
   const i64 step = static_cast<i64>(player / 2 + player % 2) * StartSpacing;
   m.place[0] = player % 2 == 0 ? step : -step;
+  for (int tries = 0; tries < MostSteps && !HasRoom(m); ++tries) m.place[1] += StartSpacing;
   return m;
 }

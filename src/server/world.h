@@ -20,4 +20,4 @@ bool NeedsSlot(const BlockEdit &edit);        // Whether the edit is a chunk's f
 bool EditOfCell(const BlockEdit &at, BlockEdit *found);
 std::vector<std::string> ShipStems();         // By row.
 std::vector<u8> ShipListPayload(const std::vector<bool> &sent);  // PacketShipList: by row, whether the file was sent.
-Motion StartingPlace(size_t player);          // Before the first ship, players beside each other.
+Motion StartingPlace(size_t player);          // Before the first ship, or aside of what stands there; players beside each other.
