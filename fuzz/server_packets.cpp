@@ -24,6 +24,7 @@ constexpr i64 MiddleCell = 5000;
 void PrepareTarget() {
   LoadGameTables();
   std::atexit([] {
+    ForgetSentShipFiles();
     std::fprintf(stderr, "%llu packets, %llu edits done\n", static_cast<unsigned long long>(PacketCount), static_cast<unsigned long long>(EditCount));
   });
   Demand(enet_initialize() == 0 && OpenWorld(1), "a world");
