@@ -144,6 +144,8 @@ class Network(unittest.TestCase):
         self.back_off_until_seen(ada, ben, LEFT)
         self.back_off_until_seen(ben, ada, RIGHT)
 
+        server.type("save")
+        server.wait_for("saved")
         cy = self.join("Cy")
         built = rig.read_ship(cy.root / "saves/Asteroid.sts")
         self.assertGreater(len(built), len(grown))

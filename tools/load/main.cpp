@@ -95,6 +95,7 @@ static void Edit(size_t number) {
     e.block.material = (1 + Random() % 5) & 0xffff;
     e.block.second = number & 0xff;
     e.block.temp = ++p->sent;
+    e.block.tail[0] = 1;  // unlike any game's: a server passes on no block that stands there already
   }
   Note(p, e);
   if (const u64 room = (KeyOf(e) >> 32) - e.x % 10; p->room != room || p->placed++ % 100 == 0) {
@@ -197,21 +198,27 @@ static size_t DifferentCells() {
   return different;
 }
 
-// The same against the ship files that a new player gets, who takes the place of the last one.
+// The same against what a new player gets, who takes the place of the last one: the ship files, and the edits since.
 static size_t DifferentOnServer(const char *address, u16 port) {
   Bot late;
   CloseBot(&Players.back()->bot);
-  if (!JoinServer(&late, address, port, "late") || !PollBotUntil(&late, Patience, [](const Bot &b) { return b.synced; })) return 1;
+  if (!JoinServer(&late, address, port, "late") || !PollBotUntil(&late, Patience, [](const Bot &b) { return !b.players.empty(); })) return 1;
   const std::string file = (std::filesystem::temp_directory_path() / ("tarnvale-load-" + std::to_string(getpid()))).string();
   size_t different = 0;
+  std::unordered_map<u64, u16> edited;
+  for (const BlockEdit &e : late.edits) edited[KeyOf(e)] = e.type == PacketBlockPlace ? static_cast<u16>(e.block.material) : u16{0};
   for (size_t row = 0; row < late.ships.size(); ++row) {
     const std::vector<u8> &bytes = late.files[late.ships[row]];
     std::ofstream(file, std::ios::binary).write(reinterpret_cast<const char *>(bytes.data()), static_cast<long>(bytes.size()));
     Ship ship;
     InitShip(&ship, 0);
     if (!AllocShipTable(&ship) || LoadShipStream(&ship, file.c_str(), false) == 0) ++different;
-    for (const auto &[key, material] : Players[0]->world)
-      if (key >> 48 == row) different += HeadMaterial(HeadAt(key >> 32 & 0xffff, key >> 16 & 0xffff, key & 0xffff, ship)) != material;
+    for (const auto &[key, material] : Players[0]->world) {
+      if (key >> 48 != row) continue;
+      const auto found = edited.find(key);
+      const u16 there = found != edited.end() ? found->second : HeadMaterial(HeadAt(key >> 32 & 0xffff, key >> 16 & 0xffff, key & 0xffff, ship));
+      different += there != material;
+    }
     FreeShip(&ship);
   }
   std::filesystem::remove(file);
