@@ -52,7 +52,8 @@ void ForgetSentShipFiles();                              // Those that nobody is
 void SendPlayerLists();                                  // To everyone, each with their own row.
 void ShareMotions(double now);                           // Who has moved, to the others.
 void LogRefusals(Client *client);                        // One line for all since the last one, or none.
-// Says goodbye to them, and ends the connection after some seconds, for a game shows nothing else from then on. The disconnect event removes the row.
+// Says goodbye to them, and ends the connection after some seconds, for a game shows nothing else from
+// then on. The disconnect event removes the row.
 void DropClient(Client *client, const char *why, double after = 0);
 void EndIfDue(Client *client, double now);               // The connection of one who was dropped.
 void DropSlowClients();                                  // Those who leave more unanswered than the server wants to hold.
