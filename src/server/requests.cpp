@@ -23,7 +23,7 @@ constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5, Refusal
 constexpr double EditsPerSecond = 200, ChatPerSecond = 2, ChatBurst = 10;
 constexpr double LampPrice = 8;        // edits as which one of a lamp counts
 constexpr double SlotsPerSecond = 10, SlotBurst = 40;
-constexpr double SlotTimeShare = 0.2, SlotTimeBurst = 0.2;  // of the loop, for the new chunks of all players
+constexpr double SlotTimeShare = 0.2, SlotTimeBurst = 2;  // of the loop, for the new chunks of all players
 constexpr u32 MostRefused = 1000;      // edits of one client in a second, before more of them are strange
 constexpr size_t MostOfOneAddress = 8;
 // Seconds for which an edit is remembered, and a cell contested behind its last one: as long as a game may be behind. While more
