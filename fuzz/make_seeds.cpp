@@ -62,7 +62,8 @@ static void BuildShip(Ship *ship) {
     b.rotation = (1u + i % 6u) & 7u;
     b.rotation2 = i & 3u;
     b.material = static_cast<u16>(1 + i % (MaterialCount - 1));
-    b.component = static_cast<unsigned>(i == 7 ? FindComponent(1000) : 1 + i * 10 % (ComponentCount - 1)) & 0x3fff;
+    const int component = i == 7 ? FindComponent(1000) : 1 + i * 10 % (ComponentCount - 1);
+    b.component = static_cast<unsigned>(component) & 0x3fff;
     PlaceBlockFast(b, static_cast<u16>(4990 + i), 5000, static_cast<u16>(5000 + i % 3), ship);
   }
   LightPass(ship);
