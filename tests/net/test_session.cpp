@@ -83,6 +83,7 @@ struct Session : ShipTest {
     Handle(PacketShipList, ShipList({"NULL", "NULL"}));
     Handle(PacketPlayerList, PlayerList);
   }
+  void TearDown() override { SweepRetired(); }
 };
 
 TEST_F(Session, EachPacketDoesWhatItSays) {
@@ -310,7 +311,7 @@ struct OnTheWire : Session {
   void Send(const Bytes &packet) {
     enet_peer_send(peer, 0, enet_packet_create(packet.data(), packet.size(), ENET_PACKET_FLAG_RELIABLE));
   }
-  bool PollUntil(const std::function<bool()> &done, int passes = 5000) {
+  bool PollUntil(const std::function<bool()> &done, int passes = 60000) {
     for (int i = 0; i < passes && !done(); ++i) {
       Serve();
       if (Online) PollNetwork();
