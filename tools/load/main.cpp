@@ -76,7 +76,7 @@ static BlockEdit NextEdit(size_t number) {
   e.z = static_cast<u16>(3000 + cell / 100);
   if (kind < 4) {
     e.shipRow = 0;
-    e.x = e.y = 1500;
+    e.x = e.y = 500;  // in nobody's own room
     e.z = static_cast<u16>(1500 + Random() % SharedCells);
   } else if (kind < 8) {
     const auto found = p.world.find(KeyOf(e));
