@@ -83,7 +83,10 @@ struct Session : ShipTest {
     Handle(PacketShipList, ShipList({"NULL", "NULL"}));
     Handle(PacketPlayerList, PlayerList);
   }
-  void TearDown() override { SweepRetired(); }
+  void TearDown() override {
+    SweepRetired();
+    ShipTest::TearDown();
+  }
 };
 
 TEST_F(Session, EachPacketDoesWhatItSays) {
