@@ -37,7 +37,7 @@ static i64 RecordOffset(int slot, unsigned block) { return SlotOffset(slot) + 2 
 // Behind an opening that failed: whether that is for good, because there is no such file. 0 stands for one of a wrong kind.
 static bool IsMissing() { return errno == 0 || errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == EISDIR; }
 
-// Carries out a note. False when that could not be done for now; one that names a record that isn't there is done.
+// Carries out a note. False when it has to be tried again; one that names a record that isn't there is done.
 static bool CarryOut(int shipFolder, const u8 *note) {
   Reader r{note, NoteBytes};
   const unsigned mega = TakeU16(&r), super = TakeU16(&r), slot = TakeU16(&r), block = TakeU16(&r);
