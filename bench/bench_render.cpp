@@ -23,7 +23,11 @@
 constexpr int Kinds = 64;           // different blocks that a figure rotates over
 constexpr int StandingBlocks = 20000, InstancesOfRun = 600000;
 
+namespace {
+
 enum Shape : int { SolidCube, HalfRandom, Sphere, Shapes };
+
+}  // namespace
 
 static void LoadContent() {
   static const bool loaded = LoadMaterials() != 0 && LoadComponents() != 0;
@@ -64,6 +68,8 @@ static void GiveLights(GraphicBlock *g, int count, std::mt19937 *random) {
   for (int i = 0; i < count; ++i) g->lightList[i] = {offset(), offset(), offset(), 250, 200, 150, 0};
 }
 
+namespace {
+
 // 64 blocks of one shape, each with a grid, a turn, a cell and lights of its own; turned to be built one after the other.
 struct BuildScene {
   Ship ship;
@@ -71,6 +77,8 @@ struct BuildScene {
   u64 heads[Kinds];
   GraphicBlock *graphics[Kinds];
 };
+
+}  // namespace
 
 static BuildScene *MakeBuildScene(Shape shape, int lights) {
   LoadContent();
@@ -149,6 +157,8 @@ static void NameShapes(benchmark::internal::Benchmark *b) {
 BENCHMARK(BuildCaches)->Apply(NameShapes);
 BENCHMARK(ListExposed)->ArgName("shape")->DenseRange(0, Shapes - 1);
 
+namespace {
+
 // A ball of small blocks round the camera's place, 30 voxels each, all with their lists: what a run shows is 600,000 voxels.
 struct ParseScene {
   Ship *ship;
@@ -156,6 +166,8 @@ struct ParseScene {
   VoxelList list;
   std::vector<u8> source, target;  // of the memcpy that a run is held against
 };
+
+}  // namespace
 
 static u16 SmallComponent(std::mt19937 *random) {
   std::vector<bool> chosen(VoxelsPerBlock);

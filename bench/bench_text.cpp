@@ -25,12 +25,16 @@ static double Seconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
+namespace {
+
 // An installation of its own, entered for the length of a measurement.
 struct Folder {
   fs::path before = fs::current_path();
   Folder();
   ~Folder() { fs::current_path(before); }
 };
+
+}  // namespace
 
 static Ship *TextShip() {
   Ship *ship = new Ship;

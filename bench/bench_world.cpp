@@ -56,10 +56,14 @@ static Ship *Box(unsigned sx, unsigned sy, unsigned sz) {
   return ship;
 }
 
+namespace {
+
 struct Edit {
   Block block;
   u16 x, y, z;
 };
+
+}  // namespace
 
 static std::vector<Edit> EditsWithin(unsigned low, unsigned high) {
   std::mt19937 random(2);

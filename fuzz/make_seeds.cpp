@@ -124,9 +124,11 @@ static void PutPictures() {
   for (unsigned i = 0; i < sizeof pixels; ++i) pixels[i] = static_cast<u8>(i * 7);
   Demand(WritePng("input.png", pixels, 16, 16), "the picture is written");
   PutSeed("png", "16", ReadAll("input.png"));
-  for (const int bytes : {3, 4})
-    PutSeed("tga", std::to_string(bytes),
-            std::string("\0\0\2\0\0\0\0\0\0\0\0\0\x10\0\x10\0", 16) + static_cast<char>(8 * bytes) + '\0' + std::string(256u * static_cast<unsigned>(bytes), 'x'));
+  for (const unsigned bytes : {3u, 4u}) {
+    std::string picture("\0\0\2\0\0\0\0\0\0\0\0\0\x10\0\x10\0", 16);
+    picture.append(1, static_cast<char>(8 * bytes)).append(1, '\0').append(256 * bytes, 'x');
+    PutSeed("tga", std::to_string(bytes), picture);
+  }
 }
 
 // A packet behind its length, as the targets of the packets take it.

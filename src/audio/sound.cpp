@@ -15,12 +15,16 @@
 
 constexpr float StreamInterval = 0.1f;   // seconds between two looks of the library's thread at songs and ended sounds
 
+namespace {
+
 // One file and the slots that play it.
 struct SlotLine {
   int first, last;
   const char *file;
   bool looping = false;
 };
+
+}  // namespace
 
 constexpr SlotLine SlotLines[] = {
     {2, 2, "impact.ogg"},
@@ -48,6 +52,8 @@ constexpr SlotLine SlotLines[] = {
     {58, 59, "organicairlock.ogg"},
 };
 
+namespace {
+
 // The slots that sound when a block of these classes is placed.
 struct PlaceGroup {
   const char *classes[4];  // soundClass words
@@ -55,6 +61,8 @@ struct PlaceGroup {
   float gain;
   const char *exhausted;
 };
+
+}  // namespace
 
 constexpr PlaceGroup PlaceGroups[] = {
     {{"soft", "organic"}, 17, 22, 0.4f, "Ran out of SoftPlace sounds"},

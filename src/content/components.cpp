@@ -24,6 +24,8 @@ static const std::vector<size_t> ComponentColumns = {
     NumberColumn, NumberColumn, NumberColumn, NumberColumn, NumberColumn, NumberColumn, NumberColumn,
     127, 63, NumberColumn, 127, NumberColumn, 2 * LongestTag + 1};
 
+namespace {
+
 // A table in the making, with what is checked once all rows are known.
 struct ComponentTable {
   std::vector<Component> rows;
@@ -33,6 +35,8 @@ struct ComponentTable {
   };
   std::vector<Leads> leads;  // of each row, as the file has them
 };
+
+}  // namespace
 
 std::vector<Component> Components(2);
 std::vector<u8> ComponentTraits(2);

@@ -24,6 +24,8 @@ std::atomic<bool> ResizePending{false};
 
 static const OptionValues defaults;
 
+namespace {
+
 struct IntOption {
   const char *key;
   u32 (*get)(const OptionValues &);
@@ -42,6 +44,8 @@ struct ControlOption {
   const char *key;
   std::atomic<int> Controls::*value;
 };
+
+}  // namespace
 
 template <typename T>
 static constexpr u32 WidthMask(std::atomic<T> OptionValues::*) {
@@ -135,7 +139,11 @@ static constexpr ControlOption controlOptions[] = {
     {"ThirdMouse", &Controls::thirdMouse},
 };
 
+namespace {
+
 enum Section { IntSection, FloatSection, TextSection, ControlSection, SectionCount, NoSection };
+
+}  // namespace
 
 static constexpr struct {
   const char *enteredBy, *fault;
@@ -146,6 +154,8 @@ static constexpr struct {
     {"SwitchToControls", "Error in controls section of config/text/options on line"},
 };
 
+namespace {
+
 // One entry of the file, with the value in the form of its section.
 struct Entry {
   std::string_view key;
@@ -154,6 +164,8 @@ struct Entry {
   float real = 0;
   std::string_view word;
 };
+
+}  // namespace
 
 static void ScanValue(TextCursor *cursor, Section section, Entry *entry) {
   if (section == FloatSection) entry->hasValue = ScanFloat(cursor, &entry->real);

@@ -12,9 +12,13 @@
 
 constexpr int SwitchReach = 30;  // blocks on each axis from which a ship takes the player over
 
+namespace {
+
 struct BoxDistance {
   int axis[3] = {SwitchReach, SwitchReach, SwitchReach};
 };
+
+}  // namespace
 
 static int Whole(float f) { return static_cast<int>(std::min(std::fabs(f), 1e9f)); }
 

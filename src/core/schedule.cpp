@@ -19,6 +19,8 @@
 
 constexpr double LongestNap = 0.01, ShortestNap = 0.0005;
 
+namespace {
+
 struct Timed {
   void (*piece)(double *timer);
   double due;         // next run, in the clock of ClockNow
@@ -29,6 +31,8 @@ struct Timed {
 struct MusicTimer {
   double due;
 };
+
+}  // namespace
 
 static MusicTimer StartMusic() { return {ClockNow() + PlaySong(FirstSong) + 180}; }
 

@@ -10,10 +10,14 @@
 // Shapes a block and places it: 1 when its cell was filled.
 using Rule = int (*)(const Placement &p);
 
+namespace {
+
 struct RuleOfId {
   u16 id;
   Rule rule;
 };
+
+}  // namespace
 
 bool ReadBeside(Cell3 c, int dx, int dy, int dz, const Ship &ship, Block *out) {
   const int x = c.x + dx, y = c.y + dy, z = c.z + dz;

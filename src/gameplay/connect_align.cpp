@@ -3,6 +3,8 @@
 
 constexpr int X = 0, Y = 1, Z = 2;
 
+namespace {
+
 // A rotation by where the eye is seen from the cell: under it on an axis, or not.
 struct Choice {
   int axis;
@@ -15,6 +17,8 @@ struct Lining {
   int less, than;
   Choice first, otherwise;
 };
+
+}  // namespace
 
 // By the side of the neighbour, in the order of Sides.
 constexpr Lining Linings[SideCount] = {

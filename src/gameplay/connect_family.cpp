@@ -12,6 +12,8 @@ constexpr int DeepestCall = 3;
 constexpr u16 IdsOfFamily = 10;   // ids from the base on whose pieces are kin
 constexpr int WallsToClose = 4;   // so many walls make a closed form
 
+namespace {
+
 // A piece in its cell, and what the walk around it found.
 struct Piece {
   Block block{};
@@ -28,6 +30,8 @@ struct JoiningFamily {
   void (*choose)(Piece *);  // the form by what was found
 };
 
+}  // namespace
+
 // The same place gives the same form within a second.
 static int DrawAt(Cell3 at, int forms) {
   std::srand(static_cast<unsigned>(std::time(nullptr)) + at.x + at.y + at.z);
@@ -42,6 +46,8 @@ static void StepRow(Piece *p, int step) { TakeRow(&p->block, static_cast<u16>(p-
 
 static void GoToId(Piece *p, u16 id) { StepRow(p, id - IdOf(p->block)); }
 
+namespace {
+
 // Families with a straight form, several ends and one junction: which ids those are.
 struct PipeForms {
   u16 straight;
@@ -49,6 +55,8 @@ struct PipeForms {
   int ends;                 // ends to draw from, behind the straight form
   u16 junction;
 };
+
+}  // namespace
 
 static void ChoosePipe(Piece *p, const PipeForms &forms) {
   const u16 id = IdOf(p->block);

@@ -5,6 +5,8 @@
 
 constexpr int VariantsAlone = 8;
 
+namespace {
+
 // Bits, so that a set of kinds is a mask.
 enum PlatingKind : unsigned { NoPlating = 0, Plate = 1, Edge = 2, Corner = 4 };
 
@@ -19,6 +21,8 @@ struct PlatingForm {
   int sign[3];
   Turn turn;
 };
+
+}  // namespace
 
 // Edges are the row of the held block, corners the next one.
 constexpr PlatingForm Edges[] = {

@@ -131,10 +131,14 @@ static void ResetCaches(Ship *ship) {
   CacheResetAllowed = ClockNow() + CacheResetPause;
 }
 
+namespace {
+
 struct FunctionKey {
   void (*act)(Ship *ship);  // null for a key that does nothing
   bool needsShip;           // not done when there is no ship at all
 };
+
+}  // namespace
 
 constexpr FunctionKey FunctionKeys[] = {
     {ToggleTutorial, false}, {ExplodeOrTime, false}, {ToggleCinematic, false}, {QuitWithAlt, false},

@@ -78,10 +78,14 @@ Vec3f MoveKeyDirection(const Player &p, MoveKey key) {
   return index % 2 == 0 ? v : Vec3f{-v.x, -v.y, -v.z};
 }
 
+namespace {
+
 struct CellOf {
   int x, y, z;
   bool operator==(const CellOf &) const = default;
 };
+
+}  // namespace
 
 static CellOf TruncatedCell(float x, float y, float z) { return {FloatToInt(x), FloatToInt(y), FloatToInt(z)}; }
 
@@ -211,12 +215,16 @@ bool DampenStep(Player *p, float rate, i32 vx, i32 vy, i32 vz) {
   return arrived;
 }
 
+namespace {
+
 // The working values of one MovePlayer.
 struct Motion {
   float d[3];                    // the displacement that is asked for, in blocks
   float factor[3] = {1, 1, 1};   // how much of it each axis gets
   bool hit = false;
 };
+
+}  // namespace
 
 // The player is inside something: back out the way they came, faster with each tick that it lasts.
 static void ThrowBack(Player *p) {

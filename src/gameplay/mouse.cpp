@@ -63,10 +63,14 @@ void OnMouseButton(int button, int action) {
     ThirdPress();
 }
 
+namespace {
+
 // The furthest that one event may turn the view, in degrees; the cinematic camera is slow, and level with Control.
 struct TurnLimit {
   float yaw, pitch;
 };
+
+}  // namespace
 
 static TurnLimit LimitOfTurn() {
   if (!CinematicCamera) return {6.5f, 5.0f};

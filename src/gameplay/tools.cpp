@@ -103,10 +103,14 @@ static void UseHeat(Player *) { TutorialAdvances(WaitHeatTool); }
 
 using Action = void (*)(Player *p);
 
+namespace {
+
 struct Tool {
   Action main, secondary, third;  // on a press; null for nothing
   Action held;                    // repeated while the main button is down
 };
+
+}  // namespace
 
 constexpr Tool Tools[ToolCount] = {
     {PressPlace, PressUnbuild, PickBlock, HeldPlace},   // build

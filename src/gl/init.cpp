@@ -22,10 +22,14 @@
 constexpr int MinWidth = 640, MinHeight = 480;
 constexpr double NearPlane = 0.1, FarPlane = 10000.0;
 
+namespace {
+
 struct LabelledHint {
   GLenum hint;
   const char *label;
 };
+
+}  // namespace
 static constexpr LabelledHint FastHints[] = {
     {GL_PERSPECTIVE_CORRECTION_HINT, "glhint1"}, {GL_FRAGMENT_SHADER_DERIVATIVE_HINT, "glhint2"},
     {GL_CLIP_VOLUME_CLIPPING_HINT_EXT, "glhint3"}, {GL_GENERATE_MIPMAP_HINT, "glhint4"},

@@ -14,10 +14,14 @@
 constexpr int StarFaces = 6;
 constexpr u32 StarSize = 1024;  // edge of a picture in pixels
 
+namespace {
+
 struct StarCorner {
   float x, y, z;  // half-edge 5
   float s, t;
 };
+
+}  // namespace
 static constexpr StarCorner Faces[StarFaces][4] = {
     {{5, -5, -5, 0, 0}, {-5, -5, -5, 1, 0}, {-5, 5, -5, 1, 1}, {5, 5, -5, 0, 1}},
     {{5, -5, 5, 0, 0}, {5, -5, -5, 1, 0}, {5, 5, -5, 1, 1}, {5, 5, 5, 0, 1}},

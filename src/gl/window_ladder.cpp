@@ -8,6 +8,8 @@
 
 using Profile = WindowRequest::Profile;
 
+namespace {
+
 struct LadderMethod {
   int minor;
   Profile profile;
@@ -18,6 +20,8 @@ struct LadderMethod {
 struct LadderModifier {
   int red, green, blue, alpha, depth;
 };
+
+}  // namespace
 
 constexpr int FirstMethod = -2;
 static constexpr LadderMethod Methods[] = {

@@ -12,10 +12,14 @@ constexpr double BlinkPeriod = 0.8, RateSpan = 0.5;  // seconds
 constexpr u8 CrosshairOrange = 29, CrosshairRed = 30, CrosshairGreen = 31, CrosshairBlue = 32, CrosshairYellow = 33,
              CrosshairRainbow = 34;
 
+namespace {
+
 // How a panel slides: units a frame, and the place beyond which it is out of sight and may show something else.
 struct Slide {
   int step, limit;
 };
+
+}  // namespace
 constexpr Slide ComponentSlide{24, -250}, MaterialSlide{25, -250}, RotationSlide{10, -100};
 
 // One frame of a panel: out while it shows something else than it should, then in. True when it is out of sight.

@@ -16,6 +16,8 @@ constexpr double KnobWay = 370;
 constexpr double Drift = 1e-5;               // what adding up steps may be off
 constexpr int RestartNoteRow = 72;           // language row
 
+namespace {
+
 struct Switch {
   u8 screen;
   i16 x, y;
@@ -40,6 +42,8 @@ struct Slider {
   double knobFrom, knobScale;                // the knob stands (value - knobFrom) x knobScale along its way
   void (*changed)() = nullptr;
 };
+
+}  // namespace
 
 template <auto Value>
 static double Get() {

@@ -21,6 +21,8 @@ constexpr size_t MaxLooks = 64;
 constexpr int OpenSize = 30;              // pixels at which the faces are opened
 constexpr int FloatsPerGlyph = 6 * 4;     // two triangles, clockwise
 
+namespace {
+
 struct Glyph {
   bool tried = false;
   bool drawn = false;                     // has pixels on the sheet
@@ -36,6 +38,8 @@ struct TextLook {
   u8 colour[3] = {};
   Glyph glyphs[256];
 };
+
+}  // namespace
 
 u32 GuiUploads;
 

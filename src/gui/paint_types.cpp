@@ -15,11 +15,15 @@
 #include "gui/screens.h"
 #include "render/image.h"
 
+namespace {
+
 struct Picture {
   std::vector<u8> pixels;  // rows without a gap, the top one first
   u16 width = 0, height = 0;
   u8 bytesPerPixel = 4;
 };
+
+}  // namespace
 
 static bool LoadPicture(const GuiTypeSource &source, Picture *picture) {
   const std::string path = std::string("config/graphics/") + source.path;

@@ -13,11 +13,15 @@
 static constexpr const char *Path = "serveroptions";
 static constexpr size_t FileLimit = 1 << 16, LongestLine = 249;
 
+namespace {
+
 // A key and where its value goes. The order is that of the file.
 struct OptionKey {
   std::string_view name;
   std::variant<std::string ServerOptions::*, u16 ServerOptions::*, int ServerOptions::*> field;
 };
+
+}  // namespace
 
 static const OptionKey Keys[] = {
     {"Address", &ServerOptions::Address},       {"Port", &ServerOptions::Port},

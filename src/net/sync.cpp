@@ -22,10 +22,14 @@ constexpr LoadBudget ServersBudget{.bytes = LargestWorld, .light = 25'000'000};
 
 static LoadBudget BudgetLeft = ServersBudget;  // the thread that polls
 
+namespace {
+
 struct ShipRow {
   std::string name;
   Motion motion;
 };
+
+}  // namespace
 
 static std::string PathOf(const std::string &name) { return "saves/" + name + ".sts"; }
 

@@ -18,11 +18,15 @@
 constexpr size_t StrangeNames = 5;  // reported of one ship
 constexpr size_t SlotsAtOnce = 64;  // of one read
 
+namespace {
+
 // An entry of a folder that stands for an index.
 struct NumberedEntry {
   u16 index = 0;
   std::string name;
 };
+
+}  // namespace
 
 static void NoteStrange(SlotReader *r, const std::string &name) {
   if (r->strange.size() < StrangeNames) r->strange.push_back(name);

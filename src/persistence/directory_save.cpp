@@ -19,6 +19,8 @@
 constexpr size_t LongestStem = 200;     // with what the game puts around it, still a file name
 constexpr size_t SlotsAtOnce = 64;      // of one write
 
+namespace {
+
 // What a save needs of a chunk. Blocks in memory are copied; else the chunk has an old slot, which is carried over.
 struct ChunkCopy {
   u16 mega = 0, super = 0, chunk = 0;
@@ -46,6 +48,8 @@ struct SlotWriter {
   int oldFolder = -1, oldFile = -1;      // of the mega and the super in the making; -1 when they aren't there
   std::unique_ptr<u8[]> buffer;          // of SlotsAtOnce slots; a small ship touches little of it
 };
+
+}  // namespace
 
 bool IsShipStem(const std::string &name) {
   if (name.empty() || name.size() > LongestStem || name[0] == '.') return false;

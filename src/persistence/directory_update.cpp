@@ -21,6 +21,8 @@ constexpr i64 PageBytes = 4096;  // what every system writes at once
 constexpr const char *NoteName = ".update";
 constexpr size_t NoteBytes = 8 + RecordBytes;
 
+namespace {
+
 // One update on its way. Descriptors are -1 while they aren't open.
 struct BlockUpdate {
   CellAddress at{};
@@ -31,6 +33,8 @@ struct BlockUpdate {
   bool inMemory = false;   // the chunk has blocks in memory
   int shipFolder = -1, megaFolder = -1, file = -1;
 };
+
+}  // namespace
 
 static i64 RecordOffset(int slot, unsigned block) { return SlotOffset(slot) + 2 + static_cast<i64>(block * RecordBytes); }
 

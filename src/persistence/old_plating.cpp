@@ -3,6 +3,8 @@
 
 #include "content/components.h"
 
+namespace {
+
 // What became of a piece: for each old rotation the new rotation and turn (rotation 0: both stay), and how many rows
 // further up the piece stands today.
 struct PlatingRule {
@@ -12,6 +14,8 @@ struct PlatingRule {
   } turns[7];
   int rowsUp;
 };
+
+}  // namespace
 
 constexpr PlatingRule Rules[] = {
     {-7, {{}, {}, {}, {3, 0}, {}, {}, {}}, 6},

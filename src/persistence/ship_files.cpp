@@ -19,6 +19,8 @@ static Mutex SaveMutex{MutexRank::Save, "save", {}};
 
 constexpr i64 PlacingDistance = 50030000;  // the middle cell's distance from a ship's corner, and three blocks
 
+namespace {
+
 enum class Written { Whole, NotOpened, Failed };  // anything but Whole leaves the old file as it was
 
 // What a save needs of a ship.
@@ -27,6 +29,8 @@ struct ShipCopy {
   std::string stem;
   const char *keepAs = nullptr;  // the ship's keepStreamAs
 };
+
+}  // namespace
 
 // The only step of a save for which the world stands still.
 static bool CopyShip(const Ship &ship, ShipCopy *copy) {

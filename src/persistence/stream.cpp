@@ -103,9 +103,13 @@ static size_t UnpackHeader(ShipUnpacker *u, Reader r) {
   return length + 3u;
 }
 
+namespace {
+
 struct GroupHeader {
   u16 mega, super, chunk, count;
 };
+
+}  // namespace
 
 // Whether the file may go on: what it has cost so far in content and cells stays within its budget.
 static bool PayForGroup(ShipUnpacker *u, const GroupHeader &h) {

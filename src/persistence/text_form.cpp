@@ -24,12 +24,18 @@ constexpr size_t FileVoxelBytes = 6, FileColourBytes = 4;
 constexpr int MostVoxels = VoxelsPerBlock;
 constexpr i64 HalfBlock = UnitsPerBlock / 2, BesidePlayer = 3 * UnitsPerBlock;  // how far off a ship joins
 
+namespace {
+
 // The numbers of a block line, in their order. The oldest lines end with ComponentId, later ones after Lights or Voxels.
 enum BlockNumber {
   AtMega, AtSuper, AtChunk, AtBlock, AtMaterial, AtComponent, AtState, AtRotation, AtMaterialId, AtComponentId,
   AtLights, AtVoxels, AtRotation2, BlockNumbers
 };
+
+}  // namespace
 constexpr int OldestBlockNumbers = AtLights;
+
+namespace {
 
 // A file whose entries follow the block lines. One that doesn't fit them was written with another text.
 struct Companion {
@@ -57,6 +63,8 @@ struct TextLoad {
   CellAddress cellsAt{};
 };
 
+}  // namespace
+
 static void TellFault(TextLoad *t, const char *text) {
   if (t->faults++ < FaultsTold) LogInt(text, t->lines.number);
 }
@@ -77,7 +85,11 @@ static void ReadFirstLine(TextLoad *t) {
   }
 }
 
+namespace {
+
 enum class Section { Strings, Floats, Ints, Main };
+
+}  // namespace
 
 static bool IsSectionWord(std::string_view key, Section *section) {
   if (key == "StringSection") *section = Section::Strings;
@@ -317,7 +329,11 @@ static void PlaceLine(TextLoad *t, const int *n) {
   if (t->cache.open) ReadVoxels(t, n, a);
 }
 
+namespace {
+
 enum class TextEnd { Mark, None, Corrupted, OutOfMemory };
+
+}  // namespace
 
 // A line that a fault of the stream has cut may end in the middle of a number.
 static bool IsCut(const TextLoad &t) { return t.lines.midLine && t.lines.gzip.damaged && t.lines.at == t.lines.have; }

@@ -20,6 +20,8 @@ static Mutex TextSaveMutex{MutexRank::Save, "text save", {}};  // one at a time:
 constexpr size_t LongestBlockLine = 64;  // 13 numbers of at most 5 digits, few of them so long
 constexpr size_t HeaderRoom = 512;
 
+namespace {
+
 // The contents of a text ship's three files.
 struct TextShip {
   std::vector<u8> text, light, cache;
@@ -30,6 +32,8 @@ struct TextFiles {
   FileReplacement text, light, cache;
   bool withLight = false, withCache = false;
 };
+
+}  // namespace
 
 static void PutText(std::vector<u8> *out, std::string_view text) { PutBytes(out, text.data(), text.size()); }
 

@@ -6,10 +6,14 @@
 
 #include "platform/window.h"
 
+namespace {
+
 struct KeyRun {
   int first, last;  // GLFW 3
   int code;         // the game's code of the first
 };
+
+}  // namespace
 
 static constexpr KeyRun Runs[] = {
     {GLFW_KEY_SPACE, GLFW_KEY_SPACE, ' '},

@@ -22,6 +22,8 @@ constexpr int Scancodes = 512;
 constexpr int MaxWindowEdge = 8192;  // drivers crash on windows that are far larger than any screen
 constexpr int MouseButtons = GLFW_MOUSE_BUTTON_LAST + 1;
 
+namespace {
+
 struct HeldScancode {
   bool down = false;
   int character = 0;  // what its press typed; 0 is nothing
@@ -36,6 +38,8 @@ struct WindowCallbacks {
   void (*position)(int, int) = nullptr;
   void (*wheel)(int) = nullptr;
 };
+
+}  // namespace
 
 // Written by the main thread, read by any.
 static std::atomic<bool> PlatformUp, WindowActive, WindowIconified;

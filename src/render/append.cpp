@@ -18,10 +18,14 @@
 constexpr float Sixteenths = 524288.0f;
 constexpr u16 SixteenthsHigh = 0x4900;
 
+namespace {
+
 // How a list is drawn: the scale of its cubes, and what takes a corner to a cube's centre.
 struct ListForm {
   float offset, scale;
 };
+
+}  // namespace
 constexpr ListForm VoxelForm{0.0f, 1.0f}, EightForm{0.03125f, 2.0f}, QuadForm{0.09375f, 4.0f}, CubeForm{0.46875f, 15.875f};
 
 static Float4 BaseOf(const GraphicBlock &g, ListForm form) {

@@ -18,6 +18,8 @@ constexpr unsigned EightCells = 512, QuadCells = 64;
 constexpr unsigned Padding = 4;              // batches go on to a multiple of four
 constexpr u8 FaintAlpha = 150;               // see-through voxels up to this one are left out of the coarser lists
 
+namespace {
+
 // Voxels that one rule colours, in ascending order of their index.
 struct VoxelRun {
   unsigned count;
@@ -36,7 +38,11 @@ struct BuildScratch {
   u32 cells[VoxelsPerBlock + Padding];
   u64 eightSums[EightCells], quadSums[QuadCells];  // red, green, blue and a count, 16 bits each from the lowest
 };
+
+}  // namespace
 static BuildScratch Work;
+
+namespace {
 
 // What a build knows of its block.
 struct BuildInputs {
@@ -48,6 +54,8 @@ struct BuildInputs {
   ColourInputs colour;
   u8 ghostAlpha = 0;       // above 0: a ghost
 };
+
+}  // namespace
 
 static BuildInputs InputsOf(u64 head, const Ship &ship, u16 x, u16 y, u16 z, const Player &player, const GraphicBlock &g) {
   BuildInputs in;

@@ -66,10 +66,14 @@ bool RoomForVisible(VoxelList *list, u32 more) {
   return true;
 }
 
+namespace {
+
 // Decimal digits of a cell's index in its chunk.
 struct CellDigits {
   u8 x, y, z;
 };
+
+}  // namespace
 static constexpr auto DigitsOfCell = [] {
   std::array<CellDigits, CellsPerChunk> digits{};
   for (unsigned i = 0; i < CellsPerChunk; ++i)
@@ -77,12 +81,16 @@ static constexpr auto DigitsOfCell = [] {
   return digits;
 }();
 
+namespace {
+
 // All that a chunk's 1000 cells share: the terms of the distance and of the six plane values for each digit on each axis.
 struct ChunkTerms {
   float squares[3][10];
   Float4 planes[3][10][2];  // a x, b y, c z; six planes and two that everything passes
   Float4 d[2];
 };
+
+}  // namespace
 
 static void FillSquares(const float (&low)[3], const float (&camera)[3], ChunkTerms *terms) {
   for (int axis = 0; axis < 3; ++axis)

@@ -12,10 +12,14 @@ constexpr float ToUnit = 0.003921569f;    // a byte's share of full light
 constexpr float ReachShare = 0.0625f;     // light falls to nothing over 16 blocks
 constexpr float DarkestShade = 0.4f;      // of a voxel of the material's colour whose shade byte is 0
 
+namespace {
+
 // The brightness of each rule before noise, for voxels of the material's colour and of their own.
 struct RuleBase {
   float material, own;
 };
+
+}  // namespace
 static constexpr RuleBase RuleBases[] = {{1.0f, 1.0f}, {0.2f, 0.6f}, {0.45f, 0.65f}};  // in the order of ColourRule
 
 static float Falloff(float d) { return d > 16.0f ? 0.0f : d <= 1.0f ? 1.0f : 1.0f - d * ReachShare; }
@@ -108,6 +112,8 @@ u32 GhostColour(const ColourInputs &in, u32 source, u32 v, u8 ghostAlpha) {
               std::min<u32>(ghostAlpha, m.alpha));
 }
 
+namespace {
+
 // Lights as a batch uses them: in sixteenths of a block from the block's corner, which are whole numbers small enough that
 // no square or sum is rounded, each value in four lanes. The distance that FastSqrt gives is then sixteen times the other to
 // the bit, as 16 is a power of 4.
@@ -126,6 +132,8 @@ struct BatchConstants {
   Float4 alpha, clear;                // its alpha, and what is missing from 255
   BatchLights lights;
 };
+
+}  // namespace
 
 static BatchConstants ConstantsOf(const ColourInputs &in, const PlaceFrame &frame) {
   const Material &m = *in.material;
@@ -152,9 +160,13 @@ static BatchConstants ConstantsOf(const ColourInputs &in, const PlaceFrame &fram
   return k;
 }
 
+namespace {
+
 struct Light3x4 {
   Float4 red, green, blue;
 };
+
+}  // namespace
 
 // d: sixteenths of a block.
 static Float4 Falloff4(Float4 d) {

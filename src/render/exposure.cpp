@@ -8,6 +8,8 @@
 #include "render/colour.h"
 #include "world/cells.h"
 
+namespace {
+
 // A face of the grid, as rows of 16 bits. Of the two free parts of the index the higher one is the row.
 struct FaceRows {
   u16 open[16], gone[16];
@@ -22,6 +24,8 @@ struct FacePlan {
   bool upward;         // the face at 15 of the axis
 };
 
+}  // namespace
+
 // Whether a neighbour's voxel lets the one behind it be seen, by its alpha, in a block of solid [0] or glass [1] material.
 static constexpr auto SeenThrough = [] {
   std::array<std::array<u8, 256>, 2> table{};
@@ -34,10 +38,14 @@ static void AllOpen(FaceRows *rows) {
   for (u16 &row : rows->open) row = 0xffff;
 }
 
+namespace {
+
 // Index strides of the neighbour's table along the rows and the bits of our face, and where they start.
 struct FarSide {
   int start, row, bit;
 };
+
+}  // namespace
 
 static FarSide FarSideOf(const FacePlan &plan, const PlaceFrame &own, const VoxelFrame &far) {
   const int strides[3] = {far.sx, far.sy, far.sz};
@@ -73,11 +81,15 @@ static void ReadGone(const u8 *damageBits, const FarSide &side, FaceRows *rows) 
   }
 }
 
+namespace {
+
 // The cell next to a face; its head is 0 beyond the edge of the ship.
 struct Neighbour {
   u64 head = 0;
   const u8 *damageBits = nullptr;
 };
+
+}  // namespace
 
 static Neighbour NeighbourAt(const FacePlan &plan, const Ship &ship, u16 x, u16 y, u16 z) {
   unsigned at[3] = {x, y, z};

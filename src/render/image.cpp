@@ -10,6 +10,8 @@
 
 #include "core/log.h"
 
+namespace {
+
 // What a PNG read holds: outside of the reading function, so that its error jump clobbers nothing.
 struct PngRead {
   FILE *file = nullptr;
@@ -20,6 +22,8 @@ struct PngRead {
   u32 width = 0, height = 0;
   size_t rowBytes = 0;
 };
+
+}  // namespace
 
 static int WrongSize(const char *path, u32 width, u32 height, u32 wantedWidth, u32 wantedHeight) {
   const std::string text = std::string(path) + " is " + std::to_string(width) + " x " + std::to_string(height) +

@@ -72,6 +72,8 @@ static void SortVisible(VoxelList *list) {
                   std::exchange(list->visibleCapacity, sorted.visibleCapacity)};
 }
 
+namespace {
+
 // A walk over the sorted list.
 struct Walk {
   VoxelList *list;
@@ -80,6 +82,8 @@ struct Walk {
   i64 voxelCost;         // of a see-through voxel
   u32 mayBuild;          // caches that this run may still build
 };
+
+}  // namespace
 
 // The nearest blocks whose lists are missing or out of date get new ones, as many a run as the settings allow.
 static void TouchCache(const VisibleBlock &b, Walk *walk) {

@@ -148,11 +148,15 @@ static void TakeChat(Client *client, Reader r) {
   SayToAll(line);
 }
 
+namespace {
+
 struct RecentEdit {
   u32 by;          // the client's id
   double at;
   bool contested;
 };
+
+}  // namespace
 using CellKey = std::tuple<i32, u16, u16, u16>;
 static std::map<CellKey, RecentEdit> RecentEdits;  // by cell
 
@@ -187,11 +191,15 @@ static void Refuse(Client *client, const BlockEdit &edit, const char *why, doubl
   }
 }
 
+namespace {
+
 // Tokens for new chunks on disk. They are of an address: who comes again finds them as they were. Games on this machine, which
 // tests and measures others, have their own each.
 struct SlotBudget {
   double left = SlotBurst, filled = 0;
 };
+
+}  // namespace
 static std::map<std::pair<u32, u16>, SlotBudget> SlotBudgets;
 static SlotBudget SlotTime{SlotTimeBurst, 0};  // of everybody: seconds of the loop
 

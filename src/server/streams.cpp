@@ -16,21 +16,29 @@
 constexpr size_t MostFreshEdits = 100000;
 constexpr double RefreshDelay = 2;  // seconds from the end of a writing to the next one
 
+namespace {
+
 struct StreamFile {
   bool isOld = true;    // the ship was edited since the writing began
   bool isBase = false;  // with Fresh it is the ship
   bool failed = false;  // it could not be written the last time
 };
 
+}  // namespace
+
 static std::vector<StreamFile> Files;  // by row
 static std::vector<BlockEdit> Fresh;
 static bool Wanted = false, TellWanted = false;
+
+namespace {
 
 // The writing in the making.
 struct WrittenShip {
   u16 row = 0;
   bool good = false;
 };
+
+}  // namespace
 static std::vector<WrittenShip> Job;          // the writer's, from its start to its end
 static std::thread Writer;
 static std::atomic<bool> WriterDone{false};   // set by the writer

@@ -19,10 +19,14 @@ thread_local u32 ShadowCastsLeft = UINT32_MAX;
 // What a lamp costs as such, and how much dearer a cell is with shadows.
 constexpr u64 LampCost = 64, ShadowCost = 20;
 
+namespace {
+
 // The cube of cells that a scan round c looks at: one short on the upper side. A coordinate under 16 makes it empty.
 struct Cube {
   int low[3], high[3];
 };
+
+}  // namespace
 
 static bool CubeAround(u16 x, u16 y, u16 z, Cube *cube) {
   const int c[3] = {x, y, z};

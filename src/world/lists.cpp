@@ -6,10 +6,14 @@
 #include "world/access.h"
 #include "world/cells.h"
 
+namespace {
+
 // The four counters of one kind above a cell, chunk first.
 struct Counters {
   u16 *level[4];
 };
+
+}  // namespace
 
 static Counters CountersOf(ListKind kind, const CellAddress &a, Ship *ship) {
   MegaChunk *mega = &ship->megaChunks.load(std::memory_order_relaxed)[a.mega];

@@ -12,9 +12,13 @@
 #include "world/light.h"
 #include "world/lists.h"
 
+namespace {
+
 struct CellPlace {
   u16 x, y, z;
 };
+
+}  // namespace
 
 // The coordinate whose digit stands at scale 1, 10 or 100 of each index.
 static u16 Coordinate(const CellAddress &a, unsigned scale) {

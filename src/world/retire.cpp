@@ -9,10 +9,14 @@
 
 using PassCounts = std::array<u64, MaxLoops>;
 
+namespace {
+
 struct RetiredShip {
   Ship *ship;
   PassCounts passes;  // of all loops when it left the table; 0 for one that didn't run
 };
+
+}  // namespace
 
 static std::atomic<u64> Passes[MaxLoops];    // passes begun; 0 while a loop doesn't run. Written by the loops' threads.
 static std::vector<RetiredShip> Retired;     // world mutex

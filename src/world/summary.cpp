@@ -8,11 +8,15 @@
 #include "world/access.h"
 #include "world/cells.h"
 
+namespace {
+
 // Running totals of a walk; extents on the three axes.
 struct Totals {
   double mass = 0, moment[3] = {};
   u16 low[3] = {65535, 65535, 65535}, high[3] = {};
 };
+
+}  // namespace
 
 static double MassOf(u64 head) {
   return Materials[HeadMaterial(head)].density * static_cast<double>(Components[HeadComponent(head)].fillPercent) * 0.01;

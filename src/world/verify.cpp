@@ -4,9 +4,13 @@
 #include "world/cells.h"
 #include "world/lists.h"
 
+namespace {
+
 struct CheckCounts {
   unsigned kind[ListKinds] = {};
 };
+
+}  // namespace
 
 static std::string Fault(const char *what, const CellAddress &a) {
   return std::string(what) + " at " + std::to_string(a.mega) + " " + std::to_string(a.super) + " " + std::to_string(a.chunk) + " " +

@@ -17,6 +17,8 @@ namespace fs = std::filesystem;
 
 constexpr const char *Sounds = "config/audio/sounds", *Music = "config/audio/music";
 
+namespace {
+
 struct Sound : testing::Test {
   void SetUp() override {
     setenv("ALSOFT_DRIVERS", "null", 1);
@@ -41,6 +43,8 @@ struct Sound : testing::Test {
   }
   static bool Plays(int slot) { return IntOf(slot, AL_SOURCE_STATE) == AL_PLAYING; }
 };
+
+}  // namespace
 
 TEST_F(Sound, EverySlotHasItsSoundAndOnlyBreathingPlaysFromTheStart) {
   ASSERT_TRUE(InitSound());
@@ -157,7 +161,7 @@ TEST_F(Sound, ASongThatEndsIsNoticed) {
 }
 
 static void Truncate(const fs::path &path) { fs::resize_file(path, fs::file_size(path) / 3); }
-static void Rubbish(const fs::path &path) { WriteText(path, std::string("OggS\0\2", 6) + std::string(3000, 'x')); }
+static void Rubbish(const fs::path &path) { WriteText(path, std::string("OggS\0\2", 6).append(3000, 'x')); }
 static void Remove(const fs::path &path) { fs::remove_all(path); }
 static void Empty(const fs::path &path) { WriteText(path, ""); }
 

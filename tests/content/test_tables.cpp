@@ -18,11 +18,15 @@ static std::string ComponentRow(int id, const std::string &rest, const std::stri
   return std::to_string(id) + " 1 2 3 0 0 0 " + stem + " " + rest + "\n";
 }
 
+namespace {
+
 // Runs a load over a file in a fresh installation and gives its result and the log.
 struct Loaded {
   int result;
   std::string log;
 };
+
+}  // namespace
 static Loaded LoadText(const std::string &table, const std::string &file) {
   UseTemporaryInstallation();
   std::filesystem::remove("config/graphics");

@@ -8,6 +8,8 @@
 #include "gameplay/player.h"
 #include "support/ship_test.h"
 
+namespace {
+
 struct Pieces : ShipTest {
   void SetUp() override {
     ShipTest::SetUp();
@@ -46,6 +48,8 @@ struct Pieces : ShipTest {
     return TheShipTable.current;
   }
 };
+
+}  // namespace
 
 TEST_F(Pieces, ThePlayerBelongsToTheNearestShipWithinThirtyBlocks) {
   AddShip(1000, 1010);

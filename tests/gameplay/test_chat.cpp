@@ -2,6 +2,8 @@
 
 #include "gameplay/play.h"
 
+namespace {
+
 struct Chat : Play {
   void SetUp() override {
     Play::SetUp();
@@ -13,6 +15,8 @@ struct Chat : Play {
   }
   static std::string Text() { return ReadChat().text; }
 };
+
+}  // namespace
 
 TEST_F(Chat, OnlyCharactersPressedAfterTheOpeningOneAreTyped) {
   Type("t");

@@ -30,16 +30,22 @@ void EndTable() {
   DeriveComponentTraits();
 }
 
+namespace {
+
 // A cell beside the middle: a component, and the turn in which it stands.
 struct Beside {
   int x, y, z;
   int id;
   unsigned rotation = 1, rotation2 = 0;
 };
+
+}  // namespace
 constexpr int At = 500;
 constexpr int SideSteps[6][3] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};  // x+ x- y+ y- z+ z-
 
 }  // namespace
+
+namespace {
 
 // A world in which each case begins on free ground.
 struct Connect : Play {
@@ -79,6 +85,8 @@ struct Connect : Play {
     EXPECT_EQ(b.rotation2, cell.rotation2) << what;
   }
 };
+
+}  // namespace
 
 TEST_F(Connect, ABlockStandsOnTheFaceOfItsTarget) {
   const struct { int x, y, z, id; unsigned held, rotation; } cases[] = {
@@ -166,6 +174,8 @@ TEST_F(Connect, ChanceDrawsTheFormAndBothTurns) {
   }
 }
 
+namespace {
+
 // A piece in the middle, alone or with kin on some sides (one bit each, x+ lowest) and walls on others.
 struct Joint {
   int held;
@@ -173,6 +183,8 @@ struct Joint {
   Ids ids;
   unsigned rotation = 1, rotation2 = 0;
 };
+
+}  // namespace
 
 constexpr unsigned XP = 1, XN = 2, YP = 4, YN = 8, ZP = 16, ZN = 32;
 

@@ -4,6 +4,8 @@
 #include "gameplay/play.h"
 #include "gui/tutorial.h"
 
+namespace {
+
 // The tutorial runs, and its first step waits for the word; the second one waits for a word that nobody knows.
 struct Lesson : Play {
   void SetUp() override {
@@ -21,6 +23,8 @@ struct Lesson : Play {
     RefreshTarget();
   }
 };
+
+}  // namespace
 
 TEST_F(Lesson, AdvancesOnTheKeyThatItWaitsForAndOnNoOther) {
   const Controls &c = Options.controls;

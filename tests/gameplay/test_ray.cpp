@@ -4,6 +4,8 @@
 #include "content/components.h"
 #include "gameplay/play.h"
 
+namespace {
+
 struct Aim : Play {
   Player player;
   Target target;
@@ -27,6 +29,8 @@ struct Aim : Play {
     return answer;
   }
 };
+
+}  // namespace
 
 TEST_F(Aim, VoxelRaysSampleThePlaceJustBeyondTheirBlock) {
   Place(5002, 5000, 5000);

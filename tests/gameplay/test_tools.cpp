@@ -7,6 +7,8 @@
 #include "gameplay/play.h"
 #include "platform/threads.h"
 
+namespace {
+
 // The player looks along -z at a block five cells ahead.
 struct Tools : Play {
   void SetUp() override {
@@ -24,6 +26,8 @@ struct Tools : Play {
   }
   bool TakenAhead(int cells) const { return Taken(Middle, Middle, Middle - cells); }
 };
+
+}  // namespace
 
 TEST_F(Tools, BuilderAndCutterWorkOnAPressAndThenAtEachRepeat) {
   Place(Middle, Middle, Middle - 6);

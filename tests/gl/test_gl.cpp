@@ -8,6 +8,8 @@
 #include "gl/shaders.h"
 #include "gl/window_ladder.h"
 
+namespace {
+
 struct Gl : testing::Test {
   void SetUp() override {
     ResetOptions();
@@ -25,6 +27,8 @@ struct GlWindow : Gl {
   }
   void TearDown() override { CloseWindow(); }
 };
+
+}  // namespace
 
 // A folder of stars without a picture, to be filled.
 static void OwnStars() {
@@ -106,11 +110,15 @@ TEST_F(GlWindow, SmallWindowsKeepTheSmallestView) {
   }
 }
 
+namespace {
+
 // The two halves of a list, to be filled and published.
 struct Cubes {
   std::vector<float> locations;
   std::vector<u8> colours;
 };
+
+}  // namespace
 
 // A cube at so many blocks from the eye of Eye().
 static void AddCube(Cubes *cubes, float right, float up, float ahead, float scale, const u8 (&colour)[4]) {

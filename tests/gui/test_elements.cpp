@@ -27,6 +27,8 @@ static void NoteAndClose(int arg) {
   GuiPendingClose = true;
 }
 
+namespace {
+
 struct Elements : testing::Test {
   void SetUp() override {
     for (const GuiTypeSource &source : GuiTypeSources) SetGuiType(source);
@@ -37,6 +39,8 @@ struct Elements : testing::Test {
   }
   void TearDown() override { ClearElements(); }
 };
+
+}  // namespace
 
 TEST_F(Elements, LabelsComeFromTheLanguageOrTheText) {
   GuiStrings.assign(GuiStringRows, "");

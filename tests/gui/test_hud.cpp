@@ -6,6 +6,8 @@
 #include "content/components.h"
 #include "content/materials.h"
 
+namespace {
+
 // Two components, two materials, with names.
 struct Hud : testing::Test {
   HudPanels panels;
@@ -35,6 +37,8 @@ struct Hud : testing::Test {
     return 0;
   }
 };
+
+}  // namespace
 
 TEST_F(Hud, APanelGoesOutBeforeItShowsSomethingElse) {
   EXPECT_EQ(Settle(Held(1, 1, 2)), 22) << "eleven frames out, eleven in";

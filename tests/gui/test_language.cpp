@@ -42,6 +42,8 @@ static std::string Names() {
   return names;
 }
 
+namespace {
+
 struct Language : testing::Test {
   void SetUp() override {
     UseTemporaryInstallation();
@@ -49,6 +51,8 @@ struct Language : testing::Test {
     MakeTables();
   }
 };
+
+}  // namespace
 
 TEST_F(Language, NamesRowsAndFamilies) {
   const std::string log = LogOfLoading("Yes\r\n\n" + std::string(200, 'x') +

@@ -44,6 +44,8 @@ static int KnobY() {
   return -9999;
 }
 
+namespace {
+
 struct Screens : testing::Test {
   Ship *ship = nullptr;
 
@@ -67,6 +69,8 @@ struct Access {
   double (*get)();
   void (*set)(double);
 };
+
+}  // namespace
 template <auto Value>
 static Access To() {
   return {[] { return static_cast<double>((Options.*Value).load()); }, [](double v) {

@@ -13,6 +13,8 @@
 
 using Lines = std::vector<std::string>;
 
+namespace {
+
 struct Tutorial : testing::Test {
   void SetUp() override {
     LoadTables();
@@ -31,6 +33,8 @@ struct Tutorial : testing::Test {
   }
   static Lines Shown() { return {TutorialLines, TutorialLines + TutorialLineCount}; }
 };
+
+}  // namespace
 
 TEST_F(Tutorial, BreaksAStepIntoTheLinesOfItsWindow) {
   const std::string words = "abcdefghijkl mnopqrstuvw", eight = "a $b $c $d $e $f $g $h";

@@ -77,6 +77,8 @@ static std::string NewestLine(int row = 0) {
 
 static Ship *ShipOf(int row) { return ShipAt(TheShipTable, static_cast<u16>(row)); }
 
+namespace {
+
 struct Session : ShipTest {
   void SetUp() override {
     ShipTest::SetUp();
@@ -88,6 +90,8 @@ struct Session : ShipTest {
     ShipTest::TearDown();
   }
 };
+
+}  // namespace
 
 TEST_F(Session, EachPacketDoesWhatItSays) {
   Handle(PacketBlockPlace, Edit(PacketBlockPlace, 1, 10));
@@ -150,10 +154,14 @@ TEST_F(Session, WrongRowsAndCountsAreReportedAndChangeNothing) {
   }
 }
 
+namespace {
+
 struct Sample {
   u8 type;
   Bytes payload;
 };
+
+}  // namespace
 
 // One whole packet of each kind that carries anything.
 static std::vector<Sample> Samples() {
@@ -273,6 +281,8 @@ TEST_F(Session, OnlyShipsAreWrittenAndOnlyIntoTheirFolder) {
   EXPECT_EQ(files(), before + 4);  // the ships, and the notes that they were downloads
 }
 
+namespace {
+
 // A server on the loopback that does what a test tells it.
 struct OnTheWire : Session {
   void SetUp() override {
@@ -329,6 +339,8 @@ struct OnTheWire : Session {
   ENetPeer *peer = nullptr;
   std::vector<Bytes> received;
 };
+
+}  // namespace
 
 TEST_F(OnTheWire, BothSidesHearOfAllAndNobodyTwice) {
   EXPECT_TRUE(HeardOf(Join({{PacketHello}, Text("0.23.0 Demo "), Text("Me"), {0}})));

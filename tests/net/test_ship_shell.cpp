@@ -6,6 +6,8 @@
 
 using Place = std::array<int, 3>;
 
+namespace {
+
 struct Shell : ShipTest {
   void Fill(const Place &low, const Place &size, auto wanted) {
     for (int x = 0; x < size[0]; ++x)
@@ -18,6 +20,8 @@ struct Shell : ShipTest {
           }
   }
 };
+
+}  // namespace
 
 static std::array<Place, 6> Around(const Place &p) {
   const auto [x, y, z] = p;

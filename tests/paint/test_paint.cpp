@@ -12,6 +12,8 @@
 constexpr int Width = 960, Height = 540;  // half of the design's size: one unit is half a pixel
 constexpr u8 White[3] = {255, 255, 255}, Green[3] = {0, 230, 0}, DullGreen[3] = {0, 199, 0};
 
+namespace {
+
 struct Paint : testing::Test {
   void SetUp() override {
     if (getenv("DISPLAY") == nullptr) GTEST_SKIP() << "no display";
@@ -30,6 +32,8 @@ struct Paint : testing::Test {
     CloseWindow();
   }
 };
+
+}  // namespace
 
 // A black picture, ready for the GUI.
 static void BeginFrame() { DrawFrame({}, {}); }

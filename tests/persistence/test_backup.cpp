@@ -17,7 +17,11 @@ static void Keep(const std::string &path, const std::string &date) {
   if (!made.empty()) RemoveOldBackups(made);
 }
 
+namespace {
+
 struct Backup : ShipTest {};
+
+}  // namespace
 
 TEST_F(Backup, TheFirstSaveOfADayKeepsWhatWasThere) {
   static ShipTable table;

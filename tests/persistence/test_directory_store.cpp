@@ -13,6 +13,8 @@
 
 constexpr size_t Slot = 14002;
 
+namespace {
+
 struct DirectoryStore : ShipTest {
   static int Update(Ship *to, const Cell &at, u64 head) { return SaveBlockUpdate(BlockFromHead(head), at[0], at[1], at[2], to); }
   static void SaveNew(const char *stem, const Cells &cells) {
@@ -21,6 +23,8 @@ struct DirectoryStore : ShipTest {
     Drop(made);
   }
 };
+
+}  // namespace
 
 TEST_F(DirectoryStore, AShipsFilesHaveTheDocumentedBytes) {
   PlaceHere(ship, 5042, 7, 310, CubeOf(5, 2, 3, 1));

@@ -5,6 +5,8 @@
 #include "persistence/ships.h"
 #include "persistence/stream.h"
 
+namespace {
+
 struct ShipFiles : ShipTest {
   void SetUp() override {
     ShipTest::SetUp();
@@ -17,6 +19,8 @@ struct ShipFiles : ShipTest {
     return ReadText("saves/made.sts");
   }
 };
+
+}  // namespace
 
 TEST_F(ShipFiles, ASavedShipIsAPlainGzipFileAndLoadsEqual) {
   ship->displayName = "The Tarn";

@@ -3,6 +3,8 @@
 
 #include "persistence/ships.h"
 
+namespace {
+
 struct Stream : ShipTest {
   std::string Packed() {
     ScopedLock world(&WorldMutex);
@@ -19,6 +21,8 @@ struct Stream : ShipTest {
     return CellsOf(*ship);
   }
 };
+
+}  // namespace
 
 TEST_F(Stream, ShipsKeepEveryBlockAndTheirName) {
   Cells corners;

@@ -6,6 +6,8 @@
 #include "world/cells.h"
 #include "world/light.h"
 
+namespace {
+
 struct TextForm : ShipTest {
   void Use(Ship *other) {
     Drop(ship);
@@ -27,6 +29,8 @@ struct Known {
   u16 x, material, component;
   unsigned rotation, rotation2;
 };
+
+}  // namespace
 
 static Cells CellsOfKnown(const std::vector<Known> &blocks) {
   Cells cells;

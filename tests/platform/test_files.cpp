@@ -12,6 +12,8 @@ static size_t EntriesIn(const fs::path &folder) {
   return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
 }
 
+namespace {
+
 struct Files : testing::Test {
   void SetUp() override {
     UseTemporaryInstallation();
@@ -19,6 +21,8 @@ struct Files : testing::Test {
     fs::current_path("files");
   }
 };
+
+}  // namespace
 
 TEST_F(Files, AReplacementIsWholeOrLeavesTheOldFile) {
   WriteText("folder/name.tmp", "left by a game that was killed, and longer than what comes");

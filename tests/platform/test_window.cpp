@@ -29,6 +29,8 @@ static void PollForEvents(size_t count) {
   PollUntil([count] { return Events.size() >= count; });
 }
 
+namespace {
+
 struct WindowTest : testing::Test {
   void SetUp() override {
     if (getenv("DISPLAY") == nullptr) GTEST_SKIP() << "no display";
@@ -51,6 +53,8 @@ struct WindowTest : testing::Test {
     CloseWindow();
   }
 };
+
+}  // namespace
 using Strings = std::vector<std::string>;
 
 TEST_F(WindowTest, HeldKeyIsOnePressAndOneCharacter) {

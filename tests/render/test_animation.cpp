@@ -3,6 +3,8 @@
 
 #include "render/blocks.h"
 
+namespace {
+
 struct Animation : Render {
   u16 first = 0;
   void SetUp() override {
@@ -12,6 +14,8 @@ struct Animation : Render {
     SolidComponent(-2);
   }
 };
+
+}  // namespace
 
 TEST_F(Animation, RingClosesAndEachFrameLastsSeventeenAppends) {
   const Block b = CubeOf(5, first);

@@ -7,6 +7,8 @@
 #include "render/blocks.h"
 #include "render/colour.h"
 
+namespace {
+
 struct Entry {
   int x, y, z;
   u32 colour;
@@ -154,12 +156,16 @@ struct SlowModel {
   }
 };
 
+}  // namespace
+
 static std::vector<Entry> EntriesOf(const BlockCache *c, int level) {
   const CacheList part = ListOf(c, static_cast<CacheLevel>(level));
   std::vector<Entry> entries;
   for (unsigned e = 0; e < part.count; ++e) entries.push_back({part.voxels[e].x, part.voxels[e].y, part.voxels[e].z, part.colours[e]});
   return entries;
 }
+
+namespace {
 
 struct Cache : Render {
   u16 components[6] = {}, materials[3] = {};
@@ -190,6 +196,8 @@ struct Cache : Render {
     return n;
   }
 };
+
+}  // namespace
 
 TEST_F(Cache, ListsAreThoseOfTheSlowModel) {
   for (int round = 0; round < 240; ++round) {

@@ -34,12 +34,16 @@ static void WriteKind(const char *path, int type, int depth, Bytes rows, bool se
   fclose(file);
 }
 
+namespace {
+
 struct Image : testing::Test {
   void SetUp() override {
     UseTemporaryInstallation();
     LogInit();
   }
 };
+
+}  // namespace
 
 TEST_F(Image, EveryKindOfPngComesOutAsFourBytes) {
   const struct { const char *name; int type, depth; Bytes rows; bool seeThrough; Bytes wanted; } kinds[] = {

@@ -9,6 +9,8 @@
 #include "render/matrix.h"
 #include "render/view.h"
 
+namespace {
+
 struct ParseTest : Render {
   FrustumPlanes planes{};
   u16 solid = 0, glassy = 0, glass = 1, sparkling = 1;
@@ -84,6 +86,8 @@ struct ParseTest : Render {
     return true;
   }
 };
+
+}  // namespace
 
 TEST_F(ParseTest, VisibleBlocksAreThoseOfASlowFilter) {
   std::vector<std::array<int, 3>> cells;

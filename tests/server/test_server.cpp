@@ -62,6 +62,8 @@ static std::map<u16, u16> WorldOf(const std::vector<BlockEdit> &sent, const std:
   return materials;
 }
 
+namespace {
+
 struct Server : ShipTest {
   void SetUp() override {
     ShipTest::SetUp();
@@ -105,6 +107,8 @@ struct Server : ShipTest {
   std::thread thread;
   Bot a, b, c;
 };
+
+}  // namespace
 
 TEST_F(Server, AGameGetsTheWorldTheListsAndAName) {
   Enter(&a, "Ada");

@@ -10,6 +10,8 @@
 
 constexpr u16 Cold = 1, Warm = 2;  // two materials with round numbers
 
+namespace {
+
 struct Heat : ShipTest {
   void SetUp() override {
     ShipTest::SetUp();
@@ -38,6 +40,8 @@ struct Heat : ShipTest {
   }
   Material kept[2];
 };
+
+}  // namespace
 
 static Block OfTemperature(u16 material, unsigned temp) {
   Block b = CubeOf(material);

@@ -8,12 +8,16 @@
 #include "world/light.h"
 #include "world/lists.h"
 
+namespace {
+
 struct World : ShipTest {
   void SetUp() override {
     ShipTest::SetUp();
     ResetOptions();
   }
 };
+
+}  // namespace
 
 static u16 GlassRow() {
   u16 row = 1;
@@ -80,6 +84,8 @@ static Cell CellWithin(std::mt19937 *random, Cell low, const Cell &size) {
   return low;
 }
 
+namespace {
+
 // A model that a child could write: a map of cells with the same rules read straight from them.
 struct Model {
   std::map<Cell, Block> cells;
@@ -109,6 +115,8 @@ struct Model {
     return around;
   }
 };
+
+}  // namespace
 
 TEST_F(World, RandomEditsAgreeWithAPlainMapOfCells) {
   std::mt19937 random(7);

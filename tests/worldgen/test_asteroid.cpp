@@ -37,9 +37,13 @@ static Body Grown(u16 size, u32 seed) {
   return body;
 }
 
+namespace {
+
 struct Asteroid : testing::Test {
   void SetUp() override { LoadTables(); }
 };
+
+}  // namespace
 
 // Whether a cell of the body lies as it should and knows the light of the heart and no other.
 static void CheckLitRock(const std::array<int, 3> &at, u64 head, const Ship &ship) {

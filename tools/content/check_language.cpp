@@ -29,11 +29,15 @@ constexpr struct {
               {85, 0, 17}, {87, 0, 17}, {40, 0, 18}, {47, 0, 18}, {69, 0, 18}, {70, 0, 18}, {82, 0, 18}, {61, 0, 14},
               {62, 0, 14}, {63, 0, 14}, {26, 0, 18}, {80, 0, 18}, {49, 0, 17}, {27, 0, 22}, {89, 0, 22}, {71, 72, 20}};
 
+namespace {
+
 struct Lines {
   std::string path;
   std::vector<std::string> text;
   size_t next = 0;  // place of the next line; also the number of the last one taken
 };
+
+}  // namespace
 
 }  // namespace
 
@@ -85,10 +89,14 @@ static bool CheckTexts(Lines *lines) {
   return true;
 }
 
+namespace {
+
 struct Pair {
   int number = 0;
   std::string word;
 };
+
+}  // namespace
 
 // False when the line isn't a number and one word.
 static bool ToPair(const std::string &text, Pair *pair) {

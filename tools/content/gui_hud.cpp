@@ -81,6 +81,8 @@ void DrawMaterialCard(Canvas *canvas) {
   DrawCard(canvas, TealCard, HueOf(60, 140, 130), 112);
 }
 
+namespace {
+
 // The six sides of a cube seen from above, as corners of a hexagon around its middle.
 struct Side {
   std::array<Spot, 4> corners;  // in edge lengths
@@ -89,6 +91,8 @@ struct Side {
 };
 
 enum SideName { SideRight, SideLeft, SideUp, SideDown, SideFront, SideBack };
+
+}  // namespace
 
 constexpr double Half = 0.5;
 constexpr double Wide = 0.8660254037844386;

@@ -16,7 +16,11 @@ namespace fs = std::filesystem;
 
 static constexpr const char *textsFolder = "tools/content/texts/";
 static constexpr const char *sections[] = {"[texts]", "[materials]", "[components]"};
+namespace {
+
 enum Section { Texts, MaterialNames, ComponentNames, Sections };
+
+}  // namespace
 
 using Words = std::map<int, std::string>;  // by row of the screens' texts, or by id
 

@@ -25,12 +25,16 @@ static void AddDoors(std::vector<ComponentRow> *rows) {
   rows->push_back(OfClass("airlock", Plain(2013, "Dockring", "dockring", DrawDockRing, "Doors")));
 }
 
+namespace {
+
 struct LampForm {
   int id;
   void (*draw)(Grid &, int);
   const char *names[LampColours];  // red, green, blue, amber, white, violet
   const char *stems[LampColours];
 };
+
+}  // namespace
 
 static const LampForm lampForms[] = {
     {2020, DrawDomeLamp,

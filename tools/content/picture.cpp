@@ -12,6 +12,8 @@ static void AppendBytes(png_structp png, png_bytep data, png_size_t size) {
 
 static void FlushNothing(png_structp) {}
 
+namespace {
+
 // What the two kinds of picture have in common.
 struct Rows {
   int width;
@@ -19,6 +21,8 @@ struct Rows {
   const uint8_t *pixels;
   int channels;  // 3, or 4 with opacity
 };
+
+}  // namespace
 
 // False when the library gives up half-way.
 static bool Encode(png_structp png, png_infop info, const Rows &rows, std::string *bytes) {

@@ -17,10 +17,14 @@ struct Site {
   int depth;  // how far its outer faces lie below the block's face
 };
 
+namespace {
+
 struct Nearest {
   int site;
   float margin;  // how much farther away the second site is
 };
+
+}  // namespace
 
 }  // namespace
 

@@ -37,8 +37,12 @@ const char *const lastWords = "B4:2 D5:1 | E5:3 | r:1 D5:1 B4:1 | G4:3 | r:3 | G
 
 }  // namespace
 
+namespace {
+
 // The left hand: a bass and two quiet chords, or all tones one after the other, or only the chord.
 enum class Hand { Waltz, Broken, Still };
+
+}  // namespace
 
 static void AddBar(Part *part, const Bar &bar, float at, Hand hand) {
   const std::vector<float> chord = ReadChord(bar.chord);

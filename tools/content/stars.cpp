@@ -17,6 +17,8 @@ struct Vec {
   float x, y, z;
 };
 
+namespace {
+
 struct Colour {
   float r, g, b;  // 0 to 255
 };
@@ -31,6 +33,8 @@ struct Star {
 struct Face {
   Vec corner, column, row;
 };
+
+}  // namespace
 
 constexpr Face faces[6] = {
     {{1, -1, -1}, {-2, 0, 0}, {0, 2, 0}},  // z = -1

@@ -29,6 +29,8 @@ constexpr double MoveDelay = 0.033, EditDelay = 0.2, Patience = 60;  // seconds
 constexpr u16 SharedCells = 8;               // that all build in
 constexpr int OwnCells = 1000;
 
+namespace {
+
 // One player, and the world as they know it: the material of each cell that anyone has changed, 0 for a removed block.
 struct Player {
   Bot bot;
@@ -41,6 +43,8 @@ struct Player {
   double nextMove = 0, nextEdit = 0;
   size_t lost = 0, heard = 0;
 };
+
+}  // namespace
 
 static std::vector<std::unique_ptr<Player>> Players;
 static std::minstd_rand Generator(7);
@@ -226,10 +230,14 @@ static size_t DifferentOnServer(const char *address, u16 port) {
   return different;
 }
 
+namespace {
+
 // Seconds of processor time of a process so far, and its memory in MiB now and at most.
 struct Usage {
   double cpu = 0, memory = 0, most = 0;
 };
+
+}  // namespace
 
 static Usage UsageOf(const char *pid) {
   Usage u;

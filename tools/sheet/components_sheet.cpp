@@ -20,12 +20,16 @@ constexpr Ink HeadInk{255, 206, 120}, IdInk{150, 220, 210}, NameInk{222, 224, 22
 constexpr u16 StandX = 5000, StandY = 5000;  // components stand in a row along z, two cells apart
 constexpr LightEntry StudioLights[] = {{5, 4, 3, 255, 246, 232, 0}, {-4, 5, -5, 170, 186, 214, 0}, {2, 3, -6, 120, 120, 116, 0}};
 
+namespace {
+
 // Where the next tile goes.
 struct Page {
   Canvas canvas;
   int x = Margin, y = Margin, rowHeight = 0;
   bool wrapped = true;  // the group before takes more than one line: the next one begins a line of its own
 };
+
+}  // namespace
 
 // The rows that have this row as their base, itself first.
 static std::vector<u16> FamilyOf(u16 base) {

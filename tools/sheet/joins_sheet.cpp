@@ -25,6 +25,8 @@ constexpr LightEntry Studio[] = {{5, 4, 3, 255, 246, 232, 0}, {-4, 5, -5, 150, 1
 constexpr int Rounds = 12;
 constexpr auto RoundTime = std::chrono::milliseconds(1050);
 
+namespace {
+
 // A structure in the making; (0, 0, 0) is its corner.
 struct Site {
   Hand hand;
@@ -39,6 +41,8 @@ struct Panel {
   const char *note = "";
   bool fromBack = false;
 };
+
+}  // namespace
 
 static Cell3 At(const Site &s, int x, int y, int z) {
   return {static_cast<u16>(s.x + x), static_cast<u16>(StandY + y), static_cast<u16>(StandZ + z)};

@@ -15,6 +15,8 @@ constexpr float FaceShade[3] = {0.84f, 1.0f, 0.68f};            // faces across 
 constexpr float Far = 1e30f;
 constexpr int VoxelsPerCell = 16;
 
+namespace {
+
 // The camera: rays run along `look`; `right` and `up` span the picture.
 struct View {
   float look[3], right[3], up[3];
@@ -27,6 +29,8 @@ struct PaintedVoxel {
   float at[3];  // its lower corner
   u32 colour;   // red in the lowest byte, then green, blue, alpha
 };
+
+}  // namespace
 
 static float Dot(const float (&a)[3], const float (&b)[3]) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
 

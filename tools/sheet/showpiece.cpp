@@ -18,6 +18,8 @@ constexpr int EngineWall = -17, BridgeWall = 11;  // x of the two bulkheads
 constexpr int CorridorHalf = 2;                 // z from the keel to the corridor's walls
 constexpr int NacelleDistance = 9;              // z from the keel to a nacelle's middle
 
+namespace {
+
 struct Spot {
   int x, y, z;
 };
@@ -27,16 +29,22 @@ struct Section {
   int x0, x1, half, low, high, slopes;  // slopes: layers at the top that are narrower
 };
 
+}  // namespace
+
 constexpr Section Sections[] = {{-24, -23, 4, -2, 4, 1}, {-22, -18, 5, -3, 5, 2}, {-17, 10, 5, -3, 4, 2},
                                 {11, 13, 5, -3, 3, 1},   {14, 16, 4, -3, 2, 1},   {17, 19, 3, -3, 1, 1}};
 constexpr Section NacelleSection = {-23, -6, 2, -4, 0, 1};
 constexpr Spot Sides[6] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
 constexpr Spot Up{0, 1, 0}, Down{0, -1, 0}, Fore{1, 0, 0}, Aft{-1, 0, 0}, Starboard{0, 0, 1}, Port{0, 0, -1};
 
+namespace {
+
 // What the ship is made of: rows of Materials.
 struct Stuffs {
   u16 hull, trim, dark, steel, glass, copper, brass, deck, cloth, wood, teal, tech;
 };
+
+}  // namespace
 static Stuffs Of;
 
 static Hand TheHand;
@@ -143,6 +151,8 @@ static u16 NacelleStuff(Spot p) {
   return p.x == -12 || p.x == -13 ? Of.hull : Of.trim;
 }
 
+namespace {
+
 // A body to be plated, with a box round it.
 struct Body {
   bool (*inside)(Spot);
@@ -150,6 +160,8 @@ struct Body {
   u16 (*edge)(Spot);
   Spot low, high;
 };
+
+}  // namespace
 
 template <typename Visit>
 static void ForEachSpot(const Body &b, Visit visit) {

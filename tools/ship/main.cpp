@@ -50,11 +50,15 @@ static constexpr const char *help =
     "Ends with 0 when all is well; 1 when a ship is damaged or missing or can't be written; 2 when it was called wrongly.\n"
     "A damaged ship is converted as far as it can be read, and the end is 1.\n";
 
+namespace {
+
 struct Call {
   std::string root = ".", command;
   bool force = false, help = false;
   std::vector<std::string> words;
 };
+
+}  // namespace
 
 static int Complain(const std::string &text) {
   std::fprintf(stderr, "tarnvale-ship: %s\n", text.c_str());

@@ -10,11 +10,15 @@
 #include "world/access.h"
 #include "world/cells.h"
 
+namespace {
+
 // How many blocks use a row of one of the tables.
 struct RowUse {
   u64 blocks = 0;
   u16 row = 0;
 };
+
+}  // namespace
 
 u64 CountBlocks(const Ship &ship) {
   u64 count = 0;
