@@ -3,7 +3,6 @@
 #include <AL/alure.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -69,15 +68,16 @@ static u16 SongSeconds() {
   return static_cast<u16>(std::clamp<i64>(alureGetStreamLength(SongStream) / frequency, 0, 65535));
 }
 
-// Streams the file on the music slot. SoundMutex held. False with the reason logged.
+// Streams the file on the music slot. False with the reason logged. To open the file and to decode its first seconds takes up
+// to 20 ms, so SoundMutex is held for the gain alone: the stream is this thread's, and the other slots' calls don't fail.
 static bool StartSong(const char *path) {
   ReleaseSong();
   SongStream = alureCreateStreamFromFile(path, ChunkMicroseconds, 0, nullptr);
   if (SongStream == nullptr) {
-    std::printf("%s: %s\n", path, alureGetErrorString());
+    Print("%s: %s\n", path, alureGetErrorString());
     return LogError("Cannot stream song") != 0;
   }
-  SetSource(SlotMusic, AL_GAIN, Options.MusicVolume * MusicGain);
+  SetMusicGain();
   SongPlaying = true;
   if (alurePlaySourceStream(SoundSlots[SlotMusic], SongStream, ChunksInFlight, 0, SoundEnded, nullptr)) return true;
   SongPlaying = false;
@@ -88,7 +88,6 @@ u16 PlaySong(int index) {
   if (SoundOff || MusicOff || Options.MusicVolume < QuietestMusic || index >= SongCount) return 0;
   LastSong = index < 0 ? AnyOtherSong() : index;
   LogInt("Playing song", LastSong);
-  const ScopedLock guard(&SoundMutex);
   return StartSong(SongPaths[LastSong].c_str()) ? SongSeconds() : u16{0};
 }
 

@@ -6,7 +6,7 @@
 #include "audio/sound.h"
 #include "platform/threads.h"
 
-extern Mutex SoundMutex;               // round the calls of a play, so that a fault is met by the one who made it
+extern Mutex SoundMutex;               // round the calls of a slot's play, so that a fault is met by the one who made it
 extern u32 *SoundSlots;                // the SlotCount sources; main thread, in InitSound
 extern std::atomic<bool> SongPlaying;  // set with a song's start, cleared by SoundEnded
 
@@ -15,4 +15,4 @@ void SetSource(int slot, int property, float value);  // A fault is dropped. Sou
 void SoundEnded(void *, u32 source);
 
 bool ListSongs();     // Reads the music folder. False, with the reason logged, when there is no song.
-void ReleaseSong();   // Ends the song, if there is one. SoundMutex held.
+void ReleaseSong();   // Ends the song, if there is one. The music timer's thread, or the main thread behind it.

@@ -4,7 +4,6 @@
 #include <AL/al.h>
 #include <AL/alure.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -92,7 +91,7 @@ static void TellDevices() {
   int count = 0;
   const char **names = alureGetDeviceNames(AL_TRUE, &count);
   LogInt("Sound Devices", count);
-  for (int i = 0; names != nullptr && i < count; ++i) std::printf("Audio dev %i: %s \n", i, names[i]);
+  for (int i = 0; names != nullptr && i < count; ++i) Print("Audio dev %i: %s \n", i, names[i]);
   if (names != nullptr) alureFreeDeviceNames(names);
 }
 

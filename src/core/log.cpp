@@ -2,63 +2,172 @@
 // same words on standard output. A file that can't be opened leaves standard output.
 #include "core/log.h"
 
+#include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <chrono>
 #include <cinttypes>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <mutex>
 
-static const char *LogPath = "errors.txt";  // set by LogInit, before there is a second thread
+#include "core/repeats.h"
+#include "core/utils.h"
 
-static std::mutex logMutex;  // one round for each message, file and output together
+namespace {
 
-static thread_local LogLimit *Limit = nullptr;
+constexpr off_t LargestLog = 64 << 20;
+constexpr const char *OldEnding = ".old";
 
-void LimitLog(LogLimit *limit) { Limit = limit; }
+const char *LogPath = "errors.txt";  // set by LogInit, before there is a second thread
 
-static void AppendToFile(const char *line) {
-  FILE *file = std::fopen(LogPath, "a+");
+std::mutex logMutex;  // one round for each message: its count, file and output together
+LineRepeats Repeats;  // logMutex
+
+thread_local LogLimit *Limit = nullptr;
+
+double Now() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
+
+// Where the old one can't be moved away, it goes.
+std::FILE *BeginAgain(std::FILE *full) {
+  std::fclose(full);
+  char old[LineRoom];
+  std::snprintf(old, sizeof old, "%s%s", LogPath, OldEnding);
+  std::rename(LogPath, old);
+  return std::fopen(LogPath, "w+");
+}
+
+void AppendToFile(const char *line) {
+  std::FILE *file = std::fopen(LogPath, "a+");
+  struct stat info{};
+  const bool full = file != nullptr && fstat(fileno(file), &info) == 0 &&
+                    info.st_size > LargestLog - static_cast<off_t>(std::strlen(line));
+  if (full) file = BeginAgain(file);
   if (file == nullptr) return;
   std::fputs(line, file);
   std::fclose(file);
 }
 
-// A pipe that nobody empties, or a terminal that was stopped, must not stop the program.
-void PrintLine(const char *line) {
-  pollfd output{STDOUT_FILENO, POLLOUT, 0};
-  if (poll(&output, 1, 0) == 0) return;
-  std::fputs(line, stdout);
-  std::fflush(stdout);
+// A second way to the pipe or terminal behind standard output, on which nobody waits: the first one is shared with others, a
+// shell for one, who count on waiting. -1 with errno ENXIO: nobody reads any more. A file needs none.
+int OpenOutput() {
+  struct stat info{};
+  errno = 0;
+  if (fstat(STDOUT_FILENO, &info) != 0 || !(S_ISFIFO(info.st_mode) || S_ISCHR(info.st_mode))) return -1;
+  return open("/proc/self/fd/1", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
 }
 
-// Formats a message once and sends it both ways. A message over the buffer is cut and keeps its line end.
-__attribute__((format(printf, 1, 2))) static void Emit(const char *format, ...) {
-  char line[2048];
+bool TakesOutput() {
+  pollfd output{STDOUT_FILENO, POLLOUT, 0};
+  return poll(&output, 1, 0) > 0 && output.revents == POLLOUT;
+}
+
+// A pipe that nobody empties, or a terminal that was stopped, must not stop the program.
+void WriteOut(const char *text) {
+  const int own = OpenOutput();
+  if (own < 0 && (errno == ENXIO || !TakesOutput())) return;
+  const ssize_t ignored = write(own < 0 ? STDOUT_FILENO : own, text, std::strlen(text));
+  static_cast<void>(ignored);
+  if (own >= 0) close(own);
+}
+
+// logMutex held.
+void SayBoth(const char *line) {
+  AppendToFile(line);
+  WriteOut(line);
+}
+
+// Formats one message that keeps the end which its form gives it, whatever its texts hold. False when there is none.
+bool Format(char (&line)[LineRoom], bool lineEnds, const char *format, va_list arguments) {
+  const int length = std::vsnprintf(line, sizeof line, format, arguments);
+  if (length < 0) return false;
+  size_t end = static_cast<size_t>(length);
+  const bool cut = end >= sizeof line;
+  if (cut) end = CutAtLetter(line, sizeof line - 2);
+  const bool ends = cut || (end > 0 && line[end - 1] == '\n');
+  line[ends && !cut ? end - 1 : end] = '\0';
+  ReplaceControls(line, lineEnds);
+  if (ends) AppendChar(line, '\n');
+  return true;
+}
+
+__attribute__((format(printf, 1, 2))) void Emit(const char *format, ...) {
+  char line[LineRoom];
   va_list arguments;
   va_start(arguments, format);
-  const int length = std::vsnprintf(line, sizeof line, format, arguments);
+  const bool good = Format(line, false, format, arguments);
   va_end(arguments);
-  if (length < 0) return;
-  if (static_cast<size_t>(length) >= sizeof line) line[sizeof line - 2] = '\n';
-  LogRaw(line, line);
+  if (good) LogRaw(line, line);
+}
+
+__attribute__((format(printf, 1, 2))) void EmitLines(const char *format, ...) {
+  char lines[LineRoom];
+  va_list arguments;
+  va_start(arguments, format);
+  const bool good = Format(lines, true, format, arguments);
+  va_end(arguments);
+  if (good) LogRaw(lines, lines);
+}
+
+}  // namespace
+
+void GuardStreams() {
+  std::signal(SIGPIPE, SIG_IGN);
+  for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd)
+    if (fcntl(fd, F_GETFD) < 0) open("/dev/null", O_RDWR);  // takes the lowest free number, this one
+}
+
+void LimitLog(LogLimit *limit) { Limit = limit; }
+
+void Print(const char *format, ...) {
+  char line[LineRoom];
+  va_list arguments;
+  va_start(arguments, format);
+  const bool good = Format(line, false, format, arguments);
+  va_end(arguments);
+  if (good) WriteOut(line);
+}
+
+void PrintLine(const char *line) {
+  char text[LineRoom];
+  std::snprintf(text, sizeof text, "%.*s", static_cast<int>(CutAtLetter(line, sizeof text - 1)), line);
+  ReplaceControls(text, true);
+  WriteOut(text);
 }
 
 void LogInit(const char *path) {
   LogPath = path;
   const char *line = "info: Error System Initialized \n";
   const std::lock_guard<std::mutex> lock(logMutex);
-  FILE *file = std::fopen(LogPath, "w+");
+  ForgetLines(&Repeats, nullptr);
+  std::FILE *file = std::fopen(LogPath, "w+");
   if (file != nullptr) {
     std::fputs(line, file);
     std::fclose(file);
   }
-  PrintLine(line);
+  WriteOut(line);
 }
 
 int LogError(const char *text) {
   Emit("*ERR: %s \n", text);
+  return 0;
+}
+
+int LogErrorLines(const char *text) {
+  EmitLines("*ERR: %s \n", text);
+  return 0;
+}
+
+int LogErrorAt(int x, int y, int z, const char *text) {
+  char line[LineRoom], printed[LineRoom];
+  std::snprintf(line, sizeof line, "*ERR: %s \n", text);
+  std::snprintf(printed, sizeof printed, "%i %i %i :%.1900s", x, y, z, line);
+  LogRaw(line, printed);
   return 0;
 }
 
@@ -84,6 +193,8 @@ void LogLabelFloat(const char *text, double value) { Emit(":%s %f \n", text, val
 
 void LogLabelInt(const char *text, i64 value) { Emit(":%s %" PRId64 " \n", text, value); }
 
+void LogLabelText(const char *text, const char *text2) { Emit(":%s %s \n", text, text2); }
+
 void LogRaw(const char *fileLine, const char *printedLine) {
   if (Limit != nullptr && Limit->left-- <= 0) {
     Limit->left = 0;
@@ -91,6 +202,15 @@ void LogRaw(const char *fileLine, const char *printedLine) {
     return;
   }
   const std::lock_guard<std::mutex> lock(logMutex);
+  if (!TakeLine(&Repeats, fileLine, Now(), SayBoth)) return;
   AppendToFile(fileLine);
-  PrintLine(printedLine);
+  WriteOut(printedLine);
+}
+
+void TellRepeats(bool all) {
+  std::unique_lock<std::mutex> lock(logMutex, std::defer_lock);
+  if (all) lock.lock();
+  else if (!lock.try_lock()) return;  // who logs now does it
+  if (all) ForgetLines(&Repeats, SayBoth);
+  else TellCounts(&Repeats, Now(), SayBoth);
 }

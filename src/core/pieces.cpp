@@ -86,6 +86,7 @@ void MiscPiece(double *timer) {
   const double start = ClockNow();
   const WindowParameters window = GetWindowParameters();
   if (uiMode == 0 && (!window.active || window.iconified)) MenuWanted = true;
+  TellRepeats();
   LogIfSlow("Misc:", start);
   *timer = ClockNow() + MiscDelay;
 }

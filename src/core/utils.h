@@ -11,6 +11,10 @@ char *CopyString(const char *s);                   // A new malloc'ed copy that 
 char *JoinStrings(const char *a, const char *b);   // A new malloc'ed string of a then b; the caller frees it.
 void AppendChar(char *s, char c);                  // Appends c in place; the buffer must have room for it.
 int Utf8Length(const char *s);                     // Code points among the first 1024 bytes; -1 at exactly 1024.
+size_t CutAtLetter(const char *s, size_t most);    // The length of s, or where to cut it so that at most so many bytes and no part of a letter stay.
+// Makes a text from outside fit for a log or a terminal, in place: every control character, of the second set too, and every
+// byte that is no UTF-8 becomes "?". Line ends stay where lineEnds says so.
+void ReplaceControls(char *s, bool lineEnds = false);
 int FloatToInt(float f);                           // Truncation; out of range values stop at the ends of int.
 void *GrowClear(void *p, size_t newSize, size_t oldSize);  // realloc; clears the bytes behind oldSize. Null on failure.
 char *GenerateName(int length, int spread);        // A malloc'ed pronounceable word of length +- spread letters.

@@ -2,10 +2,13 @@
 // the world or the ship's caches holds the world mutex, and the picture waits for that time.
 #include "gameplay/debug_keys.h"
 
+#include <cinttypes>
 #include <cmath>
+#include <cstdio>
 
 #include "content/options.h"
 #include "core/log.h"
+#include "gameplay/injury.h"
 #include "gameplay/input.h"
 #include "gui/screens.h"
 #include "gui/tutorial.h"
@@ -105,9 +108,37 @@ static void MoreScruff(Ship *ship) {
   if (ship->MatScruffiness < MostScruff) ChangeScruff(ship, ScruffStep);
 }
 
+static void LogPlace(const char *label, i64 x, i64 y, i64 z) {
+  char text[80];
+  std::snprintf(text, sizeof text, "%" PRId64 " %" PRId64 " %" PRId64, x, y, z);
+  LogLabelText(label, text);
+}
+
+// The speed of all axes together and of each, in metres a second: a tick is a thirtieth of one, a block a metre.
+static void LogSpeed(const Player &p) {
+  const double metres = 30.0 / UnitsPerBlock, speed = p.speed;
+  char line[160];
+  std::snprintf(line, sizeof line, "Speed : %4.2fm/s %4.2fG's (%+4.5fx %+4.5fy %+4.5fz) \n", speed * metres,
+                speed * static_cast<double>(GravitiesPerUnit), p.velocity[0] * metres, p.velocity[1] * metres, p.velocity[2] * metres);
+  LogRaw(line, line);
+}
+
+void DumpPlayer(const Player &p, const Ship &ship) {
+  char text[160];
+  std::snprintf(text, sizeof text, "%f %f %f", static_cast<double>(p.relativeLoc[0]), static_cast<double>(p.relativeLoc[1]),
+                static_cast<double>(p.relativeLoc[2]));
+  LogPlace("PlayerSolarLoc", p.solarLoc[0], p.solarLoc[1], p.solarLoc[2]);
+  LogLabelText("PlayerRelativeLoc", text);
+  LogPlace("PlayerShipSolarLoc", ship.position[0], ship.position[1], ship.position[2]);
+  LogLabelInt("Shipnum", p.shipIndex);
+  LogSpeed(p);
+}
+
 static void DumpTarget(Ship *ship) {
-  const Cell3 c = ReadPlayer().target.targetCell;
+  const Player p = ReadPlayer();
+  const Cell3 c = p.target.targetCell;
   DumpBlock(c.x, c.y, c.z, *ship);
+  DumpPlayer(p, *ship);
 }
 
 static void ToggleCollisions(Ship *) {

@@ -3,13 +3,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 
-constexpr float GravitiesPerUnit = 0.00030612244f;  // 3 metres a second for 10000 units, over 9.8
+#include "core/log.h"
+
 constexpr float ImpactThreshold = 4.1f;
 constexpr int MostDamage = 200, LeastPuncture = 4;
+constexpr u8 LastWound = 15;
 
 // The same impact in the same second gives the same result.
 static void SeedByImpact(float speedChange) {
@@ -23,9 +24,14 @@ void ImpactDamage(Player *p, float speedChange) {
   if (!(g > ImpactThreshold)) return;
   const double luck = 2.0 / (std::rand() % 4 + 1.0);
   const int damage = static_cast<int>(std::min(luck * (static_cast<double>(g) - 3.0) * 4.0, double{MostDamage}));
-  std::printf("Ouch! %f G Impact for %i damage! \n", static_cast<double>(g), damage);
+  Print("Ouch! %f G Impact for %i damage! \n", static_cast<double>(g), damage);
   if (damage >= LeastPuncture && p->suitOn && std::rand() % (MostDamage + 1 - damage) < 30) {
     p->suitPunctured = true;
-    std::printf("Oh no! Suit Puncture! \n");
+    Print("Oh no! Suit Puncture! \n");
   }
+}
+
+void WorsenWound(Player *p) {
+  if (p->woundLevel < LastWound) ++p->woundLevel;
+  else LogError("DEATH!");
 }

@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 
 #include "audio/sound.h"
 #include "content/options.h"
+#include "core/log.h"
 #include "core/utils.h"
 #include "gameplay/injury.h"
 #include "platform/window.h"
@@ -291,8 +291,8 @@ static bool PathIsBlocked(Ray *ray, const float (&d)[3], const Ship &ship, bool 
     const int found = StepVoxelRay(ray, ship);
     if (found == RaySpent) return false;
     if (traced) {
-      std::printf("Count: %i : %f %f %f \n", count, static_cast<double>(ray->pos[0]), static_cast<double>(ray->pos[1]),
-                  static_cast<double>(ray->pos[2]));
+      Print("Count: %i : %f %f %f \n", count, static_cast<double>(ray->pos[0]), static_cast<double>(ray->pos[1]),
+            static_cast<double>(ray->pos[2]));
       SpawnMarker(ray->pos[0], ray->pos[1], ray->pos[2]);
     }
     if (found == RaySolid || (found == RayOpen && slow && BesideIsSolid(*ray, thick, ship))) return true;
@@ -323,11 +323,9 @@ static void FollowPath(Player *p, const Ship &ship, Motion *m) {
   const Vec3f from = EyeOf(*p), to{from.x + m->d[0], from.y + m->d[1], from.z + m->d[2]};
   const bool traced = KeyIsDown(KeyF4);
   if (traced) {
-    std::printf("RayLength: %f %f %f \n", static_cast<double>(m->d[0]), static_cast<double>(m->d[1]),
-                static_cast<double>(m->d[2]));
-    std::printf("Points: %f %f %f : %f %f %f \n", static_cast<double>(from.x), static_cast<double>(from.y),
-                static_cast<double>(from.z), static_cast<double>(to.x), static_cast<double>(to.y),
-                static_cast<double>(to.z));
+    Print("RayLength: %f %f %f \n", static_cast<double>(m->d[0]), static_cast<double>(m->d[1]), static_cast<double>(m->d[2]));
+    Print("Points: %f %f %f : %f %f %f \n", static_cast<double>(from.x), static_cast<double>(from.y),
+          static_cast<double>(from.z), static_cast<double>(to.x), static_cast<double>(to.y), static_cast<double>(to.z));
   }
   Ray ray = NewRayAway(from, to);
   if (PathIsBlocked(&ray, m->d, ship, traced)) Bounce(p, ship, ray, m);

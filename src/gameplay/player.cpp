@@ -38,6 +38,7 @@ void StoreMotion(const Player &p) {
   ThePlayer.speed = p.speed;
   ThePlayer.shipIndex = p.shipIndex;
   ThePlayer.suitPunctured = p.suitPunctured;
+  ThePlayer.woundLevel = p.woundLevel;
 }
 
 void StoreView(const Player &p) {

@@ -4,7 +4,7 @@
 // | group  | fields                                             | writers                                           |
 // |--------|----------------------------------------------------|---------------------------------------------------|
 // | motion | solarLoc, relativeLoc, velocity, speed, shipIndex, | Movement, MoveBackend, ship switch, network: all  |
-// |        | suitPunctured                                      | with the move mutex held                          |
+// |        | suitPunctured, woundLevel                          | with the move mutex held                          |
 // | view   | pitch, yaw, roll, sines and cosines                | mouse callback                                    |
 // | hand   | activeTool, heldBlock, toolTemperature             | callbacks                                         |
 // | aim    | target but for its three flags below               | UpdateTarget's callers (main and Movement), tools |

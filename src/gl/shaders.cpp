@@ -203,7 +203,7 @@ u32 CompileShader(u32 stage, const char *path) {
   LogError("Couldn't compile shader!");
   GLchar words[4096] = "";
   glGetShaderInfoLog(shader, sizeof words, nullptr, words);
-  LogError(words);
+  LogErrorLines(words);
   glDeleteShader(shader);
   return 0;
 }
@@ -212,7 +212,7 @@ static u32 RefuseProgram(u32 program, const char *why) {
   LogError(why);
   GLchar words[4096] = "";
   glGetProgramInfoLog(program, sizeof words, nullptr, words);
-  LogError(words);
+  LogErrorLines(words);
   glDeleteProgram(program);
   return 0;
 }

@@ -1,7 +1,6 @@
 // What the GUI needs before its first frame: tables, words, fonts and the pictures of all element types.
 #include <GL/glew.h>
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -33,7 +32,7 @@ static bool LoadPicture(const GuiTypeSource &source, Picture *picture) {
   u8 *pixels = picture->pixels.data();
   if (LoadPng(pixels, path.c_str(), source.width, source.height) != 0) return true;
   if (LoadTga(pixels, path.c_str(), source.width, source.height, &picture->bytesPerPixel) != 0) return true;
-  printf("%s :", path.c_str());
+  Print("%s :", path.c_str());
   return LogError("Could not load button") != 0;
 }
 

@@ -2,7 +2,6 @@
 // else sees them; the world mutex is held only while they take their rows.
 #include <enet/enet.h>
 
-#include <cstdio>
 #include <memory>
 
 #include "core/log.h"
@@ -69,7 +68,7 @@ static bool ReadShipRows(Reader *r, std::vector<ShipRow> *rows) {
   const i32 count = static_cast<i32>(TakeU32(r));
   if (r->failed || count < 0 || count > MostShips || static_cast<size_t>(count) > r->left / SmallestShipRow)
     return LogError("A list of ships that can't be right was dropped") != 0;
-  std::printf("Recieving list of %i ships. \n", count);
+  Print("Recieving list of %i ships. \n", count);
   rows->resize(static_cast<size_t>(count));
   for (ShipRow &row : *rows) row.name = ReadString(r);
   for (ShipRow &row : *rows) row.motion = ReadMotion(r);
@@ -140,7 +139,7 @@ void TakeShipAdded(Reader r) {
   row.motion = ReadMotion(&r);
   const i32 before = TheShipTable.count.load();
   if (r.failed || count != before + 1 || count > MostShips) {
-    std::printf("NNOS: %i %i \n", count, before);
+    Print("NNOS: %i %i \n", count, before);
     LogError("We've lost a ship somewhere. Networking is unlikely to go well.");
     return;
   }

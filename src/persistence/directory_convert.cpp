@@ -2,8 +2,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
-
 #include "core/log.h"
 #include "persistence/directory_slots.h"
 #include "persistence/directory_store.h"
@@ -61,7 +59,7 @@ int ConvertDirectoryToStream(const char *name) {
   if (stem == "NULL" || !IsShipStem(stem)) return 0;
   SettleFolder(ShipFolder(stem).c_str(), InfoName);
   if (!IsFolder(ShipFolder(stem))) return 0;
-  std::printf("Convert to sts: %s \n", name);
+  Print("Convert to sts: %s \n", name);
   Ship ship;
   if (!BeginConversion(&ship)) return 0;
   int result = LoadShipDirectory(&ship, name, true, true);
@@ -124,14 +122,14 @@ static bool IsKept(const std::string &folder) {
 static bool LoadStreamEntry(ShipTable *table, const std::string &name) {
   const std::string stem = name.substr(0, name.size() - 4);
   if (name != stem + ".sts" || IsFolder(ShipFolder(stem))) return true;
-  std::printf("Loading Ship: %s \n", name.c_str());
+  Print("Loading Ship: %s \n", name.c_str());
   bool found;
   return ConvertStream(stem.c_str(), &found) != 0 ? LoadRow(table, stem.c_str(), true) : !found;
 }
 
 static bool LoadFolderEntry(ShipTable *table, const std::string &name) {
   if (IsKept(name)) return true;
-  std::printf("Loading Ship: %s \n", name.c_str());
+  Print("Loading Ship: %s \n", name.c_str());
   return LoadRow(table, name.c_str(), false);
 }
 
@@ -148,6 +146,6 @@ int LoadAllShips(ShipTable *table) {
     if (IsFolder(ShipFolder(name))) all = LoadFolderEntry(table, name) && all;
     else if (IsFileName(name)) all = LoadStreamEntry(table, name) && all;
   }
-  std::printf("NumberOfShipsAfterLoading: %i \n", static_cast<int>(table->count.load()));
+  Print("NumberOfShipsAfterLoading: %i \n", static_cast<int>(table->count.load()));
   return all ? 1 : 0;
 }

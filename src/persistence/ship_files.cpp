@@ -1,7 +1,6 @@
 // Ships by file name: saving and loading the stream form, and ships that join the table.
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -185,7 +184,7 @@ int LoadShipStream(Ship *ship, const char *path, bool finish) {
 
 int LoadShipByName(Ship *ship, const char *name) {
   const std::string path = std::string("saves/") + name + ".sts";
-  std::printf("Loading ship: %s \n", path.c_str());
+  Print("Loading ship: %s \n", path.c_str());
   return LoadShipStream(ship, path.c_str(), true);
 }
 

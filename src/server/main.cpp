@@ -21,6 +21,7 @@ static void Usage(std::FILE *out) {
 }
 
 int main(int argc, char **argv) {
+  GuardStreams();
   const char *word = argc > 1 ? argv[1] : ".";
   if (std::strcmp(word, "-h") == 0 || std::strcmp(word, "--help") == 0) return Usage(stdout), 0;
   if (std::strcmp(word, "--version") == 0) return std::puts("tarnvale-server 0.23.0"), 0;
@@ -30,11 +31,13 @@ int main(int argc, char **argv) {
   action.sa_handler = OnSignal;
   sigaction(SIGTERM, &action, nullptr);
   sigaction(SIGINT, &action, nullptr);
-  std::signal(SIGPIPE, SIG_IGN);
   std::rename("server.log", "server.log.old");
   LogInit("server.log");
-  if (!StartServer()) return 1;
-  RunServer();
-  StopServer();
-  return 0;
+  const bool started = StartServer();
+  if (started) {
+    RunServer();
+    StopServer();
+  }
+  TellRepeats(true);
+  return started ? 0 : 1;
 }

@@ -94,6 +94,7 @@ static void Pass() {
   CheckSilence(now);
   ShareMotions(now);
   PollStreamFiles(now);
+  TellRepeats();
   enet_host_flush(ServerHost);
   ReadConsole();
 }

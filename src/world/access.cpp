@@ -1,7 +1,6 @@
 // Reading and writing cells.
 #include "world/access.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
@@ -28,8 +27,7 @@ static void RetireDamageBits(GraphicBlock *g) {
 }
 
 int ReportOutOfRange(u16 x, u16 y, u16 z) {
-  std::printf("%i %i %i :", x, y, z);
-  return LogError("Block get attempt outside bounds");
+  return LogErrorAt(x, y, z, "Block get attempt outside bounds");
 }
 
 // Walks to a cell; code 5 gives its head.

@@ -2,7 +2,6 @@
 #include "world/light.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
@@ -116,10 +115,7 @@ static int RemoveEntry(GraphicBlock *g, int dx, int dy, int dz) {
 // The walk that both public entry operations begin with. Code 5 gives the cell's record, made at need.
 static int FindRecord(u16 x, u16 y, u16 z, const Ship &ship, bool make, GraphicBlock **out) {
   *out = nullptr;
-  if (x >= CellsPerAxis || y >= CellsPerAxis || z >= CellsPerAxis) {
-    std::printf("%i %i %i :", x, y, z);
-    return LogError("Block Light attempt outside bounds");
-  }
+  if (x >= CellsPerAxis || y >= CellsPerAxis || z >= CellsPerAxis) return LogErrorAt(x, y, z, "Block Light attempt outside bounds");
   Block ignored;
   const int code = GetBlock(&ignored, x, y, z, ship);
   if (code != ReadFound) return code;

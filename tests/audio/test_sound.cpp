@@ -1,7 +1,9 @@
 // The slots on a sound device that nobody hears, with the game's own sounds and with broken ones.
 #include <AL/al.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -158,6 +160,27 @@ TEST_F(Sound, ASongThatEndsIsNoticed) {
   EXPECT_TRUE(SongPlaying);
   for (int i = 0; i < 100 && SongPlaying; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(50));
   EXPECT_FALSE(SongPlaying);
+}
+
+// The song is a pipe that says nothing, so that its start takes as long as the test likes.
+TEST_F(Sound, NoOtherSoundWaitsForTheStartOfASong) {
+  ASSERT_TRUE(InitSound());
+  const std::string path = std::string(Music) + "/a.ogg";
+  fs::remove(path);
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  std::thread song([] { EXPECT_EQ(PlaySong(0), 0); });
+  int writer = -1;  // opens once somebody reads
+  while (writer < 0 && Says("*ERR: Cannot stream song") == 0) writer = open(path.c_str(), O_WRONLY | O_NONBLOCK);
+  const bool isFree = TryLockMutex(&SoundMutex);
+  EXPECT_TRUE(isFree && writer >= 0);
+  if (isFree) {
+    UnlockMutex(&SoundMutex);
+    EXPECT_TRUE(PlaySlot(3) && SetSlotGain(46, 0.5f));
+  }
+  EXPECT_EQ(Says("*ERR: Cannot stream song"), 0);
+  close(writer);
+  song.join();
+  EXPECT_EQ(Says("*ERR: Cannot stream song"), 1);
 }
 
 static void Truncate(const fs::path &path) { fs::resize_file(path, fs::file_size(path) / 3); }

@@ -56,15 +56,16 @@ def wait_until(condition, what, patience=PATIENCE):
 
 
 class Game:
-    """One run of the game. Ended by close(), or killed at the end of the with block."""
+    """One run of the game. Ended by close(), or killed at the end of the with block. What it prints goes to output.txt, or
+    where output says."""
 
-    def __init__(self, root, display, cores=2, words=(), environment=None):
+    def __init__(self, root, display, cores=2, words=(), environment=None, output=None):
         self.root, self.display = Path(root), display
         with contextlib.suppress(FileNotFoundError):
             (self.root / "errors.txt").unlink()
         self.output = open(self.root / "output.txt", "w+", errors="replace")
-        self.process = subprocess.Popen([GAME, *words], cwd=root, stdout=self.output, stderr=subprocess.STDOUT,
-                                        env=display.environment(TARNVALE_CORES=str(cores), **SANITIZERS) | (environment or {}))
+        self.process = subprocess.Popen([GAME, *words], cwd=root, stdout=self.output if output is None else output,
+                                        stderr=self.output, env=display.environment(TARNVALE_CORES=str(cores), **SANITIZERS) | (environment or {}))
 
     def __enter__(self):
         return self

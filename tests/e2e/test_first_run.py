@@ -1,4 +1,6 @@
 """The first minutes of a new player: the game starts, grows an asteroid, draws it, takes a block, saves and ends in order."""
+import contextlib
+import os
 import unittest
 
 import rig
@@ -97,6 +99,30 @@ class FirstRun(unittest.TestCase):
         self.assertEqual(len(game.save()), len(grown) - 1)
         self.assertNotIn("Unable to", game.log())
         self.assertEqual(game.close(), 0)
+
+    def test_a_game_whose_output_nobody_takes_plays_on(self):
+        reader, writer = os.pipe()
+        os.set_blocking(writer, False)
+        with contextlib.suppress(BlockingIOError):
+            while True:
+                os.write(writer, bytes(4096))
+        os.set_blocking(writer, True)  # as the game finds it
+        game = self.play(output=writer)
+        os.close(writer)
+        game.wait_for_asteroid()
+        grown = game.save()
+        game.press("F9")  # prints with the world held
+        game.look(*AIM)
+        game.click()
+        self.assertEqual(len(game.save()), len(grown) + 1)
+        os.close(reader)
+        game.press("F9")
+        rig.wait_until(lambda: game.alive() and game.log().count(":Shipnum 0 ") == 2, "the second dump")
+        (self.root / "saves").rename(self.root / "away")
+        game.press("Escape")
+        game.wait_for_log("The ship could not be saved")
+        self.assertEqual(game.close(), 0)
+        self.assertIn("WARN: Exiting Main Thread ", game.log())
 
     def test_both_thread_systems_end_with_the_window(self):
         for cores, start, ends in ((2, "dual", ["2/2"]), (4, "quad", ["2/4", "3/4", "4/4"])):

@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 
+#include "support/installation.h"
+
 static std::string Report(Player *p, float speedChange) {
   testing::internal::CaptureStdout();
   ImpactDamage(p, speedChange);
@@ -37,4 +39,17 @@ TEST(Injury, TheHardestImpactIsCappedAndPuncturesOnlyAWornSuit) {
     EXPECT_EQ(report.find("Oh no! Suit Puncture! \n") != std::string::npos, worn);
     EXPECT_EQ(p.suitPunctured, worn);
   }
+}
+
+TEST(Injury, AWoundWorsensToTheLastLevelAndThenIsDeath) {
+  UseTemporaryInstallation();
+  Player p;
+  for (int level = 2; level <= 15; ++level) {
+    WorsenWound(&p);
+    EXPECT_EQ(p.woundLevel, level);
+  }
+  EXPECT_EQ(ReadText("errors.txt"), "");
+  WorsenWound(&p);
+  EXPECT_EQ(p.woundLevel, 15);
+  EXPECT_EQ(ReadText("errors.txt"), "*ERR: DEATH! \n");
 }

@@ -114,6 +114,27 @@ TEST_F(Input, TheFunctionKeysTraceExplodeAndResetTheCaches) {
   EXPECT_EQ(log.find("info: Emptying Lighting and Graphics Cache \n"), std::string::npos) << "once in five seconds";
 }
 
+TEST_F(Input, F9PrintsTheBlockAndLogsThePlayer) {
+  for (int axis = 0; axis < 3; ++axis) ship->position[axis] = -40000000 - axis;
+  Place(Middle, Middle, Middle - 1);
+  RefreshTarget();
+  Player p = ReadPlayer();
+  p.solarLoc[0] = 1, p.solarLoc[1] = -20000000000, p.solarLoc[2] = 3;
+  p.velocity[0] = 1000, p.velocity[1] = -500, p.velocity[2] = 0;
+  p.speed = 1500;
+  p.shipIndex = 7;
+  StoreMotion(p);
+  const size_t before = ReadText("errors.txt").size();
+  testing::internal::CaptureStdout();
+  OnKey(KeyF9, 1);
+  const std::string printed = testing::internal::GetCapturedStdout(), logged = ReadText("errors.txt").substr(before);
+  EXPECT_EQ(logged,
+            ":PlayerSolarLoc 1 -20000000000 3 \n:PlayerRelativeLoc 5005.500000 5005.500000 5005.500000 \n"
+            ":PlayerShipSolarLoc -40000000 -40000001 -40000002 \n:Shipnum 7 \n"
+            "Speed : 4.50m/s 0.46G's (+3.00000x -1.50000y +0.00000z) \n");
+  EXPECT_TRUE(printed.starts_with("5005x, 5005y, 5004z : ") && printed.ends_with("Visible \n" + logged)) << printed;
+}
+
 static void ShowAt(int element, i16 left, i16 bottom, i16 right, i16 top) {  // as drawing does; x grows to the left
   GuiElement &e = GuiElements[element];
   e.hitLeft = left, e.hitBottom = bottom, e.hitRight = right, e.hitTop = top;

@@ -65,6 +65,15 @@ for ship in cut.sts kept.sts.damaged2 cut.sls cut.ssf cut; do
 done
 cmp saves/cut.sts saves/kept.sts.damaged2 || failed=1
 
+# Who stops reading stops no conversion.
+"$tool" convert --force cut.sts b.ssf 2>&1 | true
+[ "${PIPESTATUS[0]}" = 1 ] && [ -e saves/b.ssf.replaced ] || { echo "a broken pipe ended a conversion"; failed=1; }
+Expect 0 'whole' verify b.ssf
+
+# A name may hold anything. What a terminal would obey is not printed.
+{ printf '\1\14evil\33[2J\n\302\233x\0'; zcat saves/a.sts | tail -c +"$(($(zcat saves/a.sts | head -c 2 | tail -c 1 | od -An -tu1) + 4))"; } | gzip >saves/named.sts
+Expect 0 '^  name    evil\?\[2J\?\?x$' info named.sts
+
 # They don't cost a whole one, and a folder keeps its place.
 for target in g.sts d.ssf h.sls f2/; do
   Expect 1 "saves/$target: what could be read" convert --force cut.sts "$target"

@@ -2,6 +2,7 @@
 #include "check.h"
 
 #include "check_parts.h"
+#include "core/utils.h"
 #include "output.h"
 
 #include <algorithm>
@@ -13,8 +14,11 @@ constexpr size_t LongestLine = 4095;
 
 static int faults = 0;
 
+// Content may be another's work: no control character of it reaches a terminal.
 void Fault(const std::string &path, int line, const std::string &what) {
-  std::printf("%s:%d: %s\n", path.c_str(), line, what.c_str());
+  std::string text = path + ":" + std::to_string(line) + ": " + what;
+  ReplaceControls(text.data());
+  std::printf("%s\n", text.c_str());
   faults++;
 }
 

@@ -13,6 +13,7 @@
 #include "content/components.h"
 #include "content/materials.h"
 #include "content/options.h"
+#include "core/log.h"
 #include "forms.h"
 #include "gui/language.h"
 #include "persistence/directory_store.h"
@@ -61,12 +62,13 @@ struct Call {
 }  // namespace
 
 static int Complain(const std::string &text) {
-  std::fprintf(stderr, "tarnvale-ship: %s\n", text.c_str());
+  std::fprintf(stderr, "tarnvale-ship: %s\n", Shown(text).c_str());
   return Fault;
 }
 
 static int CalledWrongly(const std::string &text) {
-  Complain(text + "\nTry: tarnvale-ship --help");
+  Complain(text);
+  std::fputs("Try: tarnvale-ship --help\n", stderr);
   return WrongUse;
 }
 
@@ -141,7 +143,7 @@ static int ShowShip(const std::string &command, const ShipName &name) {
   return WithShip(name, command == "verify", [&](Ship *ship, bool sound) {
     if (command == "info") ShowInfo(name, ship);
     else if (command == "list") ShowRows(name, *ship);
-    else if (sound) PrintResult("%s: whole, %llu blocks\n", PathOf(name).c_str(), static_cast<unsigned long long>(CountBlocks(*ship)));
+    else if (sound) PrintResult("%s: whole, %llu blocks\n", Shown(PathOf(name)).c_str(), static_cast<unsigned long long>(CountBlocks(*ship)));
     return Done;
   });
 }
@@ -174,7 +176,7 @@ static int Convert(const ShipName &from, const ShipName &to, bool force) {
     const bool written = (sound || KeepTarget(to, ship)) && WriteShip(to, ship);
     TellMessages(to, true);
     if (!written) return Complain(PathOf(to) + " was not written");
-    PrintResult("%s: %s%s\n", PathOf(to).c_str(), sound ? "all of " : "what could be read of ", PathOf(from).c_str());
+    PrintResult("%s: %s%s\n", PathOf(to).c_str(), sound ? "all of " : "what could be read of ", Shown(PathOf(from)).c_str());
     return Done;
   });
 }
@@ -203,6 +205,7 @@ int main(int argc, char **argv) {
   if (convert ? call.words.size() != 2 : call.words.empty())
     return CalledWrongly(call.command + (convert ? " wants FROM and TO" : " wants the names of ships"));
   if (call.force && !convert) return CalledWrongly("--force is for convert");
+  if (convert) GuardStreams();  // who reads what is looked at may stop it; a ship is written to its end
   if (!SetUpMessages()) return Complain("no temporary file can be made");
   return RunCommand(call);
 }

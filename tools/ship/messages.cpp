@@ -1,6 +1,9 @@
 // The log goes to standard output. A temporary file takes that place, and a copy of the real one is kept for the results.
 #include "messages.h"
 
+#include "core/log.h"
+#include "core/utils.h"
+
 #include <unistd.h>
 
 #include <cstdarg>
@@ -14,6 +17,12 @@ static std::FILE *taken = nullptr;    // what stands in for it
 static constexpr const char *harmless[] = {"Lighting file problem.", "Cache file problem.", "Older ship.", "Old school file!",
                                            "Found old format section"};
 static constexpr const char *noEndMark = "info: File may be loaded successfully.";
+
+std::string Shown(std::string text) {
+  ReplaceControls(text.data());
+  text.resize(std::strlen(text.c_str()));
+  return text;
+}
 
 bool SetUpMessages() {
   const int real = dup(STDOUT_FILENO);
@@ -46,7 +55,7 @@ static Message MessageOf(const char *line) {
 
 std::vector<Message> TakeMessages() {
   std::vector<Message> messages;
-  std::fflush(stdout);
+  TellRepeats(true);  // what many ships are told is news for the next one all the same
   std::rewind(taken);
   char line[4096];
   while (std::fgets(line, sizeof line, taken) != nullptr) {

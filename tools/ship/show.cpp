@@ -29,8 +29,8 @@ u64 CountBlocks(const Ship &ship) {
 }
 
 void ShowInfo(const ShipName &name, Ship *ship) {
-  PrintResult("%s: %s\n", PathOf(name).c_str(), FormWord(name.form));
-  PrintResult("  name    %s\n", ship->displayName.c_str());
+  PrintResult("%s: %s\n", Shown(PathOf(name)).c_str(), FormWord(name.form));
+  PrintResult("  name    %s\n", Shown(ship->displayName).c_str());
   PrintResult("  blocks  %llu\n", static_cast<unsigned long long>(CountBlocks(*ship)));
   const auto summary = BuildShipSummary(ship);
   if (summary->blockCount != 0) {
@@ -52,6 +52,17 @@ static void SortUses(std::vector<RowUse> *uses) {
   std::stable_sort(uses->begin(), uses->end(), [](const RowUse &a, const RowUse &b) { return a.blocks > b.blocks; });
 }
 
+// The language files have one byte for a letter.
+static std::string Utf8Of(const std::string &latin1) {
+  std::string utf8;
+  for (const char c : latin1) {
+    const u8 byte = static_cast<u8>(c);
+    if (byte >= 0x80) utf8 += static_cast<char>(0xc0 | byte >> 6);
+    utf8 += static_cast<char>(byte >= 0x80 ? 0x80 | (byte & 0x3f) : byte);
+  }
+  return utf8;
+}
+
 template <typename Table>
 static void PrintUses(const char *heading, std::vector<RowUse> *uses, const Table &table) {
   SortUses(uses);
@@ -59,7 +70,7 @@ static void PrintUses(const char *heading, std::vector<RowUse> *uses, const Tabl
   PrintResult("    %10s %6s %6s  %s\n", "blocks", "row", "id", "name");
   for (const RowUse &use : *uses)
     PrintResult("    %10llu %6i %6i  %s\n", static_cast<unsigned long long>(use.blocks), use.row, table[use.row].id,
-                table[use.row].name.c_str());
+                Shown(Utf8Of(table[use.row].name)).c_str());
 }
 
 void ShowRows(const ShipName &name, const Ship &ship) {
@@ -71,7 +82,7 @@ void ShowRows(const ShipName &name, const Ship &ship) {
       ++components[HeadComponent(head)].blocks;
     });
   });
-  PrintResult("%s: %s\n", PathOf(name).c_str(), FormWord(name.form));
+  PrintResult("%s: %s\n", Shown(PathOf(name)).c_str(), FormWord(name.form));
   PrintUses("materials", &materials, Materials);
   PrintUses("components", &components, Components);
 }
