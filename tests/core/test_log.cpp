@@ -191,9 +191,11 @@ TEST(Log, CutsALetterBeforeItAndRubbishAnywhere) {
 }
 
 // Standard output for the time of a call is the writing end of a pipe that holds all it can.
+namespace {
 struct FullPipe {
   int reader = -1, before = -1;
 };
+}  // namespace
 
 static FullPipe BeginFullPipe() {
   int ends[2];
