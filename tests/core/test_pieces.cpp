@@ -147,3 +147,14 @@ TEST_F(Pieces, OnlyASinglePlayerSaves) {
     EXPECT_TRUE(fs::exists("saves/Default.sts") == alone && (timer < 9000) == alone) << alone;
   }
 }
+
+TEST_F(Pieces, TheCountOfAFloodIsToldThoughNothingElseIs) {
+  uiMode = 1;
+  for (int i = 0; i < 25; ++i) LogError("Inside two ships!");
+  double timer = 0;
+  for (int i = 0; i < 500 && !Logged("times more"); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    MiscPiece(&timer);
+  }
+  EXPECT_TRUE(Logged("*ERR: Inside two ships! (5 times more) \n"));
+}
