@@ -14,7 +14,7 @@ import screen  # noqa: E402
 import test_menus as menus  # noqa: E402
 
 
-def walk(root, display, size, folder):
+def walk(root, display, size, language, folder):
     shots = []
 
     def shot(name):
@@ -40,18 +40,19 @@ def walk(root, display, size, folder):
         shot("ships")
         player.click(menus.BACKUPS)
         shot("backups")
-        player.click(menus.CANCEL, menus.CANCEL)
-        shot("title")
-        player.click(menus.LANGUAGES)
+        player.click(menus.CANCEL, menus.CANCEL, menus.LANGUAGES)
         shot("languages")
+        names = [entry.name for entry in (root / "config/language").iterdir() if not entry.name.startswith(".")]
+        player.click((0, 440 - 42 * (names.index(language) + 1)))
+        shot("title")
         player.key("Escape", "Escape")
         player.click(menus.NAME_SHIP)
         player.type(" Heron")
         shot("naming")
         player.key("Return", "q")
-        player.click((-690, 284 - 42))
+        player.click((-690, 284))
         shot("components")
-        player.click(menus.MATERIAL_TAB, (-690, 284 - 42))
+        player.click(menus.MATERIAL_TAB, (-690, 284))
         shot("materials")
         player.key("q", "t")
         player.type("Hello")
@@ -68,7 +69,7 @@ def main(path, size="1024x768", language="english"):
                 f"ScreenWidth {width}\nScreenHeight {height}\nSwitchToFloat 0\nSwitchToChar 0\nLanguage {language}\nEnd 0\n")
             shutil.copy(ROOT / "saves/Showpiece.sts", root / "saves")
             shutil.copy(ROOT / "saves/Showpiece.sts", root / "saves/Showpiece2026-11-20.bak")
-            shots = walk(root, display, (width, height), Path(folder))
+            shots = walk(root, display, (width, height), language, Path(folder))
             subprocess.run(["montage", *shots, "-geometry", "640x480+3+3", "-tile", "3x", "-background", "#101010", path], check=True)
     finally:
         screen.stop_display(display)

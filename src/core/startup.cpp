@@ -9,11 +9,13 @@
 #include "content/components.h"
 #include "content/materials.h"
 #include "content/options.h"
+#include "content/settings.h"
 #include "core/log.h"
 #include "core/pieces.h"
 #include "core/schedule.h"
 #include "core/utils.h"
 #include "gameplay/input.h"
+#include "gameplay/last_ship.h"
 #include "gl/init.h"
 #include "gui/mode.h"
 #include "gui/paint.h"
@@ -110,7 +112,9 @@ static void LoadFirstShip(Ship *ship) {
   if (!Options.SinglePlayer) return;
   const Player p = ReadPlayer();
   const std::string stem = ship->fileStem;
-  if (LoadShipByName(ship, stem.c_str()) != 0) {
+  // A ship that was given a name of its own would seem lost if each start went back to the one without: the ship flown last
+  // comes first.
+  if (LoadLastShip(ship, p.solarLoc) || LoadShipByName(ship, stem.c_str()) != 0) {
     PlaceFirstShip(ship, p.solarLoc);
     return;
   }
@@ -136,6 +140,7 @@ static void Run() {
   Options.flashlightLit = false;
   if (CoreCount <= 3) RunDualCoreSystem();
   else RunQuadCoreSystem();
+  if (const Ship *ship = CurrentShip(); ship != nullptr) RememberShip(*ship);
   ShutdownSound();
   CloseGraphics();
 }
@@ -154,6 +159,7 @@ int StartGame(int argc, char **argv) {
   QuitRequested = false;
   dampenMode = 0;
   LoadOptions();
+  LoadSettings();
   SetCloseCallback(RequestQuit);
   if (InitGraphics() == 0) return LogError("Unable to initialize graphics system");
   InstallInputCallbacks();

@@ -1,7 +1,12 @@
 // The line of chat while it is typed. The text always holds "|" where the next character goes.
 #include "gameplay/chat.h"
 
+#include <cstring>
+
+#include "content/options.h"
 #include "gameplay/player.h"
+#include "gui/language.h"
+#include "net/chat_log.h"
 #include "net/session.h"
 #include "platform/threads.h"
 #include "platform/window.h"
@@ -43,11 +48,30 @@ static bool DeleteCharacter(double now) {
   return true;
 }
 
+// As a server would show it to all.
+static std::string Echo(const std::string &line) {
+  return line[0] == '|' ? "* " + Options.PlayerName + " " + line.substr(1) : Options.PlayerName + ": " + line;
+}
+
+// SendChat drops in silence what can't be sent. A line that vanishes under its writer's fingers looks like a fault of the game, so
+// this road says what became of it.
+static void SendOrTell(const char *text) {
+  const std::string line = LineToSend(text);
+  if (line.empty()) {
+    AddChatLine(GuiStrings[text[0] == '/' && std::strlen(text) < MaxChatLength ? TextOnlyCommand : TextTooLong].c_str());
+  } else if (Online) {
+    SendChat(text);
+  } else {
+    AddChatLine(Echo(line).c_str());
+    AddChatLine(GuiStrings[TextAlone].c_str());
+  }
+}
+
 static void SendLine() {
   ChatEntry line = ReadChat();
   if (line.cursor > 0) {
     line.text[line.cursor] = 0;
-    SendChat(line.text);
+    SendOrTell(line.text);
   }
   CloseChat();
 }

@@ -4,6 +4,7 @@
 #include "content/options.h"
 #include "gameplay/chat.h"
 #include "gameplay/debug_keys.h"
+#include "gameplay/last_ship.h"
 #include "gameplay/motion.h"
 #include "gameplay/tools.h"
 #include "gui/mode.h"
@@ -38,6 +39,7 @@ static void ReleaseKey(int key) {
 void SaveOrTell(Ship *ship) {
   static std::atomic<bool> told{false};
   const bool failed = SaveShipByName(ship) == 0;
+  if (!failed) RememberShip(*ship);
   if (!told.exchange(failed) && failed) AddChatLine("The ship could not be saved");
 }
 

@@ -30,7 +30,7 @@ static std::string BackupNameOf(const Ship &ship) {
 }
 
 static void ClickMenu() {
-  UpdateHover();  // a click may have built the screen under a resting pointer
+  WakePointer();  // the screen may have been built under a pointer that has not moved since
   if (HandleClick() >= 0) return;
   if (const Ship *ship = CurrentShip(); ship != nullptr) {
     const ScopedLock world(&WorldMutex);

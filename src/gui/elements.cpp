@@ -21,6 +21,7 @@ u8 GuiElementCount;
 u8 GuiScreen;
 i16 GuiPointerX, GuiPointerY;
 bool GuiPendingClose;
+static bool PointerRests = false;  // see RestPointer; main thread
 
 static std::string LabelOf(int languageRow, const char *text) {
   if (languageRow > 0 && static_cast<size_t>(languageRow) < GuiStrings.size())
@@ -51,9 +52,27 @@ void ClearElements() {
 
 static i16 FromMiddle(int size, int at) { return static_cast<i16>(std::clamp(size / 2 - at, -32768, 32767)); }
 
-void PointAt(int x, int y) {
+static void StorePointer(int x, int y) {
   GuiPointerX = FromMiddle(Options.ScreenWidth, x);
   GuiPointerY = FromMiddle(Options.ScreenHeight, y);
+}
+
+// The window may report the place where the pointer stands already: that is no move.
+void PointAt(int x, int y) {
+  const i16 before[2] = {GuiPointerX, GuiPointerY};
+  StorePointer(x, y);
+  if (GuiPointerX != before[0] || GuiPointerY != before[1]) PointerRests = false;
+  UpdateHover();
+}
+
+void RestPointer(int x, int y) {
+  StorePointer(x, y);
+  PointerRests = true;
+  UpdateHover();
+}
+
+void WakePointer() {
+  PointerRests = false;
   UpdateHover();
 }
 
@@ -61,7 +80,8 @@ void UpdateHover() {
   for (int i = 0; i < GuiElementCount; i++) {
     GuiElement &e = GuiElements[i];
     if (GuiTypes[e.type].hoverClass == 0) continue;
-    e.hovered = GuiPointerX > e.hitLeft && GuiPointerX < e.hitRight && GuiPointerY > e.hitBottom && GuiPointerY < e.hitTop;
+    e.hovered = !PointerRests && GuiPointerX > e.hitLeft && GuiPointerX < e.hitRight && GuiPointerY > e.hitBottom &&
+                GuiPointerY < e.hitTop;
   }
 }
 

@@ -36,7 +36,7 @@ enum GuiTypeRow : u8 {
   TypeChosenRow = 25, TypeLine = 27, TypeLogo = 28, TypeBlockFrame = 39, TypeComponentPanel = 40, TypeMaterialPanel = 41,
   TypeRotation = 42, TypeLampOff = 52, TypeLampRed = 53, TypeLampGreen = 54, TypeLampBlue = 55, TypeLampYellow = 56,
   TypeTabBackground = 57, TypeTabDivider = 58, TypeTab = 59, TypePanelWide = 65, TypePanelTall = 66, TypePanelSmall = 67,
-  TypeInfoWindow = 68, TypeClear = 70, TypeBackdrop = 71, TypeExpandPlus = 72, TypeExpandMinus = 74
+  TypeInfoWindow = 68, TypeClear = 70, TypeBackdrop = 71, TypeExpandPlus = 72, TypeExpandMinus = 74, TypeTabShade = 76, TypeListBackdrop = 77
 };
 
 constexpr int GuiTypeRows = 256, GuiElementRows = 256;
@@ -52,6 +52,8 @@ extern bool GuiPendingClose;                    // close the menu after this cli
 void AddElement(int type, int x, int y, int languageRow, const char *text, GuiCallback callback, int arg);
 void ClearElements();                           // Also sets ListVisibleRows to 0.
 void PointAt(int x, int y);                     // The pointer moved, in window coordinates: stores it, tests all elements.
+void RestPointer(int x, int y);                 // The pointer stands there, but nothing is hovered until it moves or clicks.
+void WakePointer();                             // What it stands over is hovered again. Before a click.
 void UpdateHover();                             // Tests the pointer against all hit boxes, strictly inside.
 int HandleClick();                              // A press in the menu: -1 means leave the game, else 0.
 
@@ -63,5 +65,6 @@ struct GuiTypeSource {
   float textOffset, textSize;
   u8 red, green, blue, hoverClass;
 };
-extern const GuiTypeSource GuiTypeSources[75];
+constexpr int GuiTypesInUse = 77;
+extern const GuiTypeSource GuiTypeSources[GuiTypesInUse];
 void SetGuiType(const GuiTypeSource &source);   // All of the row but its texture.

@@ -8,11 +8,16 @@
 #include "content/text_scan.h"
 
 constexpr int GuiStringRows = 128;
-extern std::vector<std::string> GuiStrings;  // row 0 empty; rows the file doesn't give are empty. Main thread.
+extern std::vector<std::string> GuiStrings;  // row 0 empty; rows that neither the file nor the English one gives are empty. Main thread.
+
+// Rows that the code reads as lines of the chat.
+enum GuiText : u8 {
+  TextAlone = 90, TextOnlyCommand = 91, TextTooLong = 92, TextLastShipGone = 93, TextLastShipUnread = 94
+};
 
 // The whole file of the current language, the cursor at its begin and reading from bytes. False when it can't be read, with
 // the error logged.
 bool OpenLanguage(std::vector<u8> *bytes, TextCursor *cursor);
-// From config/language/<Language>. Faults are logged and what was read stays. False, and nothing changed, for what is no
-// language file.
+// From config/language/<Language>. Faults are logged and what was read stays. What it lacks, texts and names, is taken from the
+// English file. False for what is no language file: then what is there stays, and only what is empty becomes English.
 bool LoadLanguage();

@@ -28,6 +28,7 @@ constexpr int SightReach = 30;  // blocks; what is further off on an axis was no
 i16 ListFirstRow = 0, ListChosenRow = -1;
 u8 ListVisibleRows = 0;
 static std::vector<std::string> Names;  // of the list that was opened last; main thread
+static void (*WayBack)() = BuildTitleMenu;  // where Cancel leads; main thread
 
 static bool EndsWith(const std::string &name, const char *ending) {
   return name.size() >= 3 && name.compare(name.size() - 3, 3, ending) == 0;
@@ -74,18 +75,28 @@ static void AddNameRows() {
   AddScrollBar(BarX, KnobY());
 }
 
+static void GoBack(int) { WayBack(); }
+
+// Backups are opened from the ships and lead back to them.
+static void BackToShips(int) {
+  void (*const build)() = WayBack;
+  BuildShipList(0);
+  ReturnFromList(build);
+}
+
 static void ShowShips() {
   ClearElements();
   const bool backups = GuiScreen == ScreenBackups;
   if (backups) {
-    AddElement(TypeHeading, 0, 500, 82, "", nullptr, 0);
+    // The first heading's own row, 82, names a tab of the options as well, and no word suits both.
+    AddElement(TypeHeading, 0, 500, 85, "", nullptr, 0);
     AddElement(TypeHeading, 0, 450, 9, "", nullptr, 0);
     AddElement(TypeHeading, 0, 400, 10, "", nullptr, 0);
   } else {
     AddElement(TypeHeading, 0, 450, 12, "", nullptr, 0);
   }
   AddButton(-175, -400, 12, LoadChosenShip);
-  AddButton(175, -400, 35, backups ? BuildShipList : [](int) { BuildTitleMenu(); });
+  AddButton(175, -400, 35, backups ? BackToShips : GoBack);
   if (!backups) AddButton(-600, 400, 85, BuildBackupList);
   AddNameRows();
 }
@@ -98,10 +109,16 @@ static void OpenShips(Screen screen, bool (*wanted)(const std::string &)) {
   ShowShips();
 }
 
-void BuildShipList(int) { OpenShips(ScreenShips, IsShip); }
+void BuildShipList(int) {
+  OpenShips(ScreenShips, IsShip);
+  WayBack = BuildTitleMenu;
+}
+
 void BuildBackupList(int) { OpenShips(ScreenBackups, IsBackup); }
+void ReturnFromList(void (*build)()) { WayBack = build; }
 
 void BuildLanguageList(int) {
+  WayBack = BuildTitleMenu;
   ReadNames("config/language", MaxLanguages, IsLanguage);
   ClearElements();
   GuiScreen = ScreenLanguages;
@@ -111,6 +128,7 @@ void BuildLanguageList(int) {
     AddElement(name == Options.Language ? TypeChosenRow : TypeRow, 0, LanguageTop - LanguagePitch * (i + 1), 0,
                name.c_str(), nullptr, i);
   }
+  AddButton(-650, -400, 35, GoBack);
 }
 
 static void ChooseLanguage(const std::string &name) {

@@ -21,7 +21,8 @@ int SetUiMode(std::atomic<u8> *mode) {
   mode->store(toMenu ? ModeMenu : ModePlaying);
   if (!toMenu) return 0;
   BuildPauseMenu();
-  PointAt(Options.ScreenWidth / 2, Options.ScreenHeight / 2);  // where play keeps the pointer
+  // Where play keeps the pointer stands "Load Ship": lit before the player has moved, it looks chosen.
+  RestPointer(Options.ScreenWidth / 2, Options.ScreenHeight / 2);
   return 1;
 }
 

@@ -8,11 +8,20 @@
 #include "gui/screens.h"
 #include "gui/tutorial.h"
 
-// Over the whole window, however wide it is; its type is as high as the window by itself.
+// Both types are as high as the window by themselves.
+static void DrawFullHeight(int type, int width) { DrawGuiQuad(NoElement, 0, 0, width, 1, type, nullptr, 0, 0, 0); }
+
+static bool IsList() { return GuiScreen == ScreenShips || GuiScreen == ScreenBackups || GuiScreen == ScreenLanguages; }
+static bool HasWords() { return (GuiScreen >= ScreenGraphics && GuiScreen <= ScreenOther) || GuiScreen == ScreenNaming; }
+
+// Over the whole window, however wide it is. Where there is more to read than a few buttons, a second one lies over it: behind
+// a list as a column, behind options and words that may be long all over.
 static void DrawBackdrop() {
   const GuiWindow window = CurrentWindow();
   const int width = static_cast<int>(std::ceil(window.width / window.scale));
-  DrawGuiQuad(NoElement, 0, 0, width, 1, TypeBackdrop, nullptr, 0, 0, 0);
+  DrawFullHeight(TypeBackdrop, width);
+  if (IsList()) DrawFullHeight(TypeListBackdrop, GuiTypes[TypeListBackdrop].width);
+  if (HasWords()) DrawFullHeight(TypeListBackdrop, width);
 }
 
 static void DrawElement(int row) {

@@ -1,11 +1,15 @@
 // Lines of text. Each glyph is rendered once for a face, a size and a colour and kept in one texture, the sheet; a line is
 // one draw of quads cut from it. When the sheet is full, or has served too many looks, all of it is given up and
 // filled anew by what is drawn from then on.
+//
+// Light text vanishes over lit rock. So each glyph of it has a dark rim with a shadow to its lower right, as a picture of its
+// own beside it on the sheet: the rims of a line are drawn in the same call, before its glyphs.
 #include <GL/glew.h>
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -20,6 +24,10 @@ constexpr int Border = 1;                 // clear pixels round each glyph
 constexpr size_t MaxLooks = 64;
 constexpr int OpenSize = 30;              // pixels at which the faces are opened
 constexpr int FloatsPerGlyph = 6 * 4;     // two triangles, clockwise
+constexpr int PixelsPerRim = 16;          // of the face's size, for each pixel of the rim but the first
+constexpr int WidestRim = 4;              // pixels
+constexpr float RimDepth = 0.85f, ShadowDepth = 0.6f;  // opacity
+constexpr int DimmestWithRim = 64;        // brightness of a colour that has a rim, of 255
 
 namespace {
 
@@ -29,6 +37,7 @@ struct Glyph {
   int advance = 0, left = 0, top = 0;     // pixels
   int width = 0, height = 0;
   int sheetX = 0, sheetY = 0;
+  int rim = 0;                            // pixels by which the rim's picture is larger on each side; 0: there is none
 };
 
 // One way that text can look, with the glyphs of all bytes.
@@ -126,17 +135,78 @@ static bool TakePlace(int width, int height, int *x, int *y) {
   return true;
 }
 
-// The colour in each pixel, with the bitmap's gray as alpha, and the clear border round it.
-static void UploadGlyph(const FT_Bitmap &bitmap, const u8 (&colour)[3], const Glyph &glyph) {
-  const int width = glyph.width + 2 * Border, height = glyph.height + 2 * Border;
-  std::vector<u8> image(static_cast<size_t>(width) * static_cast<size_t>(height) * 4);
-  for (size_t i = 0; i < image.size(); i += 4) memcpy(&image[i], colour, sizeof colour);
+static int RimOf(int pixels) { return std::min(1 + pixels / PixelsPerRim, WidestRim); }
+static int ShadowOf(int rim) { return (rim + 1) / 2; }  // pixels to the right and down
+
+static bool HasRim(const u8 (&colour)[3]) { return (2 * colour[0] + 5 * colour[1] + colour[2]) / 8 >= DimmestWithRim; }
+
+// A picture in the making, for a place on the sheet.
+struct Image {
+  int width = 0, height = 0;
+  std::vector<u8> pixels;                 // red, green, blue, alpha
+};
+
+static Image ClearImage(int width, int height, const u8 (&colour)[3]) {
+  Image image{width, height, std::vector<u8>(static_cast<size_t>(width) * static_cast<size_t>(height) * 4)};
+  for (size_t i = 0; i < image.pixels.size(); i += 4) memcpy(&image.pixels[i], colour, sizeof colour);
+  return image;
+}
+
+static u8 *AlphaAt(Image *image, int x, int y) { return &image->pixels[static_cast<size_t>(y * image->width + x) * 4 + 3]; }
+
+static void Upload(const Image &image, int x, int y) {
+  glTexSubImage2D(GL_TEXTURE_2D, 0, x, y, image.width, image.height, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());
+}
+
+// How dark a pixel at this distance from a full one is: the rim all round, or the shadow, which is the rim moved.
+static float RimWeight(int dx, int dy, int rim) {
+  const int shadow = ShadowOf(rim);
+  const auto within = [rim](int x, int y) {
+    return std::clamp(static_cast<float>(rim) + 1 - std::hypot(static_cast<float>(x), static_cast<float>(y)), 0.0f, 1.0f);
+  };
+  return std::max(RimDepth * within(dx, dy), ShadowDepth * within(dx - shadow, dy - shadow));
+}
+
+// Lets one pixel of the glyph darken what is round it. reach: how far.
+static void SpreadPixel(Image *image, int x, int y, u8 gray, const std::vector<float> &weights, int reach) {
+  size_t at = 0;
+  for (int dy = -reach; dy <= reach; dy++)
+    for (int dx = -reach; dx <= reach; dx++, at++) {
+      u8 *alpha = AlphaAt(image, x + dx, y + dy);
+      *alpha = std::max(*alpha, static_cast<u8>(static_cast<float>(gray) * weights[at]));
+    }
+}
+
+static void UploadRim(const FT_Bitmap &bitmap, int rim, const Glyph &glyph) {
+  const u8 black[3] = {};
+  const int reach = glyph.rim, edge = reach + Border;
+  std::vector<float> weights;
+  for (int dy = -reach; dy <= reach; dy++)
+    for (int dx = -reach; dx <= reach; dx++) weights.push_back(RimWeight(dx, dy, rim));
+  Image image = ClearImage(glyph.width + 2 * edge, glyph.height + 2 * edge, black);
   for (int y = 0; y < glyph.height; y++)
     for (int x = 0; x < glyph.width; x++)
-      image[static_cast<size_t>((y + Border) * width + x + Border) * 4 + 3] = bitmap.buffer[y * bitmap.pitch + x];
-  glTexSubImage2D(GL_TEXTURE_2D, 0, glyph.sheetX - Border, glyph.sheetY - Border, width, height, GL_RGBA, GL_UNSIGNED_BYTE,
-                  image.data());
+      if (const u8 gray = bitmap.buffer[y * bitmap.pitch + x]) SpreadPixel(&image, x + edge, y + edge, gray, weights, reach);
+  Upload(image, glyph.sheetX + glyph.width + Border, glyph.sheetY - Border);
+}
+
+// The colour in each pixel, with the bitmap's gray as alpha, and the clear border round it.
+static void UploadGlyph(const FT_Bitmap &bitmap, const u8 (&colour)[3], const Glyph &glyph) {
+  Image image = ClearImage(glyph.width + 2 * Border, glyph.height + 2 * Border, colour);
+  for (int y = 0; y < glyph.height; y++)
+    for (int x = 0; x < glyph.width; x++) *AlphaAt(&image, x + Border, y + Border) = bitmap.buffer[y * bitmap.pitch + x];
+  Upload(image, glyph.sheetX - Border, glyph.sheetY - Border);
   GuiUploads++;
+}
+
+// A place for the glyph, and to the right of it one for its rim.
+static bool PlaceGlyph(Glyph *glyph) {
+  const int rimWidth = glyph->rim == 0 ? 0 : glyph->width + 2 * (glyph->rim + Border);
+  int x = 0, y = 0;
+  if (!TakePlace(glyph->width + 2 * Border + rimWidth, glyph->height + 2 * (glyph->rim + Border), &x, &y)) return false;
+  glyph->sheetX = x + Border;
+  glyph->sheetY = y + Border;
+  return true;
 }
 
 // Renders a glyph and puts it on the sheet. False when the sheet has no room for it.
@@ -152,12 +222,12 @@ static bool MakeGlyph(const TextLook &look, u8 byte, Glyph *glyph) {
   glyph->top = slot->bitmap_top;
   glyph->width = static_cast<int>(bitmap.width);
   glyph->height = static_cast<int>(bitmap.rows);
-  int x = 0, y = 0;
-  if (!TakePlace(glyph->width + 2 * Border, glyph->height + 2 * Border, &x, &y)) return false;
-  glyph->sheetX = x + Border;
-  glyph->sheetY = y + Border;
+  const int rim = RimOf(look.pixels);
+  glyph->rim = HasRim(look.colour) ? rim + ShadowOf(rim) : 0;
+  if (!PlaceGlyph(glyph)) return false;
   glyph->drawn = true;
   UploadGlyph(bitmap, look.colour, *glyph);
+  if (glyph->rim != 0) UploadRim(bitmap, rim, *glyph);
   return true;
 }
 
@@ -176,14 +246,43 @@ static TextLook *PrepareLine(FT_Face face, int pixels, const u8 (&colour)[3], co
   return look;
 }
 
-static void AddCorners(const Glyph &glyph, int pen) {
-  const float left = static_cast<float>(pen + glyph.left), top = static_cast<float>(glyph.top);
-  const float right = left + static_cast<float>(glyph.width), bottom = top - static_cast<float>(glyph.height);
-  const float s = static_cast<float>(glyph.sheetX) / SheetSize, t = static_cast<float>(glyph.sheetY) / SheetSize;
-  const float sEnd = s + static_cast<float>(glyph.width) / SheetSize, tEnd = t + static_cast<float>(glyph.height) / SheetSize;
+// A place on the sheet and one in the line, of the same size.
+struct Patch {
+  int sheetX, sheetY, left, top, width, height;
+};
+
+static void AddCorners(const Patch &p) {
+  const float left = static_cast<float>(p.left), top = static_cast<float>(p.top);
+  const float right = left + static_cast<float>(p.width), bottom = top - static_cast<float>(p.height);
+  const float s = static_cast<float>(p.sheetX) / SheetSize, t = static_cast<float>(p.sheetY) / SheetSize;
+  const float sEnd = s + static_cast<float>(p.width) / SheetSize, tEnd = t + static_cast<float>(p.height) / SheetSize;
   const float corners[FloatsPerGlyph] = {left, bottom, s,    tEnd, left,  top, s,    t, right, bottom, sEnd, tEnd,
                                          right, bottom, sEnd, tEnd, left, top, s,    t, right, top,    sEnd, t};
   Corners.insert(Corners.end(), corners, corners + FloatsPerGlyph);
+}
+
+static Patch GlyphPatch(const Glyph &g, int pen) { return {g.sheetX, g.sheetY, pen + g.left, g.top, g.width, g.height}; }
+
+static Patch RimPatch(const Glyph &g, int pen) {
+  return {g.sheetX + g.width + 2 * Border, g.sheetY,         pen + g.left - g.rim, g.top + g.rim,
+          g.width + 2 * g.rim,             g.height + 2 * g.rim};
+}
+
+// Corners of all rims, and behind them of all glyphs: no rim lies over a neighbour. The pen's travel.
+static int AddLine(const TextLook &look, const u8 *bytes, int count) {
+  int pen = 0;
+  for (int i = 0; i < count; i++) {
+    const Glyph &glyph = look.glyphs[bytes[i]];
+    if (glyph.drawn && glyph.rim != 0) AddCorners(RimPatch(glyph, pen));
+    pen += glyph.advance;
+  }
+  pen = 0;
+  for (int i = 0; i < count; i++) {
+    const Glyph &glyph = look.glyphs[bytes[i]];
+    if (glyph.drawn) AddCorners(GlyphPatch(glyph, pen));
+    pen += glyph.advance;
+  }
+  return pen;
 }
 
 // A window of odd size has its middle between two pixels; glyphs keep to the pixels.
@@ -204,12 +303,7 @@ int DrawText(const char *text, int x, int y, const u8 (&colour)[3], TextAlign al
   glBindTexture(GL_TEXTURE_2D, Sheet);
   const TextLook &look = *PrepareLine(face, TextPixelSize(size, CurrentWindow().scale), colour, bytes, count);
   Corners.clear();
-  int pen = 0;
-  for (int i = 0; i < count; i++) {
-    const Glyph &glyph = look.glyphs[bytes[i]];
-    if (glyph.drawn) AddCorners(glyph, pen);
-    pen += glyph.advance;
-  }
+  const int pen = AddLine(look, bytes, count);
   const int back = align == AlignLeft ? 0 : align == AlignCentre ? pen / 2 : pen;
   if (!Corners.empty()) DrawCorners(x - back, y);
   return pen;

@@ -32,6 +32,17 @@ std::string ShortLabel(const std::string &text, size_t most) {
 
 static void OpenNaming(int) { BuildShipNaming(); }
 
+// Whoever opens the list from here wants to come back here.
+static void OpenShips(int) {
+  BuildShipList(0);
+  ReturnFromList(BuildPauseMenu);
+}
+
+static void OpenLanguages(int) {
+  BuildLanguageList(0);
+  ReturnFromList(BuildPauseMenu);
+}
+
 void BuildPauseMenu() {
   ClearElements();
   GuiScreen = ScreenPause;
@@ -39,8 +50,10 @@ void BuildPauseMenu() {
   AddButton(0, -200, 20, OpenNaming);
   AddButton(0, 200, 14, BuildGraphicsOptions);
   AddButton(0, -400, 15, nullptr, LeaveGame);
-  if (Options.SinglePlayer) AddButton(0, 0, 12, BuildShipList);
+  if (Options.SinglePlayer) AddButton(0, 0, 12, OpenShips);
   else AddButton(0, 0, 87, CloseMenu);
+  // Who can't read the words is at most two clicks away from words that they can read.
+  AddButton(650, -400, 49, OpenLanguages);
 }
 
 void BuildTitleMenu() {

@@ -80,12 +80,13 @@ static int AddCategoryLines(int category, int line, u16 held) {
   return line + ItemLines(c);
 }
 
+// "debug" heads the categories, but what a player looks for is in all the others: its lines come last.
 static void AddLines() {
   const Player p = ReadPlayer();
   const u16 held = static_cast<u16>(ShowsMaterials() ? p.heldBlock.material : p.heldBlock.component);
   int line = 1 - Scroll();
   const int categories = static_cast<int>(CategoriesShown().size());
-  for (int i = 0; i < categories && line < VisibleLines; ++i) line = AddCategoryLines(i, line, held);
+  for (int i = 0; i < categories && line < VisibleLines; ++i) line = AddCategoryLines((i + 1) % categories, line, held);
 }
 
 static void AddSelectorBar() {
@@ -105,6 +106,9 @@ static void BuildSelector(Screen screen) {
   AddElement(TypeTabBackground, 0, -55, 0, "", nullptr, 0);
   AddElement(TypeTab, -680, 450, 62, "", ShowsMaterials() ? nullptr : BuildMaterialSelector, 0);
   AddElement(TypeTab, -380, 458, 63, "", ShowsMaterials() ? BuildComponentSelector : nullptr, 0);
+  // Both tabs have the same picture: the one behind lies in the shade.
+  if (ShowsMaterials()) AddElement(TypeTabShade, -380, 458, 0, "", nullptr, 0);
+  else AddElement(TypeTabShade, -680, 450, 0, "", nullptr, 0);
   AddLines();
   AddSelectorBar();
 }

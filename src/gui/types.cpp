@@ -4,7 +4,7 @@
 GuiType GuiTypes[GuiTypeRows];
 
 // Rows that code names by their role are in GuiTypeRow. Every row with a hover class is followed by its look under the pointer.
-const GuiTypeSource GuiTypeSources[75] = {
+const GuiTypeSource GuiTypeSources[GuiTypesInUse] = {
     {1, "gui/button.png", 300, 142, 0, 30, 0, 0, 0, 1},
     {2, "gui/buttondown.png", 300, 142, 0, 30, 255, 255, 255, 1},
     {3, "gui/togglegreen.png", 200, 83, 120, 30, 255, 255, 255, 1},
@@ -80,6 +80,8 @@ const GuiTypeSource GuiTypeSources[75] = {
     {73, "gui/expandplusbright.png", 25, 25, -20, 30, 255, 255, 255, 2},
     {74, "gui/expandminusdull.png", 25, 25, -20, 30, 150, 150, 150, 2},
     {75, "gui/expandminusbright.png", 25, 25, -20, 30, 255, 255, 255, 2},
+    {76, "gui/tabshade.png", 270, 120, 0, 30, 255, 255, 255, 0},
+    {77, "NULL;", 900, 1, -4243, 150, 12, 9, 8, 0},
 };
 
 void SetGuiType(const GuiTypeSource &source) {

@@ -188,8 +188,8 @@ void PollNetwork() {
   }
 }
 
-// The line as it is sent: an action begins with "|" in place of ": " or "/me ". Null: not sent at all.
-static const char *LineToSend(char *line) {
+// The place where the line as it is sent begins: an action begins with "|" in place of ": " or "/me ". Null: not sent at all.
+static const char *StartOfLine(char *line) {
   if (line[0] == ':' && line[1] == ' ') {
     line[1] = '|';
     return line + 1;
@@ -201,9 +201,15 @@ static const char *LineToSend(char *line) {
   return line + 3;
 }
 
-void SendChat(const char *text) {
-  if (!Online || std::strlen(text) > LongestLine) return;
+std::string LineToSend(const char *text) {
+  if (std::strlen(text) > LongestLine) return "";
   std::string line = text;
-  const char *sent = LineToSend(line.data());
-  if (sent != nullptr) SendText(NetHost, NetPeer, sent, PacketChat, true);
+  const char *start = StartOfLine(line.data());
+  return start == nullptr ? "" : start;
+}
+
+void SendChat(const char *text) {
+  if (!Online) return;
+  const std::string line = LineToSend(text);
+  if (!line.empty()) SendText(NetHost, NetPeer, line, PacketChat, true);
 }

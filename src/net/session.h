@@ -23,5 +23,6 @@ void HandlePacket(const u8 *data, size_t length); // Does what one packet says; 
 
 // Any thread; nothing is sent while Online is clear.
 void SendChat(const char *text);                  // Lines of over 255 bytes and unknown commands go nowhere.
+std::string LineToSend(const char *text);         // As SendChat sends it: actions begin with "|". Empty for what goes nowhere.
 void SendPlayerLocation(const i64 (&solarLoc)[3], const i32 (&velocity)[3]);
 void ShowPlayerList();                            // A chat line of its own with all names. Takes the world mutex.

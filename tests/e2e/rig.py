@@ -25,11 +25,12 @@ import screen  # noqa: E402  (stands beside ./play's own script)
 
 @contextlib.contextmanager
 def installation():
-    """A copy of config/ without an options file, and empty saves/ and cache/; gone when the block ends."""
+    """A copy of config/ without options and settings, and empty saves/ and cache/; gone when the block ends."""
     with tempfile.TemporaryDirectory(prefix="tarnvale-e2e-") as folder:
         root = Path(folder)
         shutil.copytree(ROOT / "config", root / "config")
-        (root / "config/text/options").unlink(missing_ok=True)
+        for own in ("options", "settings"):
+            (root / "config/text" / own).unlink(missing_ok=True)
         (root / "saves").mkdir()
         (root / "cache").mkdir()
         yield root

@@ -11,7 +11,7 @@ from rig import ROOT, screen
 # Where things stand, in design units from the middle of the window.
 RESUME, NAME_SHIP, OPTIONS, QUIT, SHIPS = (0, 400), (0, -200), (0, 200), (0, -400), (0, 0)
 GRAPHICS, GAME, MOUSE, SOUND, OTHER, APPLY = (-700, 450), (-350, 450), (0, 450), (350, 450), (700, 450), (0, -450)
-LOAD, CANCEL, BACKUPS, LANGUAGES = (-175, -400), (175, -400), (-600, 400), (-800, -480)
+LOAD, CANCEL, BACKUPS, LANGUAGES = (-175, -400), (175, -400), (-600, 400), (650, -400)
 MATERIAL_TAB, COMPONENT_TAB, ROTATION_SWITCH = (-680, 450), (-380, 458), (600, -380)
 
 
@@ -155,9 +155,9 @@ class Menus(unittest.TestCase):
         player = self.play()
         grown = player.game.save()
         player.key("q")
-        player.click((-690, 284 - 42))               # the second category opens
-        player.click((-570, 284 - 2 * 42))           # its first component
-        player.click(MATERIAL_TAB, (-690, 284 - 42), (-570 + 290, 284 - 2 * 42))
+        player.click((-690, 284))                    # the first category opens
+        player.click((-570, 284 - 42))               # its first component
+        player.click(MATERIAL_TAB, (-690, 284), (-570 + 290, 284 - 42))
         player.key("q")
         player.game.look(60, -60)
         player.game.click()
@@ -195,7 +195,7 @@ class Menus(unittest.TestCase):
         player = self.play()
         player.key("Escape")
         words = player.game.picture()
-        player.click(SHIPS, CANCEL, LANGUAGES)
+        player.click(SHIPS, CANCEL, LANGUAGES)       # back on the pause menu, and on from there
         names = [entry for entry in os.listdir(self.root / "config/language") if not entry.startswith(".")]
         player.click((0, 440 - 42 * (names.index("deutsch") + 1)))
         self.assertEqual(self.options()["Language"], "deutsch")

@@ -1,6 +1,8 @@
 #include "gameplay/chat.h"
 
 #include "gameplay/play.h"
+#include "gui/language.h"
+#include "net/chat_log.h"
 
 namespace {
 
@@ -59,5 +61,36 @@ TEST_F(Chat, EnterAndEscGoBackToPlay) {
     EXPECT_EQ(uiMode, 0);
     EXPECT_EQ(ReadChat().cursor, -2);
     EXPECT_EQ(Text(), "");
+  }
+}
+
+// The newest lines, one behind the other.
+static std::string Shown(int count) {
+  ChatLines lines;
+  CopyChatLog(&lines);
+  std::string shown;
+  for (int row = count - 1; row >= 0; --row) shown += lines[static_cast<size_t>(row)] + "\n";
+  return shown;
+}
+
+TEST_F(Chat, NoLineVanishesWithoutAWord) {
+  for (const char *language : {"english", "deutsch", "francais", "italiano"}) {
+    Options.Language = language;
+    Options.PlayerName = "Ada";
+    ASSERT_TRUE(LoadLanguage());
+    const std::string alone = GuiStrings[TextAlone] + "\n", x255(255, 'x');
+    ASSERT_GT(alone.size(), 10u);
+    const struct { std::string typed, shown; } lines[] = {
+        {"hello", "Ada: hello\n" + alone}, {"/me waves", "* Ada waves\n" + alone}, {": waves", "* Ada waves\n" + alone},
+        {x255, "Ada: " + x255 + "\n" + alone}, {x255 + "y", "-\n" + GuiStrings[TextTooLong] + "\n"},
+        {"/dance", "-\n" + GuiStrings[TextOnlyCommand] + "\n"}, {"/" + x255, "-\n" + GuiStrings[TextTooLong] + "\n"}, {"", "\n-\n"}};
+    for (const auto &l : lines) {
+      ReplaceChatLines(2, "");
+      AddChatLine("-");
+      OnKey('T', 1);
+      Type("t" + l.typed);
+      OnKey(KeyEnter, 1);
+      EXPECT_EQ(Shown(2), l.shown);
+    }
   }
 }

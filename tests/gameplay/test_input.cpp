@@ -7,6 +7,7 @@
 #include "gameplay/debug_keys.h"
 #include "gameplay/play.h"
 #include "gui/elements.h"
+#include "gui/language.h"
 #include "gui/mode.h"
 #include "gui/screens.h"
 #include "platform/threads.h"
@@ -40,6 +41,26 @@ TEST_F(Input, TheMouseTurnsTheViewWithinItsLimits) {
     EXPECT_NEAR(p.sinYaw, std::sin(c.toYaw * 0.017453292f), 1e-6);
     EXPECT_NEAR(p.cosPitch, std::cos(c.toPitch * 0.017453292f), 1e-6);
   }
+}
+
+// The switch is green while the mouse pushed forward raises the view, and says so in each language.
+TEST_F(Input, TheMouseSwitchSaysWhatItDoes) {
+  for (const auto &[language, up] : {std::pair{"english", "Up"}, {"deutsch", "hoch"}, {"francais", "haut"}, {"italiano", "alto"}}) {
+    Options.Language = language;
+    ASSERT_TRUE(LoadLanguage());
+    BuildMouseOptions(0);
+    int row = 0;
+    while (GuiElements[row].x != -500) ++row;
+    EXPECT_NE(GuiElements[row].text.find(up), std::string::npos) << GuiElements[row].text;
+    for (int press = 0; press < 2; ++press) {
+      uiMode = 0;
+      OnMousePosition(512, 384 - 20);
+      EXPECT_EQ(ReadPlayer().pitch > 0, GuiElements[row].type == TypeOn);
+      OnMousePosition(512, 384 + 20);
+      GuiElements[row].callback(row);
+    }
+  }
+  MenuClosable = true;
 }
 
 TEST_F(Input, TheWheelTurnsTheBlockInHand) {

@@ -77,6 +77,36 @@ TEST_F(Language, NamesRowsAndFamilies) {
   }
 }
 
+// Materials 10 and 20; components 100 with its family 200 and 300, and 400.
+TEST_F(Language, WhatItLacksIsEnglish) {
+  const std::string loaded = "info: Successfully loaded language file! \n";
+  const auto lacks = [&loaded](int count) {
+    return "info: Texts and names that the language lacks, in English instead: " + std::to_string(count) + " \n" + loaded;
+  };
+  WriteText("config/language/english", "Yes\nNo\nBack\n0 #MatStart\n10 Iron 20 Rock 99 Ghost 0 #ComStart 100 Hull 300 Prow 400 Lamp 0 #CatStart\n");
+  const struct { std::string file, names, texts, log; } cases[] = {
+      {"Ja\n\nZur\xfc" "ck\n0 #MatStart\n10 Eisen 20 Fels 0 #ComStart 100 Rumpf 300 Bug 400 Lampe 0 #CatStart\n",
+       "Eisen Fels Rumpf Rumpf Bug Lampe ", "Ja,,Zur\xfc" "ck", loaded},
+      {"Ja\n0 #MatStart\n10 Eisen 0 #ComStart 100 Rumpf 0 #CatStart\n", "Eisen Rock Rumpf Rumpf Rumpf Lamp ", "Ja,No,Back", lacks(4)},
+      {"Ja\nNein\nx\ny\n0 #MatStart\n20 Fels 0 #ComStart 300 Bug 0 #CatStart\n", "Iron Fels Hull Hull Bug Lamp ", "Ja,Nein,x", lacks(3)},
+      {"Ja\n0 #MatStart\n10 Eisen", "Eisen Rock Hull Hull Prow Lamp ", "Ja,No,Back",
+       "info: Error in language file in Material section \ninfo: Texts and names that the language lacks, in English instead: 6 \n"}};
+  for (const auto &c : cases) {
+    EXPECT_EQ(LogOfLoading(c.file), c.log);
+    EXPECT_EQ(Names(), c.names);
+    EXPECT_EQ(GuiStrings[1] + "," + GuiStrings[2] + "," + GuiStrings[3], c.texts);
+  }
+  // A start in a language that has gone, or is no language.
+  for (const char *gone : {"absent", "test"}) {
+    MakeTables();
+    GuiStrings.assign(GuiStringRows, "");
+    WriteText("config/language/test", "Ja\n");
+    Options.Language = gone;
+    EXPECT_FALSE(LoadLanguage());
+    EXPECT_EQ(Names() + GuiStrings[3], "Iron Rock Hull Hull Prow Lamp Back");
+  }
+}
+
 TEST_F(Language, AnotherOneOrdersTheListsAnew) {
   for (size_t i = 1; i < 3; ++i) Materials[i].tags[0] = "Common";
   for (const size_t i : {1u, 4u}) Components[i].primaryTag = "Common";

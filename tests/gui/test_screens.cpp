@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "content/categories.h"
 #include "content/options.h"
 #include "gui/language.h"
+#include "gui/layout.h"
 #include "gui/mode.h"
 #include "persistence/stream.h"
 #include "platform/window.h"
@@ -199,6 +201,41 @@ TEST_F(Screens, AListShowsSixteenNamesAndTheChosenOne) {
   EXPECT_EQ(GuiScreen, ScreenTitle);
 }
 
+// Clicks from the pause menu, and where they lead.
+TEST_F(Screens, CancelLeadsBackToWhereAListWasOpened) {
+  WriteText("saves/Old2026-11-23.bak", "");
+  const struct { std::vector<std::pair<int, int>> clicks; int screen; } ways[] = {
+      {{{0, 0}, {175, -400}}, ScreenPause},
+      {{{0, 0}, {-600, 400}, {175, -400}, {175, -400}}, ScreenPause},
+      {{{650, -400}, {-650, -400}}, ScreenPause},
+      {{{650, -400}, {0, 398}}, ScreenTitle},
+      {{{650, -400}, {0, 398}, {-800, -480}, {-650, -400}}, ScreenTitle}};
+  for (const auto &way : ways) {
+    BuildPauseMenu();
+    for (const auto &[x, y] : way.clicks) Click(x, y);
+    EXPECT_EQ(GuiScreen, way.screen);
+  }
+  BuildBackupList(0);
+  EXPECT_EQ(At(0, 500)->text, GuiStrings[85]);
+}
+
+TEST_F(Screens, NothingLooksChosenUntilThePointerMovesOrClicks) {
+  for (const GuiTypeSource &source : GuiTypeSources) SetGuiType(source);
+  const int middleX = Options.ScreenWidth / 2, middleY = Options.ScreenHeight / 2;
+  for (const bool moves : {true, false}) {
+    uiMode = 0;
+    ToggleMenu();
+    for (int i = 0; i < GuiElementCount; ++i) SetHitBox(&GuiElements[i], GuiTypes[GuiElements[i].type], 0, 0.5f);
+    PointAt(middleX, middleY);  // as the window reports when it shows the pointer
+    UpdateHover();
+    EXPECT_FALSE(At(0, 0)->hovered);
+    if (moves) PointAt(middleX + 1, middleY);
+    else WakePointer();
+    EXPECT_TRUE(At(0, 0)->hovered);
+    EXPECT_FALSE(At(0, 200)->hovered);
+  }
+}
+
 // Opens the list or the backups, chooses the file and loads it.
 static Ship *Load(void (*list)(int), const std::string &file) {
   const u16 count = TheShipTable.count;
@@ -251,13 +288,17 @@ TEST_F(Screens, ASelectorOpensScrollsAndPutsARowInTheHand) {
     s.build(0);
     EXPECT_EQ(LastSelector, s.materials ? 2 : 1);
     EXPECT_EQ(KnobY(), 220);
-    Click(-690, 242);
+    // The open tab lies in the light, the other one in the shade.
+    const int count = GuiElementCount;
+    EXPECT_EQ(std::count_if(GuiElements, GuiElements + count, [](const GuiElement &e) { return e.type == TypeTabShade; }), 1);
+    EXPECT_EQ(At(s.materials ? -380 : -680, s.materials ? 458 : 450, s.materials ? 6 : 5)->type, TypeTabShade);
+    Click(-690, 284);
     ASSERT_TRUE((*s.categories)[1].open);
-    EXPECT_EQ(At(-690, 242)->type, TypeExpandMinus);
-    Click(-570 + 290, 200);
+    EXPECT_EQ(At(-690, 284)->type, TypeExpandMinus);
+    Click(-570 + 290, 242);
     const Block held = ReadPlayer().heldBlock;
     EXPECT_EQ(s.materials ? held.material : held.component, (*s.categories)[1].rows[1]);
-    EXPECT_EQ(At(-570 + 290, 200)->type, TypeChosenRow);
+    EXPECT_EQ(At(-570 + 290, 242)->type, TypeChosenRow);
     for (size_t i = 0; i < s.categories->size(); ++i) (*s.categories)[i].open = true;
     s.build(0);
     size_t lines = 0;
@@ -272,6 +313,8 @@ TEST_F(Screens, ASelectorOpensScrollsAndPutsARowInTheHand) {
     for (int i = 0; i < GuiElementCount; ++i)
       if (GuiElements[i].type == TypeRow) lowest = std::min<int>(lowest, GuiElements[i].y);
     EXPECT_EQ(lowest, 284 - 42 * 17) << "the last line is in sight";
+    const int debugLines = static_cast<int>((*s.categories)[0].rows.size() + 2) / 3;
+    EXPECT_EQ(At(-690, lowest + 42 * debugLines)->text, "debug") << "and it is the group that nobody looks for";
     ScrollScreen(-5000);
     EXPECT_EQ(scroll(), 1u);
     Click(s.materials ? -380 : -680, s.materials ? 458 : 450);

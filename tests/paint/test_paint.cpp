@@ -180,6 +180,56 @@ TEST_F(Paint, TextIsWhatItsFaceDrawsGlyphByGlyph) {
   EXPECT_EQ(Count(Log(), "*ERR: Unable to open font"), 0);
 }
 
+// Brown as lit rock: next to each bright stroke, and below and right of it even more, it is dark. Dark words stay plain.
+TEST_F(Paint, LightTextHasADarkRimOverRock) {
+  InitGui();
+  const GuiTypeSource rock{90, "NULL;", 1, 1, -4243, 255, 150, 110, 75, 0};
+  SetGuiType(rock);
+  GuiTypes[90].texture = GuiTypes[TypePanelWide].texture;  // of a plain grey, 85
+  const u8 black[3] = {}, rowGrey[3] = {150, 150, 150};
+  const struct { const u8 (&colour)[3]; int size; bool rim; } lines[] = {
+      {Green, 32, true}, {White, 32, true}, {rowGrey, 26, true}, {White, 100, true}, {black, 60, false}};
+  for (const auto &line : lines) {
+    BeginFrame();
+    DrawGuiQuad(NoElement, 0, 0, 1920, 1, 90, nullptr, 0, 0, 0);
+    const int width = DrawText("IlIHl", -50, 0, line.colour, AlignLeft, line.size);
+    const std::vector<u8> pixels = Pixels();
+    int dark = 0, bright = 0;
+    for (int y = -20; y < 60; ++y)
+      for (int x = -60; x < -40 + width; ++x) {
+        const int green = PixelAt(pixels, x, y).green;
+        dark += green < 30;
+        bright += green > 140;
+      }
+    EXPECT_GT(dark, line.rim ? bright : 0) << line.size;
+    EXPECT_EQ(bright > 0, line.rim) << line.size;
+    ExpectColour(PixelAt(pixels, -75, 0), {85, 85, 85}, "not far from the words");
+  }
+}
+
+// Behind lists and options the picture is dimmer than behind the buttons of the pause menu, and not beside a list.
+TEST_F(Paint, ListsAndOptionsStandOnADenserBackdrop) {
+  InitGui();
+  uiMode = 1;
+  const auto brightness = [](int x) {
+    ClearElements();
+    glClearColor(1, 1, 1, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glClearColor(0, 0, 0, 1);
+    DrawMenu();
+    return PixelAt(Pixels(), x, 200).red;
+  };
+  const struct { Screen screen; bool middle, side; } screens[] = {
+      {ScreenPause, false, false}, {ScreenTitle, false, false}, {ScreenShips, true, false}, {ScreenBackups, true, false},
+      {ScreenLanguages, true, false}, {ScreenGraphics, true, true}, {ScreenOther, true, true}, {ScreenNaming, true, true}};
+  BeginFrame();
+  for (const auto &s : screens) {
+    GuiScreen = s.screen;
+    EXPECT_EQ(brightness(0) < 100, s.middle) << s.screen;
+    EXPECT_EQ(brightness(450) < 100, s.side) << s.screen;
+  }
+}
+
 TEST_F(Paint, AStillScreenSendsNoGlyphAndAFullSheetStartsAnew) {
   InitGui();
   for (int i = 0; i < 18; i++) AddElement(i % 2 == 0 ? TypeRow : TypeChosenRow, 0, 400 - 42 * i, 0, "Alloy plating, edge", nullptr, 0);

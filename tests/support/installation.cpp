@@ -46,7 +46,7 @@ std::string UseTemporaryInstallation() {
   fs::create_directories(root / "cache");
   fs::create_directories(root / "config");
   fs::copy(fs::path(TARNVALE_ROOT) / "config/text", root / "config/text", fs::copy_options::recursive);
-  fs::remove(root / "config/text/options");
+  for (const char *own : {"options", "settings"}) fs::remove(root / "config/text" / own);
   for (const char *part : {"graphics", "shaders", "language", "fonts"})
     fs::create_directory_symlink(fs::path(TARNVALE_ROOT) / "config" / part, root / "config" / part);
   fs::current_path(root);

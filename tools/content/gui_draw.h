@@ -22,6 +22,7 @@ void DrawScrollTrack(Canvas *canvas);
 void DrawScrollKnob(Canvas *canvas);
 void DrawTextRow(Canvas *canvas);
 void DrawTab(Canvas *canvas);
+void DrawTabShade(Canvas *canvas);
 void DrawOkDull(Canvas *canvas);
 void DrawOkBright(Canvas *canvas);
 void DrawCancelDull(Canvas *canvas);

@@ -23,9 +23,9 @@ static Mask CrosshairMask(const Canvas &canvas, double thickness) {
 }
 
 static void DrawCrosshair(Canvas *canvas, const Hue &tint) {
-  const Mask lines = CrosshairMask(*canvas, 3.0);
-  Fill(canvas, Blurred(CrosshairMask(*canvas, 6.2), 1), Black, 0.72f);
-  Fill(canvas, lines, Mixed(tint, White, 0.12f), 1.0f);
+  const Mask lines = CrosshairMask(*canvas, 3.6);  // over a pixel in a window half as large as the design
+  Fill(canvas, Blurred(CrosshairMask(*canvas, 8.4), 1), Black, 0.9f);
+  Fill(canvas, lines, Mixed(tint, White, 0.25f), 1.0f);
 }
 
 void DrawCrosshairOrange(Canvas *canvas) {

@@ -202,8 +202,12 @@ void DrawTextRow(Canvas *canvas) {
   }
 }
 
+static Mask TabMask(const Canvas &canvas) {
+  return PolyMask(canvas, {{6, 118}, {26, 24}, {44, 8}, {226, 8}, {244, 24}, {264, 118}});
+}
+
 void DrawTab(Canvas *canvas) {
-  const Mask plate = PolyMask(*canvas, {{6, 118}, {26, 24}, {44, 8}, {226, 8}, {244, 24}, {264, 118}});
+  const Mask plate = TabMask(*canvas);
   Shadow(canvas, plate, 2, 2, 4, 0.5f);
   Plate(canvas, plate, lightEnamel, 61);
   Scratch(canvas, plate, 18, 62);
@@ -211,6 +215,9 @@ void DrawTab(Canvas *canvas) {
   Engrave(canvas, LineMask(*canvas, {{20, 106}, {250, 106}}, 2), 0.6f);
   Rivets(canvas, {{34, 94}, {236, 94}}, 4.5, Steel, 64);
 }
+
+// What lies over the tab of the list that isn't shown.
+void DrawTabShade(Canvas *canvas) { Fill(canvas, TabMask(*canvas), Black, 0.62f); }
 
 // A round key with a mark.
 static void DrawKey(Canvas *canvas, bool check, bool lit, const Hue &light, uint32_t seed) {

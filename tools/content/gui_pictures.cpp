@@ -57,6 +57,7 @@ const std::vector<GuiPicture> &GuiPictures() {
       {"gui/tabbackground.png", 1893, 957, DrawSelectorFrame},
       {"gui/tabdivider.png", 145, 882, DrawSelectorDivider},
       {"gui/tabtab.png", 270, 120, DrawTab},
+      {"gui/tabshade.png", 270, 120, DrawTabShade},
       {"gui/tabokdull.png", 102, 106, DrawOkDull},
       {"gui/tabokbright.png", 102, 106, DrawOkBright},
       {"gui/tabcanceldull.png", 102, 106, DrawCancelDull},
