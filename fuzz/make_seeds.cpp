@@ -117,6 +117,7 @@ static void PutContent() {
   }
   Demand(SaveOptions(), "the options are saved");
   PutSeed("options", "defaults", ReadAll("config/text/options"));
+  PutSeed("settings", "few", "# Mine\nShip Heron of Dusk\r\nLater 1\nShip\n");
 }
 
 static void PutPictures() {

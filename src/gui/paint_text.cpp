@@ -140,11 +140,15 @@ static int ShadowOf(int rim) { return (rim + 1) / 2; }  // pixels to the right a
 
 static bool HasRim(const u8 (&colour)[3]) { return (2 * colour[0] + 5 * colour[1] + colour[2]) / 8 >= DimmestWithRim; }
 
+namespace {
+
 // A picture in the making, for a place on the sheet.
 struct Image {
   int width = 0, height = 0;
   std::vector<u8> pixels;                 // red, green, blue, alpha
 };
+
+}  // namespace
 
 static Image ClearImage(int width, int height, const u8 (&colour)[3]) {
   Image image{width, height, std::vector<u8>(static_cast<size_t>(width) * static_cast<size_t>(height) * 4)};
@@ -246,10 +250,14 @@ static TextLook *PrepareLine(FT_Face face, int pixels, const u8 (&colour)[3], co
   return look;
 }
 
+namespace {
+
 // A place on the sheet and one in the line, of the same size.
 struct Patch {
   int sheetX, sheetY, left, top, width, height;
 };
+
+}  // namespace
 
 static void AddCorners(const Patch &p) {
   const float left = static_cast<float>(p.left), top = static_cast<float>(p.top);

@@ -205,7 +205,7 @@ class Menus(unittest.TestCase):
         self.assertEqual(player.game.log().count("Successfully loaded language file!"), 2)
         self.close(player)
 
-    def test_a_ship_with_a_new_name_has_a_new_file(self):
+    def test_a_ship_with_a_new_name_has_a_new_file_and_flies_again_at_the_next_start(self):
         player = self.play()
         player.key("Escape")
         player.click(NAME_SHIP)
@@ -214,8 +214,23 @@ class Menus(unittest.TestCase):
         player.key("Return")
         player.key("Escape")
         rig.wait_until(lambda: any(name.endswith("Heron of Dus.sts") for name in self.files()), f"a file of the new name: {self.files()}")
-        self.assertTrue(rig.read_ship(self.root / "saves" / next(n for n in self.files() if "Heron" in n)))
+        heron = self.root / "saves" / next(n for n in self.files() if "Heron" in n)
+        self.assertTrue(rig.read_ship(heron))
         self.close(player)
+        default = self.root / "saves/Default.sts"
+        before = heron.stat().st_mtime_ns, default.stat().st_mtime_ns
+        player = self.play()
+        player.key("Escape")
+        rig.wait_until(lambda: heron.stat().st_mtime_ns != before[0], "Escape saves the ship of the last start")
+        self.assertEqual(default.stat().st_mtime_ns, before[1])
+        self.close(player)
+        heron.rename(self.root / "saves/Heron.kept")
+        player = self.play()
+        self.assertIn("The ship you flew last is gone: " + heron.stem, player.game.log())
+        player.key("Escape")
+        rig.wait_until(lambda: default.stat().st_mtime_ns != before[1], "Default flies in its place")
+        self.close(player)
+        self.assertEqual((self.root / "config/text/settings").read_text(), "Ship Default\n")
 
 
 if __name__ == "__main__":

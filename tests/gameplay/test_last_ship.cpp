@@ -13,6 +13,8 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+
 struct LastShip : Play {
   void SetUp() override {
     Play::SetUp();
@@ -22,6 +24,8 @@ struct LastShip : Play {
   void TearDown() override { Online = false; }
   void Name(const char *stem) const { ship->fileStem = ship->displayName = stem; }
 };
+
+}  // namespace
 
 static std::string Line() {
   ChatLines lines;

@@ -12,7 +12,7 @@
 
 constexpr size_t LongestLine = 4095;
 
-static int faults = 0;
+static int faults = 0, warnings = 0;
 
 // Content may be another's work: no control character of it reaches a terminal.
 void Fault(const std::string &path, int line, const std::string &what) {
@@ -24,6 +24,11 @@ void Fault(const std::string &path, int line, const std::string &what) {
 
 int FaultCount() {
   return faults;
+}
+
+void Warning(const std::string &path, int line, const std::string &what) {
+  std::printf("%s:%d: warning: %s\n", path.c_str(), line, what.c_str());
+  warnings++;
 }
 
 bool ReadRows(const std::string &path, TextFile *file) {
@@ -119,6 +124,8 @@ int CheckContent() {
   CheckShader("config/shaders/MainFragShader.txt", {});
   CheckShader("config/shaders/2DVertShader.txt", {"SquareVertices", "Projection2DModel"});
   CheckShader("config/shaders/2DFragShader.txt", {"sampler2D"});
-  std::printf("%d faults\n", faults);
+  std::printf("%d faults", faults);
+  if (warnings != 0) std::printf(", %d warnings", warnings);
+  std::printf("\n");
   return faults;
 }

@@ -24,6 +24,8 @@ struct TableIds {
 
 // Prints a fault and counts it. Line 0 stands for the file as a whole.
 void Fault(const std::string &path, int line, const std::string &what);
+// The same for what the game mends by itself.
+void Warning(const std::string &path, int line, const std::string &what);
 int FaultCount();
 
 // Reads the rows of a table file; false, with a fault, when it can't be read.
