@@ -23,6 +23,7 @@
 #include "platform/window.h"
 #include "render/debris.h"
 #include "render/parse.h"
+#include "world/edit.h"
 #include "world/heat.h"
 #include "world/retire.h"
 
@@ -76,6 +77,7 @@ void ParsePiece(double *timer) {
   if (!TryLockMutex(&WorldMutex)) return;
   const double start = ClockNow();
   UpdateCurrentShip();
+  MendAllShips(MendingSlice);  // before Parse, so that few pictures show what an edit has left wrong
   Parse(&TheVoxelList, ReadPlayer());
   UnlockMutex(&WorldMutex);
   LogIfSlow("Parse:", start);

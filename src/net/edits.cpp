@@ -5,8 +5,8 @@
 #include "core/log.h"
 #include "net/connection.h"
 #include "platform/threads.h"
-#include "world/access.h"
 #include "world/cells.h"
+#include "world/edit.h"
 
 // With a server the table is replaced when its list comes, and again maybe between the aim and the edit: a row is another ship's then.
 static bool MayEdit(u16 x, u16 y, u16 z, const Ship *ship) {
@@ -18,18 +18,18 @@ int PlaceBlockNetworked(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {
   const ScopedLock world(&WorldMutex);
   if (!MayEdit(x, y, z, ship)) return 0;
   if (Online) SendBlockPlace(NetHost, NetPeer, static_cast<i32>(ship->id), x, y, z, b);
-  return PlaceBlockHeld(b, x, y, z, ship);
+  return EditPlace(b, x, y, z, ship);
 }
 
 bool RemoveBlockNetworked(u16 x, u16 y, u16 z, Ship *ship) {
   const ScopedLock world(&WorldMutex);
   if (!MayEdit(x, y, z, ship)) return false;
   if (Online) SendBlockRemove(NetHost, NetPeer, static_cast<i32>(ship->id), x, y, z);
-  return RemoveBlockHeld(x, y, z, ship);
+  return EditRemove(x, y, z, ship);
 }
 
 int SetBlockComponentNetworked(u16 component, u16 x, u16 y, u16 z, Ship *ship) {
   if (!MayEdit(x, y, z, ship)) return 0;
   if (Online) SendBlockComponent(NetHost, NetPeer, static_cast<i32>(ship->id), x, y, z, component);
-  return ChangeBlockComponent(component, x, y, z, ship);
+  return EditComponent(component, x, y, z, ship);
 }

@@ -105,6 +105,7 @@ static void ExchangeBlocks(Ship *ship, Ship *other) {
   std::swap(ship->displayName, other->displayName);
   std::swap(ship->fileStem, other->fileStem);
   std::swap(ship->summary, other->summary);
+  std::swap(ship->remains, other->remains);
   ship->lightCounter = ship->cacheCounter = 0;
   ship->keepStreamAs = ship->keepFolderAs = ".replaced";  // a save must not cost the inside
 }

@@ -4,7 +4,6 @@
 #include <enet/enet.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <utility>
 
@@ -14,14 +13,12 @@
 #include "core/log.h"
 #include "platform/files.h"
 #include "platform/threads.h"
-#include "world/access.h"
-#include "world/light.h"
+#include "world/edit.h"
 
 constexpr u8 CompressedFlag = 0x80;
 // What a loading game counts for a ship's levels: each new one costs its table, and a chunk its cells as if all were full and drawn.
 constexpr u64 MegaBytes = 1000 * sizeof(SuperChunk), SuperBytes = 1000 * sizeof(Chunk);
 constexpr u64 ChunkBytes = 8 + 6 * CellsPerChunk + sizeof(ChunkCells) + CellsPerChunk * sizeof(GraphicBlock);
-constexpr u32 ShadowCastsPerSecond = 40;
 constexpr size_t LongestText = 65535, LongestShortText = 255;
 constexpr u16 MissingComponentId = 6, MissingMaterialId = 110;
 
@@ -218,36 +215,20 @@ bool HasRoomFor(const BlockEdit &edit, const Ship &ship) {
 static bool ApplyHeld(const BlockEdit &edit) {
   if (!RowExists(edit.shipRow)) return false;
   Ship *ship = ShipAt(TheShipTable, static_cast<u16>(edit.shipRow));
-  if (edit.type == PacketBlockRemove) return RemoveBlockHeld(edit.x, edit.y, edit.z, ship);
+  if (edit.type == PacketBlockRemove) return EditRemove(edit.x, edit.y, edit.z, ship);
   if (edit.type == PacketBlockComponent)
-    return ChangeBlockComponent(KnownComponent(edit.component), edit.x, edit.y, edit.z, ship) != 0;
+    return EditComponent(KnownComponent(edit.component), edit.x, edit.y, edit.z, ship) != 0;
   if (!HasRoomFor(edit, *ship)) return LogWarn("the ship is full") != 0;
   Block b = edit.block;
   if (b.state != StateEmpty) b.state = StateWhole;  // which voxels a damaged block has lost doesn't travel
   b.component = KnownComponent(static_cast<unsigned>(b.component));
   b.material = KnownMaterial(static_cast<unsigned>(b.material));
-  return PlaceBlockHeld(b, edit.x, edit.y, edit.z, ship) != 0;
-}
-
-// What others build may cost this game so much light with shadows, whatever it is. World mutex held.
-static u32 *ShadowCastsOfNow() {
-  using Clock = std::chrono::steady_clock;
-  static Clock::time_point filled = Clock::now();
-  static u32 left = ShadowCastsPerSecond;
-  if (Clock::now() - filled >= std::chrono::seconds(1)) {
-    filled = Clock::now();
-    left = ShadowCastsPerSecond;
-  }
-  return &left;
+  return EditPlace(b, edit.x, edit.y, edit.z, ship) != 0;
 }
 
 bool ApplyBlockEdit(const BlockEdit &edit) {
   const ScopedLock world(&WorldMutex);
-  u32 *const casts = ShadowCastsOfNow();
-  std::swap(*casts, ShadowCastsLeft);
-  const bool done = ApplyHeld(edit);
-  std::swap(*casts, ShadowCastsLeft);
-  return done;
+  return ApplyHeld(edit);
 }
 
 static bool ApplyPayload(u8 type, Reader payload) {

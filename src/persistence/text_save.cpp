@@ -178,7 +178,8 @@ static bool PrepareTextFiles(const Ship &ship, const std::string &path, TextFile
   if (!BeginReplacement(&f->text, path.c_str())) return LogError(("Could not create " + path).c_str()) != 0;
   ScopedLock world(&WorldMutex);
   const bool own = path.size() > 4 && path.substr(0, path.size() - 4) == "saves/" + ship.fileStem;  // else they are another text's
-  f->withLight = BeginCompanion(&f->light, light && own, ship.fileStem, ".slf");
+  const bool lit = ship.remains.stale.empty();  // else the next load casts the light anew
+  f->withLight = BeginCompanion(&f->light, light && own && lit, ship.fileStem, ".slf");
   f->withCache = BeginCompanion(&f->cache, cache && own, ship.fileStem, ".scf");
   return PackText(ship, f->withLight, f->withCache, content);
 }

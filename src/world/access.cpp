@@ -258,7 +258,7 @@ bool RemoveBlockHeld(u16 x, u16 y, u16 z, Ship *ship) {
   gone.material = 0;
   gone.component = 0;
   StoreHead(cells, a.block, HeadOf(gone));
-  if (!lamp && Options.ExperimentalLight && ShadowCastsLeft != 0) RecastThrough(x, y, z, a, *cells, *ship);
+  if (!lamp && Options.ExperimentalLight && !ShadowsLater) RecastThrough(x, y, z, a, *cells, *ship);
   if (GraphicBlock *g = GraphicOf(*cells, a.block)) {
     RetireDamageBits(g);
     std::free(g->lightList);

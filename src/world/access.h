@@ -28,7 +28,11 @@ int PlaceBlockHeld(const Block &b, u16 x, u16 y, u16 z, Ship *ship);           /
 int ChangeBlockComponent(u16 component, u16 x, u16 y, u16 z, Ship *ship);      // 1 or 0. World mutex held.
 bool RemoveBlock(u16 x, u16 y, u16 z, Ship *ship);                             // Takes the world mutex.
 bool RemoveBlockHeld(u16 x, u16 y, u16 z, Ship *ship);                         // The same with the world mutex held.
-void RefreshVisibility(u16 x, u16 y, u16 z, const Ship &ship);                 // World mutex held, all four below.
+void RefreshVisibility(u16 x, u16 y, u16 z, const Ship &ship);                 // World mutex held, all below.
+// The same decision for who goes on from cell to cell: says nothing of cells out of range and leaves the caches, which hold no
+// visibility. Whether the cell now hides more or less of its neighbours than before: a shaped block hides them while it is buried.
+bool DecideVisibility(u16 x, u16 y, u16 z, const Ship &ship);
+bool HidesWhileBuried(u16 x, u16 y, u16 z, const Ship &ship);  // Whether it is such a block.
 void MarkCacheDirty(u16 x, u16 y, u16 z, const Ship &ship);
 void MarkCacheDirtyAround(u16 x, u16 y, u16 z, const Ship &ship);
 void DropCache(u16 x, u16 y, u16 z, const Ship &ship);

@@ -13,29 +13,33 @@
 #include "world/cells.h"
 
 bool KeepLight = true;
-thread_local u32 ShadowCastsLeft = UINT32_MAX;
+thread_local bool ShadowsLater = false;
 
 // What a lamp costs as such, and how much dearer a cell is with shadows.
 constexpr u64 LampCost = 64, ShadowCost = 20;
+constexpr int MostBlocksPassed = 5;  // a cell behind more of them stays dark
 
 namespace {
 
-// The cube of cells that a scan round c looks at: one short on the upper side. A coordinate under 16 makes it empty.
+// The cube of cells that a scan round c looks at, as far as it lies in the ship's: one short on the upper side.
 struct Cube {
   int low[3], high[3];
 };
 
 }  // namespace
 
-static bool CubeAround(u16 x, u16 y, u16 z, Cube *cube) {
+static Cube CubeAround(u16 x, u16 y, u16 z) {
   const int c[3] = {x, y, z};
+  Cube cube;
   for (int axis = 0; axis < 3; ++axis) {
-    if (c[axis] < LightRadius || c[axis] >= CellsPerAxis) return false;
-    cube->low[axis] = c[axis] - LightRadius;
-    cube->high[axis] = std::min(c[axis] + LightRadius - 1, CellsPerAxis - 1);
+    cube.low[axis] = std::max(c[axis] - LightRadius, 0);
+    cube.high[axis] = std::min(c[axis] + LightRadius - 1, CellsPerAxis - 1);
   }
-  return true;
+  return cube;
 }
+
+// A lamp so near to a low face of the cube casts nothing; a block there still takes in the light of others.
+static bool TooLowToCast(u16 x, u16 y, u16 z) { return x < LightRadius || y < LightRadius || z < LightRadius; }
 
 // Calls visit(chunk, cells, index, x, y, z) for the occupied cells of a cube, chunk by chunk; wanted(cells) chooses chunks.
 template <typename Wanted, typename Visit>
@@ -56,8 +60,6 @@ static void ForEachInCube(const Cube &cube, const Ship &ship, Wanted wanted, Vis
       }
 }
 
-static float OffsetLength(int dx, int dy, int dz) { return FastSqrt(static_cast<float>(dx * dx + dy * dy + dz * dz)); }
-
 // Entries that an allocation of this many holds: few steps, so that a list seldom moves.
 static unsigned LightCapacity(unsigned count) { return count <= 3 ? 3 : count <= 8 ? 8 : MaxBlockLights; }
 
@@ -69,24 +71,29 @@ static bool ResizeLights(GraphicBlock *g, unsigned capacity) {
 }
 
 // Where a full list takes a newcomer: the first farther entry but the last, else the last.
-static LightEntry *PlaceInFullList(GraphicBlock *g, const LightEntry &entry) {
-  const int d = static_cast<int>(OffsetLength(entry.dx, entry.dy, entry.dz));
-  for (int i = 0; i < MaxBlockLights - 1; ++i) {
-    const LightEntry &e = g->lightList[i];
-    if (static_cast<int>(OffsetLength(e.dx, e.dy, e.dz)) > d) return g->lightList + i;
+static LightEntry *PlaceInFullList(LightEntry *list, const LightEntry &entry) {
+  const int d = static_cast<int>(LampDistance(entry.dx, entry.dy, entry.dz));
+  for (int i = 0; i < MaxBlockLights - 1; ++i)
+    if (static_cast<int>(LampDistance(list[i].dx, list[i].dy, list[i].dz)) > d) return list + i;
+  return list + MaxBlockLights - 1;
+}
+
+u8 PutLight(LightEntry *list, u8 count, const LightEntry &entry) {
+  if (count < MaxBlockLights) {
+    list[count] = entry;
+    return static_cast<u8>(count + 1);
   }
-  return g->lightList + MaxBlockLights - 1;
+  *PlaceInFullList(list, entry) = entry;
+  return count;
 }
 
 static int AddEntry(GraphicBlock *g, const LightEntry &entry) {
-  if (g->lightCount >= MaxBlockLights) {
-    *PlaceInFullList(g, entry) = entry;
-  } else {
+  if (g->lightCount < MaxBlockLights) {
     const unsigned capacity = LightCapacity(g->lightCount + 1u);
     if (g->lightList == nullptr || (g->lightCount != 0 && capacity != LightCapacity(g->lightCount)))
       if (!ResizeLights(g, capacity)) return LogError("Unallocated graphicblock");
-    g->lightList[g->lightCount++] = entry;
   }
+  g->lightCount = PutLight(g->lightList, g->lightCount, entry);
   if (g->cache != nullptr) g->cacheDirty = true;
   return ReadFound;
 }
@@ -150,36 +157,34 @@ bool SetLightList(GraphicBlock *g, const LightEntry *entries, unsigned count) {
   return true;
 }
 
-// Blocks on the way from a cell to a source: -1 when more than five stand in between.
-static int BlocksBetween(int x, int y, int z, u16 sx, u16 sy, u16 sz, const Ship &ship) {
-  Ray ray = NewCellRay({static_cast<u16>(x), static_cast<u16>(y), static_cast<u16>(z)}, {sx, sy, sz});
+// Most steps leave the ray in the block where it was: it is counted once.
+int BlocksBetween(Cell3 cell, Cell3 lamp, const Ship &ship) {
+  Ray ray = NewCellRay(cell, lamp);
+  const u64 lampAddress = std::bit_cast<u64>(AddressOf(lamp.x, lamp.y, lamp.z));
+  u64 last = ~u64{0};
   for (int blocks = 0;;) {
     const int answer = StepCellRay(&ray, ship);
     if (answer == RaySpent || answer == RayAtDest) return blocks;
-    if (answer == RaySolid && ++blocks > 5)
-      return ray.pos[0] >= 0 && static_cast<int>(ray.pos[0]) == sx && static_cast<int>(ray.pos[1]) == sy &&
-                     static_cast<int>(ray.pos[2]) == sz ? blocks : -1;
+    const u64 now = std::bit_cast<u64>(ray.at);
+    if (answer != RaySolid || now == last) continue;
+    last = now;
+    if (++blocks > MostBlocksPassed) return now == lampAddress ? blocks : -1;
   }
 }
 
-static bool TakeShadowCast() {
-  if (!Options.ExperimentalLight || ShadowCastsLeft == 0) return false;
-  if (ShadowCastsLeft != UINT32_MAX) --ShadowCastsLeft;
-  return true;
-}
+static bool CastsShadows() { return Options.ExperimentalLight && !ShadowsLater; }
 
 u32 CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &ship) {
-  Cube cube;
   u32 lit = 0;
-  if (!KeepLight || !CubeAround(sx, sy, sz, &cube)) return lit;
-  const bool shadows = TakeShadowCast();
-  ForEachInCube(cube, ship, [](const ChunkCells &) { return true; },
+  if (!KeepLight || TooLowToCast(sx, sy, sz)) return lit;
+  const bool shadows = CastsShadows();
+  ForEachInCube(CubeAround(sx, sy, sz), ship, [](const ChunkCells &) { return true; },
                 [&](Chunk &chunk, ChunkCells &cells, u16 i, int x, int y, int z) {
     const int dx = sx - x, dy = sy - y, dz = sz - z;
-    if (OffsetLength(dx, dy, dz) >= 16.0f) return;
+    if (!LampReaches(dx, dy, dz)) return;
     int hops = 0;
     if (shadows && (dx != 0 || dy != 0 || dz != 0)) {
-      hops = BlocksBetween(x, y, z, sx, sy, sz, ship);
+      hops = BlocksBetween({static_cast<u16>(x), static_cast<u16>(y), static_cast<u16>(z)}, {sx, sy, sz}, ship);
       if (hops < 0) return;
     }
     GraphicBlock *graphics = EnsureGraphics(&cells, chunk);
@@ -191,9 +196,8 @@ u32 CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &shi
 }
 
 void TakeLightAway(u16 sx, u16 sy, u16 sz, const Ship &ship) {
-  Cube cube;
-  if (!KeepLight || !CubeAround(sx, sy, sz, &cube)) return;
-  ForEachInCube(cube, ship, [](const ChunkCells &cells) { return cells.graphicBlocks.load() != nullptr; },
+  if (!KeepLight) return;
+  ForEachInCube(CubeAround(sx, sy, sz), ship, [](const ChunkCells &cells) { return cells.graphicBlocks.load() != nullptr; },
                 [&](Chunk &, ChunkCells &cells, u16 i, int x, int y, int z) {
     RemoveEntry(GraphicOf(cells, i), sx - x, sy - y, sz - z);
   });
@@ -242,25 +246,24 @@ void ClearLights(const Ship &ship) {
 }
 
 void TakeInLights(u16 x, u16 y, u16 z, const Ship &ship) {
-  Cube cube;
-  if (!KeepLight || !CubeAround(x, y, z, &cube)) return;
+  if (!KeepLight) return;
   struct Lamp {
     u16 x, y, z;
     u64 head;
   };
   std::vector<Lamp> lamps;  // few; in the order of a plain scan, which decides who stays in a full list
-  ForEachInCube(cube, ship, [](const ChunkCells &cells) { return cells.lampCount != 0; },
+  ForEachInCube(CubeAround(x, y, z), ship, [](const ChunkCells &cells) { return cells.lampCount != 0; },
                 [&](Chunk &, ChunkCells &cells, u16 i, int lx, int ly, int lz) {
     const u64 head = HeadOfCell(cells, i);
     const int dx = lx - x, dy = ly - y, dz = lz - z;
     if (!GivesLight(HeadComponent(head)) || (dx == 0 && dy == 0 && dz == 0)) return;
-    if (OffsetLength(dx, dy, dz) < 16.0f) lamps.push_back({static_cast<u16>(lx), static_cast<u16>(ly), static_cast<u16>(lz), head});
+    if (LampReaches(dx, dy, dz)) lamps.push_back({static_cast<u16>(lx), static_cast<u16>(ly), static_cast<u16>(lz), head});
   });
   std::sort(lamps.begin(), lamps.end(), [](const Lamp &a, const Lamp &b) {
     return a.x != b.x ? a.x < b.x : a.y != b.y ? a.y < b.y : a.z < b.z;
   });
   for (const Lamp &lamp : lamps) {
-    if (Options.ExperimentalLight && ShadowCastsLeft != 0) {
+    if (CastsShadows()) {
       TakeLightAway(lamp.x, lamp.y, lamp.z, ship);
       CastFrom(lamp.x, lamp.y, lamp.z, lamp.head, ship);
       continue;

@@ -2,15 +2,17 @@
 // before the world is shared.
 #pragma once
 
+#include "core/utils.h"
+#include "gameplay/ray.h"
 #include "world/tree.h"
 
 constexpr int LightRadius = 16;
 
 // Clear in a program that shows no picture: no list is made or kept. Written before there is a second thread.
 extern bool KeepLight;
-// With shadows a cast costs milliseconds. So many may this thread still do; light beyond them passes through blocks. Without a
-// limit but for edits from the network.
-extern thread_local u32 ShadowCastsLeft;
+// Set while this thread edits as play does: with shadows a cast costs milliseconds, so light passes through blocks for now and is
+// worked out again in its time (world/edit.h).
+extern thread_local bool ShadowsLater;
 
 int AddLightEntry(const LightEntry &entry, u16 x, u16 y, u16 z, const Ship &ship);       // Result as of a read.
 int RemoveLightEntry(i8 dx, i8 dy, i8 dz, u16 x, u16 y, u16 z, const Ship &ship);        // ... or 6: no such entry.
@@ -26,3 +28,11 @@ bool LightPassWithin(Ship *ship, u64 *cost);
 void ClearLights(const Ship &ship);  // Empties every cell's list.
 // The upkeep of a block that was just placed: lets in the light of the lamps around it.
 void TakeInLights(u16 x, u16 y, u16 z, const Ship &ship);
+
+// What a cast is made of. How far a lamp is from a cell, and from where on it doesn't reach.
+inline float LampDistance(int dx, int dy, int dz) { return FastSqrt(static_cast<float>(dx * dx + dy * dy + dz * dz)); }
+inline bool LampReaches(int dx, int dy, int dz) { return LampDistance(dx, dy, dz) < static_cast<float>(LightRadius); }
+// Blocks that a cell's light passes on its way from a lamp, the lamp included; -1 when they are too many. Not the lamp's own cell.
+int BlocksBetween(Cell3 cell, Cell3 lamp, const Ship &ship);
+// Puts an entry into a list of count entries, with room for MaxBlockLights; the new count.
+u8 PutLight(LightEntry *list, u8 count, const LightEntry &entry);

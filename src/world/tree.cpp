@@ -28,6 +28,7 @@ void InitShip(Ship *ship, u32 id) {
   ship->slotsOnly = false;
   ship->lightCounter = ship->cacheCounter = 0;
   ship->megaCount = ship->superCount = ship->chunkCount = 0;
+  ship->remains = {};
   ship->id = id;
 }
 
@@ -70,6 +71,7 @@ void FreeShip(Ship *ship) {
   ship->fileStem.clear();
   ship->summary.reset();
   ship->megaCount = ship->superCount = ship->chunkCount = 0;
+  ship->remains = {};
   MegaChunk *megas = ship->megaChunks.exchange(nullptr);
   if (megas == nullptr) return;
   for (int m = 0; m < 1000; ++m) {

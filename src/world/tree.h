@@ -8,6 +8,7 @@
 #include <atomic>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "world/block.h"
 #include "world/graphic.h"
@@ -21,6 +22,7 @@ struct ChunkCells {
   std::atomic<u64> heads[CellsPerChunk] = {};     // a Block's first 8 bytes
   u64 occupied[16] = {};                          // bit i: cell i has a block
   u64 hidden[16] = {};                            // bit i: visibility of cell i is NotVisible
+  u64 stale[16] = {};                             // bit i: the light of cell i is to be worked out again
   u8 visibility[CellsPerChunk] = {};              // 0 undecided, 1 Visible, 2 NotVisible, 3 MaybeVisible
   std::atomic<GraphicBlock *> graphicBlocks{nullptr};  // 1000 records, or null until first need
   u8 (*tails)[6] = nullptr;                       // 1000 tails, or null while all of them are zero
@@ -64,6 +66,12 @@ struct ShipSummary {
   u16 minX = 0, minY = 0, minZ = 0, maxX = 0, maxY = 0, maxZ = 0;
 };
 
+// What edits have left to be done in a ship; it goes where the blocks go.
+struct EditRemains {
+  std::vector<CellAddress> stale;              // the chunks with bits in `stale`, each once, oldest first
+  std::vector<std::array<u16, 3>> undecided;   // cells whose visibility may have changed
+};
+
 struct Ship {
   u16 checks[ListKinds] = {};
   // World place of cell (0, 0, 0) and ten-thousandths of a block by which it falls each step. Written by start-up,
@@ -74,6 +82,7 @@ struct Ship {
   float ComScruffiness = 0.1f, MatScruffiness = 0.1f;  // world mutex
   std::string displayName = "Default", fileStem = "Default";  // world mutex
   u32 lightCounter = 0, cacheCounter = 0;              // world mutex
+  EditRemains remains;                                 // world mutex
   // Not null: the stream file, or the folder, under fileStem holds more than this ship, or another one. The next save of that
   // form keeps it beside, with this ending (".damaged", ".replaced"). Written by loads and saves, under the world mutex.
   const char *keepStreamAs = nullptr, *keepFolderAs = nullptr;

@@ -1,6 +1,9 @@
 // Checking the tree against itself.
 #include "world/verify.h"
 
+#include <algorithm>
+#include <set>
+
 #include "world/cells.h"
 #include "world/lists.h"
 
@@ -65,6 +68,19 @@ static bool CountersHold(const Level &level, const Child *children) {
   return true;
 }
 
+static bool AnyStale(const ChunkCells &cells) {
+  return std::any_of(std::begin(cells.stale), std::end(cells.stale), [](u64 word) { return word != 0; });
+}
+
+static bool StaleChunksHold(const Ship &ship) {
+  std::set<u64> named;
+  for (const CellAddress &a : ship.remains.stale)
+    if (!AnyStale(*FindCells(a, ship)) || !named.insert(std::bit_cast<u64>(a)).second) return false;
+  size_t stale = 0;
+  ForEachChunk(ship, [&stale](const Chunk &, const ChunkCells &cells, const CellAddress &) { stale += AnyStale(cells) ? 1 : 0; });
+  return stale == named.size();
+}
+
 std::string ShipFault(const Ship &ship) {
   std::string fault;
   ForEachChunk(ship, [&fault](const Chunk &chunk, const ChunkCells &cells, CellAddress a) {
@@ -72,6 +88,7 @@ std::string ShipFault(const Ship &ship) {
   });
   const MegaChunk *megas = ship.megaChunks.load();
   if (!fault.empty() || megas == nullptr) return fault;
+  if (!StaleChunksHold(ship)) return "chunks that wait for light";
   if (!CountersHold(ship, megas)) return "ship counter";
   for (int m = 0; m < 1000; ++m) {
     const SuperChunk *supers = megas[m].children.load();

@@ -5,6 +5,7 @@
 // 3. lampCount is the number of blocks of the chunk that give light.
 // 4. A chunk's counter is the number of its listed blocks; every counter above is the number of children whose own isn't 0.
 // 5. lightCount is at most 12, and a list stands where it isn't 0.
+// 6. The ship's remains.stale names exactly the chunks with a bit in `stale`, each once.
 #pragma once
 
 #include <string>

@@ -14,15 +14,23 @@ static int KindOfCell(const ChunkCells &cells, unsigned i) {
   return cells.visibility[i] == NotVisible || (traits & TraitFullBlock) != 0 ? 2 : 1;
 }
 
-int NeighbourKind(u16 x, u16 y, u16 z, const Ship &ship) {
-  if (!InRange(x, y, z)) return ReportOutOfRange(x, y, z);
+// The same for any cell of the ship; one that isn't there hides nothing.
+static int KindAt(u16 x, u16 y, u16 z, const Ship &ship) {
+  if (!InRange(x, y, z)) return 0;
   const CellAddress a = AddressOf(x, y, z);
   const ChunkCells *cells = FindCells(a, ship);
   return cells == nullptr ? 0 : KindOfCell(*cells, a.block);
 }
 
-// The lowest kind among the six face neighbours.
-static int LeastNeighbourKind(u16 x, u16 y, u16 z, const CellAddress &a, const ChunkCells &cells, const Ship &ship) {
+int NeighbourKind(u16 x, u16 y, u16 z, const Ship &ship) {
+  return InRange(x, y, z) ? KindAt(x, y, z, ship) : ReportOutOfRange(x, y, z);
+}
+
+using KindReader = int (*)(u16 x, u16 y, u16 z, const Ship &ship);
+
+// What the kinds of the six face neighbours make of a cell; kindOf reads those in other chunks.
+template <KindReader kindOf>
+static u8 Decision(u16 x, u16 y, u16 z, const CellAddress &a, const ChunkCells &cells, const Ship &ship) {
   static constexpr unsigned scales[3] = {1, 10, 100};
   const unsigned digits[3] = {a.block % 10u, a.block / 10u % 10u, a.block / 100u};
   int least = 2;
@@ -32,10 +40,10 @@ static int LeastNeighbourKind(u16 x, u16 y, u16 z, const CellAddress &a, const C
       u16 c[3] = {x, y, z};
       c[axis] = static_cast<u16>(c[axis] + sign);
       const int kind = sameChunk ? KindOfCell(cells, sign > 0 ? a.block + scales[axis] : a.block - scales[axis])
-                                 : NeighbourKind(c[0], c[1], c[2], ship);
+                                 : kindOf(c[0], c[1], c[2], ship);
       if (kind < least) least = kind;
     }
-  return least;
+  return least == 2 ? NotVisible : least == 1 ? MaybeVisible : Visible;
 }
 
 void RefreshVisibility(u16 x, u16 y, u16 z, const Ship &ship) {
@@ -46,7 +54,22 @@ void RefreshVisibility(u16 x, u16 y, u16 z, const Ship &ship) {
   const CellAddress a = AddressOf(x, y, z);
   ChunkCells *cells = FindCells(a, ship);
   if (cells == nullptr || !CellOccupied(*cells, a.block)) return;
-  const int least = LeastNeighbourKind(x, y, z, a, *cells, ship);
-  StoreVisibility(cells, a.block, least == 2 ? NotVisible : least == 1 ? MaybeVisible : Visible);
+  StoreVisibility(cells, a.block, Decision<NeighbourKind>(x, y, z, a, *cells, ship));
   MarkCacheDirtyAround(x, y, z, ship);
+}
+
+bool HidesWhileBuried(u16 x, u16 y, u16 z, const Ship &ship) {
+  const u64 head = InRange(x, y, z) ? HeadAt(x, y, z, ship) : 0;
+  return HeadState(head) == StateWhole && (ComponentTraits[HeadComponent(head)] & (TraitHidesNothing | TraitFullBlock)) == 0 &&
+         Materials[HeadMaterial(head)].alpha == 255;
+}
+
+bool DecideVisibility(u16 x, u16 y, u16 z, const Ship &ship) {
+  if (!InRange(x, y, z)) return false;
+  const CellAddress a = AddressOf(x, y, z);
+  ChunkCells *cells = FindCells(a, ship);
+  if (cells == nullptr || !CellOccupied(*cells, a.block)) return false;
+  const int before = KindOfCell(*cells, a.block);
+  StoreVisibility(cells, a.block, Decision<KindAt>(x, y, z, a, *cells, ship));
+  return KindOfCell(*cells, a.block) != before;
 }
