@@ -2,16 +2,20 @@
 // rotated, 64 of each, so that no answer comes from one warm line.
 #include <benchmark/benchmark.h>
 
+#include <time.h>
+
 #include <cmath>
 #include <cstdlib>
 #include <random>
 
 #include "content/components.h"
 #include "content/materials.h"
+#include "content/options.h"
 #include "gameplay/ray.h"
 #include "gameplay/target.h"
 #include "render/view.h"
 #include "world/access.h"
+#include "world/edit.h"
 #include "world/light.h"
 #include "world/lists.h"
 
@@ -93,6 +97,50 @@ static void BM_RemoveAndPlace(benchmark::State &state) {
   delete ship;
 }
 BENCHMARK(BM_RemoveAndPlace)->Arg(0)->Arg(10)->Unit(benchmark::kMicrosecond);
+
+static void AddLampsAround(unsigned count, Ship *ship) {
+  std::mt19937 random(3);
+  const std::vector<u16> lamps = Rows(true);
+  const auto axis = [&random] { return static_cast<u16>(Corner + 22 + random() % 16); };
+  for (unsigned i = 0; i < count; ++i) PlaceBlock(RandomBlock(lamps, &random), axis(), axis(), axis(), ship);
+}
+
+// A lamp comes and goes by the road of edits in the middle of 60 x 60 x 60 blocks: what one edit costs, and what the slices of
+// mending behind it do. Args: other lamps near by; shadows. Targets: an edit under 2 ms, the longest slice under 5 ms.
+static void BM_EditLampAndMend(benchmark::State &state) {
+  Ship *ship = Box(60, 60, 60);
+  AddLampsAround(static_cast<unsigned>(state.range(0)), ship);
+  Options.ExperimentalLight = state.range(1) != 0;
+  std::mt19937 random(4);
+  const Block lamp = RandomBlock(Rows(true), &random);
+  double editing = 0, longest = 0;
+  i64 edits = 0, slices = 0;
+  const auto seconds = [](auto work) {  // of this thread: others may run beside it
+    timespec start, end;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &start);
+    work();
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &end);
+    return static_cast<double>(end.tv_sec - start.tv_sec) + 1e-9 * static_cast<double>(end.tv_nsec - start.tv_nsec);
+  };
+  for (auto _ : state) {
+    editing += seconds([&] {
+      if (edits++ % 2 == 0) EditPlace(lamp, Corner + 30, Corner + 30, Corner + 30, ship);
+      else EditRemove(Corner + 30, Corner + 30, Corner + 30, ship);
+    });
+    for (bool done = false; !done; ++slices)
+      longest = std::max(longest, seconds([&] {
+        u64 steps = MendingSlice;
+        done = MendEdits(ship, &steps);
+      }));
+  }
+  state.counters["edit_ms"] = 1000 * editing / static_cast<double>(edits);
+  state.counters["slices"] = static_cast<double>(slices) / static_cast<double>(edits);
+  state.counters["longest_slice_ms"] = 1000 * longest;
+  Options.ExperimentalLight = false;
+  FreeShip(ship);
+  delete ship;
+}
+BENCHMARK(BM_EditLampAndMend)->ArgsProduct({{0, 10, 200}, {0, 1}})->Unit(benchmark::kMillisecond);
 
 // A thousand lamps in a ship of 100,000 blocks. Target: under 1.5 s.
 static void BM_LightPass(benchmark::State &state) {

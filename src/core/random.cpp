@@ -1,9 +1,13 @@
 // Random numbers of the world.
 #include "core/random.h"
 
-#include <ctime>
+#include <chrono>
 
-void SeedGenerator(RandomState *g) { SeedGeneratorWith(g, static_cast<u32>(std::time(nullptr))); }
+// Two seeds of one second have to differ: a held button draws the looks of several blocks in it.
+void SeedGenerator(RandomState *g) {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  SeedGeneratorWith(g, static_cast<u32>(std::chrono::duration_cast<std::chrono::microseconds>(now).count()));
+}
 
 void SeedGeneratorWith(RandomState *g, u32 seed) { dsfmt_init_gen_rand(&g->state, seed); }
 

@@ -9,6 +9,6 @@ struct RandomState {
   alignas(16) dsfmt_t state{};  // the library works on it in 16-byte steps, which its header doesn't say
 };
 
-void SeedGenerator(RandomState *g);                // By the time of day in seconds.
+void SeedGenerator(RandomState *g);                // By the time of day to the microsecond.
 void SeedGeneratorWith(RandomState *g, u32 seed);  // By a given number: the same seed gives the same draws.
 double NextRandom(RandomState *g);                 // Strictly between 0 and 1.

@@ -75,7 +75,8 @@ static bool AimAlongView(Target *t, Vec3f eye, Vec3f v, const Ship &ship) {
   }
 }
 
-bool UpdateTarget(Target *t, const Player &player, const Ship &ship) {
+// keep: the last aim stays when the eye looks out of its own block into a chunk that isn't there.
+static bool Aim(Target *t, const Player &player, const Ship &ship, bool keep) {
   if (ship.megaChunks.load(std::memory_order_acquire) == nullptr) {
     t->markerHidden = true;
     return false;
@@ -83,12 +84,16 @@ bool UpdateTarget(Target *t, const Player &player, const Ship &ship) {
   if (t->aimState == 1 || t->aimState == 2) {
     t->marker.component = MarkerFace;
     const Vec3f eye = EyeOf(player), v = ViewDirection(player);
-    if (ProbeOwnBlock(t, eye, v, ship) == RaySpent && !AimAlongView(t, eye, v, ship)) return false;
+    const int probe = ProbeOwnBlock(t, eye, v, ship);
+    if (probe == RayNoChunk && !keep) return NothingInReach(t);
+    if (probe == RaySpent && !AimAlongView(t, eye, v, ship)) return false;
   }
   t->markerHidden = t->tooFast || t->cinematic || t->menuOpen || t->aimState == 0 || !Options.ShowReticle;
   t->targetBlocked = t->aimState == 0 || t->tooFast;
   return true;
 }
+
+bool UpdateTarget(Target *t, const Player &player, const Ship &ship) { return Aim(t, player, ship, true); }
 
 // The two tools that can lock a plane follow the view in state 2, the others in state 1.
 static void ChooseFollowing(Target *t, u8 tool) {
@@ -101,7 +106,8 @@ bool RefreshTarget() {
   Player p = ReadPlayer();
   const Target read = p.target;
   ChooseFollowing(&p.target, p.activeTool);
-  const bool processed = UpdateTarget(&p.target, p, *ship);
+  // The block that was aimed at before is out of sight by now, and a press would still remove it: nothing is aimed at instead.
+  const bool processed = Aim(&p.target, p, *ship, false);
   StoreAimIfUnlocked(p.target, read);
   return processed;
 }

@@ -16,8 +16,8 @@ int EditPlace(const Block &b, u16 x, u16 y, u16 z, Ship *ship);         // As Pl
 bool EditRemove(u16 x, u16 y, u16 z, Ship *ship);                       // As RemoveBlockHeld; coordinates in range.
 int EditComponent(u16 component, u16 x, u16 y, u16 z, Ship *ship);      // As ChangeBlockComponent.
 
-// Work for the Parse thread. A slice of MendingSlice steps takes about 2 ms of the time for which the world stands still.
-constexpr u64 MendingSlice = 400000;
+// Work for the Parse thread. A slice of MendingSlice steps takes 1 to 3 ms of the time for which the world stands still.
+constexpr u64 MendingSlice = 500000;
 // Goes on until nothing waits or all of *steps is spent, but for one cell at least. Whether nothing waits.
 bool MendEdits(Ship *ship, u64 *steps);
 void MendAllShips(u64 steps);  // The player's ship, then those of the table in their order.

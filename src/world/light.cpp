@@ -70,30 +70,23 @@ static bool ResizeLights(GraphicBlock *g, unsigned capacity) {
   return true;
 }
 
-// Where a full list takes a newcomer: the first farther entry but the last, else the last.
-static LightEntry *PlaceInFullList(LightEntry *list, const LightEntry &entry) {
-  const int d = static_cast<int>(LampDistance(entry.dx, entry.dy, entry.dz));
-  for (int i = 0; i < MaxBlockLights - 1; ++i)
-    if (static_cast<int>(LampDistance(list[i].dx, list[i].dy, list[i].dz)) > d) return list + i;
-  return list + MaxBlockLights - 1;
-}
+static u8 DistanceOf(const LightEntry &e) { return LampDistance(e.dx, e.dy, e.dz); }
 
-u8 PutLight(LightEntry *list, u8 count, const LightEntry &entry) {
-  if (count < MaxBlockLights) {
-    list[count] = entry;
-    return static_cast<u8>(count + 1);
-  }
-  *PlaceInFullList(list, entry) = entry;
-  return count;
+static LightEntry *PlaceInFullList(LightEntry *list, const LightEntry &entry) {
+  u8 distances[MaxBlockLights];
+  std::transform(list, list + MaxBlockLights, distances, DistanceOf);
+  return list + PlaceInFullList(distances, DistanceOf(entry));
 }
 
 static int AddEntry(GraphicBlock *g, const LightEntry &entry) {
-  if (g->lightCount < MaxBlockLights) {
+  if (g->lightCount >= MaxBlockLights) {
+    *PlaceInFullList(g->lightList, entry) = entry;
+  } else {
     const unsigned capacity = LightCapacity(g->lightCount + 1u);
     if (g->lightList == nullptr || (g->lightCount != 0 && capacity != LightCapacity(g->lightCount)))
       if (!ResizeLights(g, capacity)) return LogError("Unallocated graphicblock");
+    g->lightList[g->lightCount++] = entry;
   }
-  g->lightCount = PutLight(g->lightList, g->lightCount, entry);
   if (g->cache != nullptr) g->cacheDirty = true;
   return ReadFound;
 }
@@ -181,7 +174,7 @@ u32 CastLight(u16 sx, u16 sy, u16 sz, u8 red, u8 green, u8 blue, const Ship &shi
   ForEachInCube(CubeAround(sx, sy, sz), ship, [](const ChunkCells &) { return true; },
                 [&](Chunk &chunk, ChunkCells &cells, u16 i, int x, int y, int z) {
     const int dx = sx - x, dy = sy - y, dz = sz - z;
-    if (!LampReaches(dx, dy, dz)) return;
+    if (LampDistance(dx, dy, dz) >= LightRadius) return;
     int hops = 0;
     if (shadows && (dx != 0 || dy != 0 || dz != 0)) {
       hops = BlocksBetween({static_cast<u16>(x), static_cast<u16>(y), static_cast<u16>(z)}, {sx, sy, sz}, ship);
@@ -257,7 +250,7 @@ void TakeInLights(u16 x, u16 y, u16 z, const Ship &ship) {
     const u64 head = HeadOfCell(cells, i);
     const int dx = lx - x, dy = ly - y, dz = lz - z;
     if (!GivesLight(HeadComponent(head)) || (dx == 0 && dy == 0 && dz == 0)) return;
-    if (LampReaches(dx, dy, dz)) lamps.push_back({static_cast<u16>(lx), static_cast<u16>(ly), static_cast<u16>(lz), head});
+    if (LampDistance(dx, dy, dz) < LightRadius) lamps.push_back({static_cast<u16>(lx), static_cast<u16>(ly), static_cast<u16>(lz), head});
   });
   std::sort(lamps.begin(), lamps.end(), [](const Lamp &a, const Lamp &b) {
     return a.x != b.x ? a.x < b.x : a.y != b.y ? a.y < b.y : a.z < b.z;

@@ -29,10 +29,15 @@ void ClearLights(const Ship &ship);  // Empties every cell's list.
 // The upkeep of a block that was just placed: lets in the light of the lamps around it.
 void TakeInLights(u16 x, u16 y, u16 z, const Ship &ship);
 
-// What a cast is made of. How far a lamp is from a cell, and from where on it doesn't reach.
-inline float LampDistance(int dx, int dy, int dz) { return FastSqrt(static_cast<float>(dx * dx + dy * dy + dz * dz)); }
-inline bool LampReaches(int dx, int dy, int dz) { return LampDistance(dx, dy, dz) < static_cast<float>(LightRadius); }
+// What a cast is made of. How far a lamp is from a cell, in whole blocks: it reaches below LightRadius. Offsets below 150.
+inline u8 LampDistance(int dx, int dy, int dz) {
+  return static_cast<u8>(FastSqrt(static_cast<float>(dx * dx + dy * dy + dz * dz)));
+}
 // Blocks that a cell's light passes on its way from a lamp, the lamp included; -1 when they are too many. Not the lamp's own cell.
 int BlocksBetween(Cell3 cell, Cell3 lamp, const Ship &ship);
-// Puts an entry into a list of count entries, with room for MaxBlockLights; the new count.
-u8 PutLight(LightEntry *list, u8 count, const LightEntry &entry);
+// Where a full list of lamps at such distances takes a newcomer: the first farther one but the last, else the last.
+inline int PlaceInFullList(const u8 (&distances)[MaxBlockLights], u8 newcomer) {
+  int place = 0;
+  while (place < MaxBlockLights - 1 && distances[place] <= newcomer) ++place;
+  return place;
+}

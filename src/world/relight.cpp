@@ -15,7 +15,7 @@ namespace {
 
 constexpr int Reach = LightRadius - 1;      // blocks from a lamp to the farthest cell that it lights, on one axis
 constexpr size_t MostShadesApart = 32;      // from so many lamps on, shade is looked for all around a cell
-constexpr u64 StepsOfCell = 10, StepsOfChunk = 500, StepsOfRay = 60;  // asking one lamp is a step
+constexpr u64 StepsOfCell = 10, StepsOfChunk = 500, StepsOfLight = 3, StepsOfRay = 60;  // asking one lamp is a step
 
 struct Box {
   int low[3], high[3];  // both in it
@@ -123,26 +123,40 @@ void MarkShades(const int (&at)[3], Ship *ship) {
   for (const Lamp &lamp : Lamps) MarkBox(ShadeOf(lamp, at), ship);
 }
 
-// The list of a cell by the lamps that were found; how many entries it has.
-u8 WorkOut(const int (&cell)[3], const Ship &ship, LightEntry (&list)[MaxBlockLights], u64 *spent) {
-  const auto placeOf = [](const int (&c)[3]) {
-    return Cell3{static_cast<u16>(c[0]), static_cast<u16>(c[1]), static_cast<u16>(c[2])};
-  };
-  const bool shadows = Options.ExperimentalLight;
+// A cell's list while it is worked out.
+struct LitList {
+  LightEntry entries[MaxBlockLights];
+  u8 distances[MaxBlockLights];
   u8 count = 0;
+};
+
+void PutLight(const LightEntry &entry, u8 distance, LitList *list) {
+  const int place = list->count < MaxBlockLights ? list->count++ : PlaceInFullList(list->distances, distance);
+  list->entries[place] = entry;
+  list->distances[place] = distance;
+}
+
+Cell3 CellOf(const int (&c)[3]) { return {static_cast<u16>(c[0]), static_cast<u16>(c[1]), static_cast<u16>(c[2])}; }
+
+// The list of a cell by the lamps that were found; the result is its cost.
+u64 WorkOut(const int (&cell)[3], const Ship &ship, LitList *list) {
+  const bool shadows = Options.ExperimentalLight;
+  u64 spent = StepsOfCell + Lamps.size();
   for (const Lamp &lamp : Lamps) {
-    const int d[3] = {lamp.at[0] - cell[0], lamp.at[1] - cell[1], lamp.at[2] - cell[2]};
-    if (!LampReaches(d[0], d[1], d[2])) continue;
+    const int dx = lamp.at[0] - cell[0], dy = lamp.at[1] - cell[1], dz = lamp.at[2] - cell[2];
+    const u8 distance = LampDistance(dx, dy, dz);
+    if (distance >= LightRadius) continue;
+    spent += StepsOfLight;
     int hops = 0;
-    if (shadows && (d[0] != 0 || d[1] != 0 || d[2] != 0)) {
-      hops = BlocksBetween(placeOf(cell), placeOf(lamp.at), ship);
-      *spent += StepsOfRay;
+    if (shadows && (dx != 0 || dy != 0 || dz != 0)) {
+      hops = BlocksBetween(CellOf(cell), CellOf(lamp.at), ship);
+      spent += StepsOfRay;
       if (hops < 0) continue;
     }
-    count = PutLight(list, count, {static_cast<i8>(d[0]), static_cast<i8>(d[1]), static_cast<i8>(d[2]), lamp.red, lamp.green,
-                                   lamp.blue, static_cast<u8>(hops)});
+    PutLight({static_cast<i8>(dx), static_cast<i8>(dy), static_cast<i8>(dz), lamp.red, lamp.green, lamp.blue, static_cast<u8>(hops)},
+             distance, list);
   }
-  return count;
+  return spent;
 }
 
 // A block that is drawn gets new voxel lists; one that has none yet shows as a cube, whose colour goes by its light too.
@@ -155,15 +169,14 @@ void TakeList(const LightEntry *list, u8 count, GraphicBlock *g) {
 }
 
 u64 RelightCell(u16 i, Chunk &chunk, ChunkCells *cells, const Ship &ship) {
-  LightEntry list[MaxBlockLights];
-  u64 spent = StepsOfCell + Lamps.size();
-  const u8 count = WorkOut({CellX(chunk, i), CellY(chunk, i), CellZ(chunk, i)}, ship, list, &spent);
+  LitList list;
+  const u64 spent = WorkOut({CellX(chunk, i), CellY(chunk, i), CellZ(chunk, i)}, ship, &list);
   GraphicBlock *g = GraphicOf(*cells, i);
-  if (g == nullptr && count != 0) {
+  if (g == nullptr && list.count != 0) {
     GraphicBlock *made = EnsureGraphics(cells, chunk);
     g = made == nullptr ? nullptr : made + i;
   }
-  if (g != nullptr) TakeList(list, count, g);
+  if (g != nullptr) TakeList(list.entries, list.count, g);
   return spent;
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 
 #include "content/components.h"
 #include "content/materials.h"
@@ -115,12 +116,10 @@ static void Generate(u16 size, i64 x, i64 y, i64 z, Ship *ship, RandomState *g) 
   ship->summary = BuildShipSummary(ship);
 }
 
-void GenerateAsteroid(u16 size, i64 x, i64 y, i64 z, Ship *ship) {
-  RandomState g;
-  SeedGenerator(&g);
-  ScopedLock world(&WorldMutex);
-  Generate(size, x, y, z, ship, &g);
-}
+// Bodies of the same second are the same.
+static u32 SeedOfNow() { return static_cast<u32>(std::time(nullptr)); }
+
+void GenerateAsteroid(u16 size, i64 x, i64 y, i64 z, Ship *ship) { GenerateAsteroidSeeded(size, x, y, z, ship, SeedOfNow()); }
 
 void GenerateAsteroidSeeded(u16 size, i64 x, i64 y, i64 z, Ship *ship, u32 seed) {
   RandomState g;
@@ -131,7 +130,7 @@ void GenerateAsteroidSeeded(u16 size, i64 x, i64 y, i64 z, Ship *ship, u32 seed)
 
 bool AddAsteroid(u16 size, i64 x, i64 y, i64 z, ShipTable *table) {
   RandomState g;
-  SeedGenerator(&g);
+  SeedGeneratorWith(&g, SeedOfNow());
   ScopedLock world(&WorldMutex);
   Ship *ship = PrepareShip(table);
   if (ship == nullptr) return false;

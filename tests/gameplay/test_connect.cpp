@@ -6,7 +6,6 @@
 #include <set>
 
 #include "content/components.h"
-#include "core/random.h"
 #include "gameplay/play.h"
 #include "gameplay/tools.h"
 
@@ -155,22 +154,25 @@ TEST_F(Connect, AnObjectOfSeveralCellsStandsWholeOrNotAtAll) {
   }
 }
 
-// What the clock's second draws: form, turn and second turn.
+// Blocks built one after the other, as a held button builds them but faster: every form and turn comes up, and none in long runs.
 TEST_F(Connect, ChanceDrawsTheFormAndBothTurns) {
   const struct { int id, forms; } families[] = {{200, 12}, {320, 3}, {370, 3}, {420, 4}, {3520, 5}, {251, 8}};
   for (const auto &f : families) {
-    double draws[3];
-    std::time_t second;
-    do {
+    std::set<int> forms, turns;
+    u64 before = 0;
+    int run = 0;
+    for (int i = 0; i < 500; ++i) {
       Clear();
-      second = std::time(nullptr);
-      RandomState g;
-      SeedGeneratorWith(&g, static_cast<u32>(second));
-      for (double &draw : draws) draw = NextRandom(&g);
       ASSERT_EQ(Build(f.id), 1);
-    } while (std::time(nullptr) != second);
-    ExpectAt({0, 0, 0, 0, static_cast<unsigned>(1 + 6 * draws[1]), static_cast<unsigned>(4 * draws[2])},
-             {f.id + static_cast<int>(f.forms * draws[0])}, "by chance");
+      const u64 head = HeadAt(At, At, At, *ship);
+      forms.insert(Components[HeadComponent(head)].id - f.id);
+      turns.insert(static_cast<int>(4 * HeadRotation(head) + HeadRotation2(head)));
+      run = head == before ? run + 1 : 0;
+      ASSERT_LT(run, 10) << f.id;
+      before = head;
+    }
+    EXPECT_TRUE(static_cast<int>(forms.size()) == f.forms && *forms.begin() == 0 && *forms.rbegin() == f.forms - 1) << f.id;
+    EXPECT_TRUE(turns.size() == 24 && *turns.begin() == 4 && *turns.rbegin() == 27) << f.id;
   }
 }
 

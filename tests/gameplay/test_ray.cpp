@@ -3,6 +3,7 @@
 
 #include "content/components.h"
 #include "gameplay/play.h"
+#include "gameplay/tools.h"
 
 namespace {
 
@@ -96,6 +97,35 @@ TEST_F(Aim, TheBlockRoundTheEyeIsAimedAtOnlyByItsVoxels) {
   Place(5000, 5000, 4990);
   UpdateTarget(&target, player, *ship);
   EXPECT_EQ(target.targetCell.x, 5000);
+}
+
+// Out of a block with room in it, across the edge of a chunk beyond which nothing was ever built: the block that was aimed at
+// before must not go when the right button is pressed.
+TEST_F(Aim, NothingIsAimedAtOutOfTheOwnBlockIntoAMissingChunk) {
+  const auto solidAhead = [](u16 row) {
+    int solid = 0;
+    for (int vz = 0; vz < 9; ++vz) solid += HeadVoxelSolid(HeadOf(CubeOf(5, row)), nullptr, 8, 8, vz) ? 1 : 0;
+    return solid;
+  };
+  u16 row = 5;
+  while (solidAhead(row) != 0) ++row;
+  Place(5000, 5000, 5003);
+  Look(0, 180);
+  StoreAim(target);
+  StoreMotion(player);
+  StoreView(player);
+  ASSERT_TRUE(RefreshTarget());
+  target = ReadPlayer().target;
+  ASSERT_TRUE(target.targetCell.z == 5003 && !target.targetBlocked);
+  PlaceHere(ship, 5000, 5000, 5000, CubeOf(5, row));
+  Look(0, 0);
+  StoreView(player);
+  EXPECT_FALSE(RefreshTarget());
+  EXPECT_TRUE(ReadPlayer().target.targetBlocked && ReadPlayer().target.markerHidden);
+  SecondaryPress();
+  EXPECT_TRUE(Taken(5000, 5000, 5003));
+  EXPECT_TRUE(UpdateTarget(&target, player, *ship)) << "the plain operation keeps the aim";
+  EXPECT_EQ(target.targetCell.z, 5003);
 }
 
 TEST_F(Aim, SpeedMenuAndPlanesHideOrHoldTheMarker) {
