@@ -9,6 +9,8 @@
 #include "world/light.h"
 #include "world/lists.h"
 
+namespace {
+
 struct EditRoad : ShipTest {
   void SetUp() override {
     ShipTest::SetUp();
@@ -56,6 +58,8 @@ struct EditRoad : ShipTest {
   Ship *built = nullptr;  // row 0 of the table
 };
 
+}  // namespace
+
 static std::vector<u16> RowsWith(u8 traits, u8 wanted) {
   std::vector<u16> rows;
   for (u16 row = 1; row < ComponentCount; ++row)
@@ -63,6 +67,8 @@ static std::vector<u16> RowsWith(u8 traits, u8 wanted) {
   return rows;
 }
 static u16 Pick(const std::vector<u16> &rows, std::mt19937 *random) { return rows[(*random)() % rows.size()]; }
+
+namespace {
 
 // The voxels of a box of cells, and which of them a flood from a free cell reaches.
 struct Flood {
@@ -111,6 +117,8 @@ struct Flood {
     return missing;
   }
 };
+
+}  // namespace
 
 static u8 SeenAt(const Ship &ship, int x, int y, int z) {
   const CellAddress a = AddressOf(static_cast<unsigned>(x), static_cast<unsigned>(y), static_cast<unsigned>(z));
