@@ -26,10 +26,17 @@ bool Compress(u8 **buffer, u32 *size, bool freeOld) {
   return true;
 }
 
+// Only a caller without a limit of its own takes what is large because it came large.
+static uLong MostContent(u32 size, u32 limit) {
+  const uLong most = limit < DecompressedLimit ? limit : std::max<uLong>(limit, uLong{size} * DecompressedTimes);
+  return std::min<uLong>(most, UINT32_MAX);
+}
+
 // Tries with room for twice the input and doubles it while the content doesn't fit; broken data fails at once.
 bool Decompress(u8 **buffer, u32 *size, bool freeOld, u32 limit) {
-  uLong room = std::clamp<uLong>(uLong{*size} * 2, 1, limit);
-  for (;; room = std::min<uLong>(room * 2, limit)) {
+  const uLong most = MostContent(*size, limit);
+  uLong room = std::clamp<uLong>(uLong{*size} * 2, 1, most);
+  for (;; room = std::min<uLong>(room * 2, most)) {
     u8 *made = static_cast<u8 *>(std::malloc(room));
     if (made == nullptr) return false;
     uLongf madeSize = room;
@@ -40,6 +47,6 @@ bool Decompress(u8 **buffer, u32 *size, bool freeOld, u32 limit) {
       return true;
     }
     std::free(made);
-    if (result != Z_BUF_ERROR || room == limit) return false;
+    if (result != Z_BUF_ERROR || room == most) return false;
   }
 }

@@ -47,6 +47,10 @@ size_t CutAtLetter(const char *s, size_t most) {
   return IsRest(s[length]) ? most : length;  // bytes that are no letter
 }
 
+std::string_view FrontOf(std::string_view text, size_t most) {
+  return text.size() <= most ? text : text.substr(0, CutAtLetter(text.data(), most));
+}
+
 // The bytes of the UTF-8 letter at s, 1 to 4; 0 where there is none. A longer form of a letter than it needs is none, nor is
 // half a pair of 16-bit units.
 static int LetterLength(const char *s) {

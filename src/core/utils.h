@@ -3,6 +3,7 @@
 
 #include <bit>
 #include <exception>
+#include <string_view>
 #include <vector>
 
 #include "core/types.h"
@@ -15,6 +16,8 @@ size_t CutAtLetter(const char *s, size_t most);    // The length of s, or where 
 // Makes a text from outside fit for a log or a terminal, in place: every control character, of the second set too, and every
 // byte that is no UTF-8 becomes "?". Line ends stay where lineEnds says so.
 void ReplaceControls(char *s, bool lineEnds = false);
+// The front of a text: at most so many bytes, and never a part of a letter in UTF-8.
+std::string_view FrontOf(std::string_view text, size_t most);
 int FloatToInt(float f);                           // Truncation; out of range values stop at the ends of int.
 void *GrowClear(void *p, size_t newSize, size_t oldSize);  // realloc; clears the bytes behind oldSize. Null on failure.
 char *GenerateName(int length, int spread);        // A malloc'ed pronounceable word of length +- spread letters.

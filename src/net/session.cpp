@@ -9,6 +9,7 @@
 
 #include "content/options.h"
 #include "core/log.h"
+#include "core/utils.h"
 #include "net/chat_log.h"
 #include "net/dispatch.h"
 #include "platform/threads.h"
@@ -63,7 +64,7 @@ static bool FindAddress(const char *name, u16 port, ENetAddress *address) {
 static void Greet() {
   std::vector<u8> hello;
   WriteString(&hello, WireVersion);
-  WriteString(&hello, std::string_view(Options.PlayerName).substr(0, LongestLine));
+  WriteString(&hello, FrontOf(Options.PlayerName, LongestLine));
   PutU8(&hello, 0);
   SendPacket(NetHost, NetPeer, hello, PacketHello, true);
   SendText(NetHost, NetPeer, "|logged on", PacketChat, true);

@@ -11,6 +11,7 @@
 #include "content/materials.h"
 #include "core/compress.h"
 #include "core/log.h"
+#include "core/utils.h"
 #include "platform/files.h"
 #include "platform/threads.h"
 #include "world/edit.h"
@@ -25,7 +26,7 @@ constexpr u16 MissingComponentId = 6, MissingMaterialId = 110;
 Mutex NetMutex{MutexRank::Leaf, "net", {}};
 
 void WriteString(std::vector<u8> *out, std::string_view text) {
-  text = text.substr(0, LongestText);
+  text = FrontOf(text, LongestText);
   if (text.empty() || text.size() > LongestShortText) {
     PutU8(out, 0);
     PutU16(out, static_cast<u16>(text.size()));
@@ -248,7 +249,7 @@ static bool SafeLetter(char c) {
 }
 
 std::string Printable(std::string_view text, size_t most) {
-  std::string out(text.substr(0, most));
+  std::string out(FrontOf(text, most));
   unsigned char before = 0;
   for (char &c : out) {
     const unsigned char byte = static_cast<unsigned char>(c);

@@ -27,6 +27,15 @@ TEST(Utils, StringsNumbersAndMemoryAtTheirEnds) {
   EXPECT_TRUE(kept.capacity() == 100 && kept == std::vector<u64>{7});
 }
 
+TEST(Utils, TheFrontOfATextEndsBetweenLetters) {
+  const std::string mixed = "a\xc3\xbc\xe2\x82\xac\xf0\x9f\x9a\x80z";  // letters of 1, 2, 3, 4 and 1 bytes
+  const size_t ends[] = {0, 1, 1, 3, 3, 3, 6, 6, 6, 6, 10, 11, 11};
+  for (size_t most = 0; most < std::size(ends); ++most) EXPECT_EQ(FrontOf(mixed, most).size(), ends[most]) << most;
+  const struct { const char *text; size_t most, length; } odd[] = {  // what is no UTF-8 is cut where it falls
+      {"gr\xfc\xdf", 3, 3}, {"\x80\x80\x80\x80\x80\x80", 5, 5}, {"\xc3", 1, 1}, {"a\xc3z", 2, 2}};
+  for (const auto &o : odd) EXPECT_EQ(FrontOf(o.text, o.most).size(), o.length) << o.text;
+}
+
 // Packs or unpacks a text through the malloc'ed buffer that the compression takes; one that fails has to leave it as it was.
 static bool Through(bool (*work)(u8 **, u32 *, bool), std::string *text) {
   u8 *bytes = static_cast<u8 *>(std::malloc(text->size() + 1));
@@ -60,5 +69,17 @@ TEST(Compress, GivesBackWhatItTookAndRefusesWhatIsBrokenCutOrTooLarge) {
     std::string large((64 << 20) + extra, '\0');
     ASSERT_TRUE(Through(Compress, &large));
     EXPECT_EQ(Unpacks(large), extra == 0);
+  }
+  std::string times(80 << 20, '\0');  // over 64 MiB, from a little over or under an eighth of it
+  u64 next = 1;
+  for (size_t i = 0; i < times.size() / 8 + (1 << 20); ++i) times[i] = static_cast<char>((next = next * 6364136223846793005 + 1) >> 56);
+  for (const bool small : {false, true}) {
+    std::string turned = small ? std::string(2 << 20, '\0') + times.substr(2 << 20) : times;
+    ASSERT_TRUE(Through(Compress, &turned));
+    EXPECT_EQ(turned.size() * 8 < times.size(), small) << turned.size();
+    EXPECT_EQ(Unpacks(turned), !small);
+    u8 *bytes = reinterpret_cast<u8 *>(turned.data());
+    u32 size = static_cast<u32>(turned.size());
+    EXPECT_FALSE(Decompress(&bytes, &size, false, 1 << 20)) << "a caller's own limit holds";
   }
 }
