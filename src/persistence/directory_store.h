@@ -24,8 +24,8 @@ bool IsShipStem(const std::string &name);
 // not read whole stays as <fileStem>.damaged. 1, or 0 and the old folder as it was: for the fileStem "NULL" nothing is done,
 // all else is logged.
 int SaveShipDirectory(Ship *ship);
-// Stores one block, state 0 for a removed one, in the ship's files and not in memory. 1, or 0 (logged), and then the block
-// in the files is the old one.
+// Stores one block, state 0 for a removed one, in the ship's files and not in memory. 1: the files have it, or a note of it that
+// their next opening carries out. 0 (logged): the block in the files is the old one, or the log says that it is neither.
 int SaveBlockUpdate(const Block &b, u16 x, u16 y, u16 z, Ship *ship);
 
 // Reads saves/<name> into an empty ship: only the slots, or the blocks as well, finished unless leaveUnfinished is set. What

@@ -162,27 +162,49 @@ static bool AppendSlot(BlockUpdate *u) {
   return true;
 }
 
-// A record that could not be written may be half there: then the note is of the old one, and stays for a better day.
-static bool WriteAcrossPages(const BlockUpdate &u, i64 offset) {
-  u8 old[RecordBytes];
-  if (ReadAt(u.file, offset, old, RecordBytes) != RecordBytes) return false;
+// What an update leaves in the files, whatever the calls that made it said.
+enum class Stored { New, Old, Unknown };
+
+static Stored RecordAt(int file, i64 offset, const u8 *fresh, const u8 *old) {
+  u8 record[RecordBytes];
+  if (ReadAt(file, offset, record, RecordBytes) != RecordBytes) return Stored::Unknown;
+  if (std::equal(record, record + RecordBytes, fresh)) return Stored::New;
+  return std::equal(record, record + RecordBytes, old) ? Stored::Old : Stored::Unknown;
+}
+
+// What the next opening of the ship will make of a note that can't be taken back, over the record that is there.
+static Stored StoredBy(int note, const BlockUpdate &u, i64 offset, const u8 *old) {
+  u8 front[NoteBytes];
+  const bool carriedOut = ReadAt(note, 0, front, NoteBytes) == NoteBytes;
+  if (!carriedOut) return RecordAt(u.file, offset, u.record, old);
+  LogWarn("A block that was stored halfway can't be written yet. It stays noted.");
+  return RecordAt(note, i64{NoteBytes - RecordBytes}, u.record, old);
+}
+
+// A record that could not be written may be half there: then the note stays for a better day, of the old record if it can be had.
+static Stored WriteAcrossPages(const BlockUpdate &u, i64 offset, const u8 *old) {
   std::vector<u8> note;
   for (const int v : {int{u.at.mega}, int{u.at.super}, u.slot, int{u.at.block}}) PutU16(&note, static_cast<u16>(v));
   PutBytes(&note, u.record, RecordBytes);
   const int file = OpenFile(u.shipFolder, NoteName, FileUse::MakeNew);
-  if (file < 0) return false;
+  if (file < 0) return Stored::Old;
   const bool noted = WriteAt(file, 0, note.data(), NoteBytes);
-  const bool stored = noted && WriteAt(u.file, offset, u.record, RecordBytes);
-  const bool torn = noted && !stored && WriteAt(file, NoteBytes - RecordBytes, old, RecordBytes);
+  const bool written = noted && WriteAt(u.file, offset, u.record, RecordBytes);
+  const bool torn = noted && !written;
+  if (torn) WriteAt(file, NoteBytes - RecordBytes, old, RecordBytes);
+  const bool gone = !torn && unlinkat(u.shipFolder, NoteName, 0) == 0;
+  Stored stored = written ? Stored::New : Stored::Old;
+  if (!written && !gone) stored = StoredBy(file, u, offset, old);
   close(file);
-  if (!torn) unlinkat(u.shipFolder, NoteName, 0);
   return stored;
 }
 
-static bool WriteRecord(const BlockUpdate &u) {
+static Stored WriteRecord(const BlockUpdate &u) {
   const i64 offset = RecordOffset(u.slot, u.at.block);
-  const bool onePage = offset % PageBytes <= PageBytes - static_cast<i64>(RecordBytes);
-  return onePage ? WriteAt(u.file, offset, u.record, RecordBytes) : WriteAcrossPages(u, offset);
+  u8 old[RecordBytes];
+  if (ReadAt(u.file, offset, old, RecordBytes) != RecordBytes) return Stored::Old;
+  if (offset % PageBytes > PageBytes - static_cast<i64>(RecordBytes)) return WriteAcrossPages(u, offset, old);
+  return WriteAt(u.file, offset, u.record, RecordBytes) ? Stored::New : RecordAt(u.file, offset, u.record, old);
 }
 
 // A chunk whose slot is not where it was, because another save replaced the files, or that is known from its file only, may
@@ -196,9 +218,12 @@ static void CheckSlot(BlockUpdate *u) {
 static bool StoreRecord(BlockUpdate *u) {
   if (!OpenSuper(u)) return false;
   CheckSlot(u);
-  const bool stored = u->slot >= 0 ? WriteRecord(*u) : AppendSlot(u);
-  if (!stored) LogError(("Could not write " + u->path + "/" + std::to_string(u->at.mega) + "/" + u->name + ". The old block stays.").c_str());
-  return stored;
+  Stored stored = Stored::Old;
+  if (u->slot >= 0) stored = WriteRecord(*u);
+  else if (AppendSlot(u)) stored = Stored::New;
+  if (stored == Stored::New) return true;
+  const char *left = stored == Stored::Old ? ". The old block stays." : ". Neither the old block nor the new one is there whole.";
+  return LogError(("Could not write " + u->path + "/" + std::to_string(u->at.mega) + "/" + u->name + left).c_str()) != 0;
 }
 
 int SaveBlockUpdate(const Block &b, u16 x, u16 y, u16 z, Ship *ship) {

@@ -1,6 +1,7 @@
 // Ships as folders: their bytes, single blocks written in place, and what a kill, a full disk or a stranger leaves there.
 #include "persistence/directory_store.h"
 
+#include <dlfcn.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -12,6 +13,35 @@
 #include "platform/folders.h"
 
 constexpr size_t Slot = 14002;
+
+namespace {
+
+// A disk that fails: the calls of the system that are numbered here don't reach it.
+struct FailingDisk {
+  unsigned writes = 0;  // bit n: the n-th write from now on
+  bool halves = false;  // and those leave half of their bytes
+  bool removes = false;
+};
+FailingDisk Disk;
+
+}  // namespace
+
+extern "C" ssize_t pwrite(int file, const void *bytes, size_t count, off_t offset) {
+  static const auto real = reinterpret_cast<decltype(&pwrite)>(dlsym(RTLD_NEXT, "pwrite"));
+  const bool fails = (Disk.writes & 1) != 0;
+  Disk.writes >>= 1;
+  if (!fails) return real(file, bytes, count, offset);
+  if (Disk.halves) real(file, bytes, count / 2, offset);
+  errno = EIO;
+  return -1;
+}
+
+extern "C" int unlinkat(int folder, const char *name, int flags) {
+  static const auto real = reinterpret_cast<decltype(&unlinkat)>(dlsym(RTLD_NEXT, "unlinkat"));
+  if (!Disk.removes) return real(folder, name, flags);
+  errno = EIO;
+  return -1;
+}
 
 namespace {
 
@@ -53,6 +83,33 @@ TEST_F(DirectoryStore, AShipsFilesHaveTheDocumentedBytes) {
   EXPECT_TRUE(ship->position[2] == -2 && ship->velocity[0] == 7 && ship->fileStem == "a" && ship->summary->blockCount == 2);
   EXPECT_NE(FindCells(AddressOf(5042, 7, 310), *ship)->visibility[72], VisibilityUndecided) << "finished";
   EXPECT_EQ(ShipFault(*ship), "") << "a block that is due for the heat step is on its list again";
+}
+
+TEST_F(DirectoryStore, AnUpdateOnAFailingDiskSaysWhatTheFilesHave) {
+  const u64 old = PlacedHead(1, 2, 1, 0), fresh = PlacedHead(7, 5, 6, 3);
+  Block block = BlockFromHead(fresh);
+  block.tail[5] = 9;  // at the end of the record, where half of it doesn't reach
+  const Cell inPage = {5000, 5000, 5000}, acrossPages = {5002, 5009, 5002};  // block 292 stands at 2 + 292 x 14 = 4090
+  int torn = 0;
+  for (const Cell &at : {inPage, acrossPages}) {
+    for (unsigned calls = 0; calls < 32; ++calls) {  // which of three writes, whether by halves, and the removal
+      fs::remove_all("saves/a");
+      SaveNew("a", {{at, old}});
+      ASSERT_EQ(Update(ship, at, old), 1);
+      LogInit();
+      Disk = {calls & 7, (calls & 8) != 0, (calls & 16) != 0};
+      const int result = SaveBlockUpdate(block, at[0], at[1], at[2], ship);
+      Disk = {};
+      const Cells found = FolderCells("a");
+      const bool unknown = Logged("Neither the old block nor the new one is there whole.");
+      torn += unknown ? 1 : 0;
+      EXPECT_TRUE(!unknown || (calls & 8) != 0) << calls;
+      EXPECT_TRUE(unknown || found == (Cells{{at, result != 0 ? fresh : old}})) << at[0] << " " << calls;
+      EXPECT_EQ(Logged("The old block stays"), result == 0 && !unknown) << calls;
+      EXPECT_TRUE(result == 0 || !Logged("*ERR")) << calls;
+    }
+  }
+  EXPECT_GT(torn, 0) << "halves that nothing can mend are told as such";
 }
 
 TEST_F(DirectoryStore, AShipKnownByItsSlotsLosesNothing) {
