@@ -1,9 +1,9 @@
 """shot.py FILE.png GAME [WORD...]: starts the game on a virtual display, waits until the world stands on the screen, saves a
 picture of it and closes the window. Exit status 0 when the picture is written and shows something, and the game ended in
 order. Run in the installation's folder."""
-import os
 import subprocess
 import sys
+import tempfile
 import time
 
 import screen
@@ -18,21 +18,18 @@ def fail(text):
     return 1
 
 
-def threads_run():
-    try:
-        with open(LOG, errors="replace") as log:
-            return "core threading system" in log.read()
-    except FileNotFoundError:
-        return False
+def threads_run(said):
+    said.seek(0)
+    return "core threading system" in said.read()
 
 
-def wait_for_world(display, game):
+def wait_for_world(display, game, said):
     """The first picture that is lit, and as much as in the two before; None when the game ends or time is up."""
     end = time.monotonic() + WAIT
     seen = []
     while time.monotonic() < end and game.poll() is None:
         time.sleep(0.5)
-        if not threads_run():
+        if not threads_run(said):
             continue
         picture = screen.take_picture(display)
         seen = seen[-2:] + [screen.lit(picture)]
@@ -55,13 +52,12 @@ def main():
     if len(sys.argv) < 3:
         return fail(__doc__)
     path = sys.argv[1]
-    if os.path.exists(LOG):
-        os.remove(LOG)
+    said = tempfile.TemporaryFile("w+", errors="replace")
     display = screen.start_display()
     game = None
     try:
-        game = subprocess.Popen(sys.argv[2:], env=display.environment(), stdout=subprocess.DEVNULL)
-        picture = wait_for_world(display, game)
+        game = subprocess.Popen(sys.argv[2:], env=display.environment(TARNVALE_SAVING="0"), stdout=said)  # a picture changes nothing
+        picture = wait_for_world(display, game, said)
         if picture is None:
             ended = game.poll() is not None
             return fail(f"The game ended before it drew its world; {LOG} tells why." if ended

@@ -258,6 +258,7 @@ static void AddFloatLine(std::string *file, const char *key, float value) {
 }
 
 bool SaveOptions() {
+  if (!SavingOn) return false;
   std::string file;
   for (const IntOption &o : intOptions) AddIntLine(&file, o.key, static_cast<int>(o.get(Options)));
   AddIntLine(&file, sections[FloatSection].enteredBy, 1);
@@ -267,7 +268,7 @@ bool SaveOptions() {
   AddIntLine(&file, sections[ControlSection].enteredBy, 1);
   for (const ControlOption &o : controlOptions) AddIntLine(&file, o.key, Options.controls.*o.value);
   AddIntLine(&file, "End", 1);
-  return ReplaceFile(OptionsPath, file.data(), file.size());
+  return ReplaceFile(FileBehind(OptionsPath).c_str(), file.data(), file.size());
 }
 
 void ResetOptions() {

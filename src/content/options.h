@@ -46,7 +46,7 @@ extern OptionValues Options;
 // Whether the file's Flashlight value is kept apart from the running one: SaveOptions writes Options.Flashlight.
 bool LoadOptions();      // Defaults, then the file, then the file written again. False: no file read, or none written.
 bool ReadOptionsFile();  // False when the file could not be opened; each fault in it is logged and reading goes on.
-bool SaveOptions();      // Replaces the file. False when it could not be written; the old one stays.
+bool SaveOptions();      // Replaces the file. False when it could not be written, or nothing is saved; the old one stays.
 void ResetOptions();     // Every default.
 
 // Running flags that several threads look at. Writers: debug keys and menus on the main thread.

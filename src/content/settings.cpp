@@ -120,7 +120,7 @@ bool WriteValue(const SettingRow &row, const std::string &value) {
   std::string file;
   if (!ReadSettings(&file)) return false;
   PutLine(&file, row.name, std::string(row.name) + " " + value);
-  return file.size() <= FileLimit && ReplaceFile(SettingsPath, file.data(), file.size());
+  return file.size() <= FileLimit && ReplaceFile(FileBehind(SettingsPath).c_str(), file.data(), file.size());
 }
 
 // A folder that can't be written to is no news with every save.
@@ -164,7 +164,7 @@ bool StoreSetting(Setting which, std::string_view text) {
   const ScopedLock lock(&SettingsMutex);
   std::string &written = Written[static_cast<size_t>(which)];
   Values[static_cast<size_t>(which)] = value;
-  if (written == value) return true;
+  if (written == value || !SavingOn) return true;
   if (!TellFailure(!WriteValue(row, value))) return false;
   written = value;
   return true;

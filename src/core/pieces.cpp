@@ -19,6 +19,7 @@
 #include "gui/paint.h"
 #include "net/session.h"
 #include "persistence/stream.h"
+#include "platform/files.h"
 #include "platform/threads.h"
 #include "platform/window.h"
 #include "render/debris.h"
@@ -249,7 +250,7 @@ void MoveBackendPiece(double *timer) {
 }
 
 void SavePiece(double *timer) {
-  if (!Options.SinglePlayer) {
+  if (!Options.SinglePlayer || !SavingOn) {
     *timer = ClockNow() + SaveDelayOnline;
     return;
   }

@@ -19,9 +19,13 @@
 #include "gl/init.h"
 #include "gui/mode.h"
 #include "gui/paint.h"
+#include "gui/screens.h"
 #include "gui/tutorial.h"
+#include "net/chat_log.h"
 #include "net/session.h"
 #include "persistence/stream.h"
+#include "platform/files.h"
+#include "platform/installation.h"
 #include "platform/threads.h"
 #include "platform/window.h"
 #include "render/parse.h"
@@ -33,6 +37,7 @@ constexpr u16 MiddleCell = 5000;   // round which bodies grow, on each axis
 constexpr int NearShip = 30;       // blocks within which a loaded ship counts as being there
 
 static i8 CoreCount = 0;  // selects the thread system; main thread
+static bool FolderTaken = false, AskedForNoSaving = false;  // main thread
 
 static void LogVersion() {
   char *text = JoinStrings("Version ", "0.23.0 Demo ");
@@ -44,6 +49,29 @@ static void LogMachine() {
   CoreCount = LogSystemInfo();
   LogInt("Number of Cores:", CoreCount);
   if (CoreCount == 0) CoreCount = 4;
+}
+
+// A second game in the folder must leave the first one's ships, options and log alone. TARNVALE_SAVING=0 in the environment asks for
+// a game that saves nothing, and that no other one has to wait for.
+static void TakeInstallation() {
+  const char *saving = std::getenv("TARNVALE_SAVING");
+  const bool wanted = saving == nullptr || std::strcmp(saving, "0") != 0;
+  FolderTaken = wanted ? HoldInstallation() == Hold::Taken : OthersHoldInstallation();
+  SavingOn = wanted && !FolderTaken;
+  AskedForNoSaving = !wanted;
+  LogInit(FolderTaken ? "errors2.txt" : "errors.txt");
+}
+
+static void TellWhatIsNotSaved() {
+  if (FolderTaken) LogWarn("Another game or a server is using this folder. This game saves nothing.");
+  else if (!SavingOn) LogInfo("This game saves nothing");
+}
+
+// Online there is nothing of the player's to save but options.
+static void OfferToStart() {
+  if (SavingOn) return;
+  if (FolderTaken && !AskedForNoSaving && Options.SinglePlayer) BuildFolderTaken();
+  else AddChatLine("This game saves nothing");
 }
 
 // The tables and all that stands on their rows. False with the reason logged.
@@ -108,13 +136,20 @@ static void PlaceFirstShip(Ship *ship, const i64 (&solarLoc)[3]) {
   StandAtCell(ship, solarLoc, cell);
 }
 
+static bool LoadTold(Ship *ship, const std::string &stem) {
+  std::string news;
+  const bool loaded = LoadShipTelling(ship, stem.c_str(), &news) != 0;
+  if (!news.empty()) AddChatLine(news.c_str());
+  return loaded;
+}
+
 static void LoadFirstShip(Ship *ship) {
   if (!Options.SinglePlayer) return;
   const Player p = ReadPlayer();
   const std::string stem = ship->fileStem;
   // A ship that was given a name of its own would seem lost if each start went back to the one without: the ship flown last
   // comes first.
-  if (LoadLastShip(ship, p.solarLoc) || LoadShipByName(ship, stem.c_str()) != 0) {
+  if (LoadLastShip(ship, p.solarLoc) || LoadTold(ship, stem)) {
     PlaceFirstShip(ship, p.solarLoc);
     return;
   }
@@ -153,9 +188,10 @@ static int EndEarly() {
 
 int StartGame(int argc, char **argv) {
   StartupGate = true;
-  LogInit();
+  TakeInstallation();
   LogVersion();
   LogMachine();
+  TellWhatIsNotSaved();
   QuitRequested = false;
   dampenMode = 0;
   LoadOptions();
@@ -176,6 +212,7 @@ int StartGame(int argc, char **argv) {
   RehearseFrame();
   LoadFirstShip(ship);
   PlacePlayer(*ship);
+  OfferToStart();
   Run();
   return 0;
 }

@@ -13,6 +13,7 @@
 #include "net/chat_log.h"
 #include "net/session.h"
 #include "persistence/stream.h"
+#include "platform/files.h"
 #include "platform/window.h"
 
 constexpr int PageLines = 18, MaterialsSelector = 2;
@@ -37,10 +38,18 @@ static void ReleaseKey(int key) {
 }
 
 void SaveOrTell(Ship *ship) {
-  static std::atomic<bool> told{false};
-  const bool failed = SaveShipByName(ship) == 0;
+  static std::atomic<bool> failing{false};
+  if (!SavingOn) {
+    AddChatLine("This game saves nothing: the ship is not saved");
+    return;
+  }
+  std::string news;
+  const bool failed = SaveShipTelling(ship, &news) == 0;
+  if (!news.empty()) AddChatLine(news.c_str());
   if (!failed) RememberShip(*ship);
-  if (!told.exchange(failed) && failed) AddChatLine("The ship could not be saved");
+  const bool failedBefore = failing.exchange(failed);
+  if (failed) AddChatLine("The ship could not be saved");
+  else if (failedBefore) AddChatLine("The ship is saved again");
 }
 
 static void BlockSelectKey() {

@@ -11,8 +11,8 @@ extern std::atomic<bool> QuitRequested;   // the stop flag of every thread loop;
 extern std::atomic<double> nextToolTime;  // earliest time of the next held-button action; both input roads write it
 extern std::string BackupName;            // file name of the ship's backup, worked out when the menu is left for good; main thread
 
-// Saves the ship under its name, and remembers it as the last one flown. A player is told in the chat when the save fails, once
-// until one works. Any thread, no mutex.
+// Saves the ship under its name, and remembers it as the last one flown. The player is told in the chat of each failure, of the
+// first save that works after one, and of what a save found in the file's place. Any thread, no mutex.
 void SaveOrTell(Ship *ship);
 int RequestQuit();                              // The window-close callback: sets QuitRequested; 0.
 void InstallInputCallbacks();

@@ -2,8 +2,6 @@
 // of its own, so that no save goes over it.
 #include "gameplay/last_ship.h"
 
-#include <unistd.h>
-
 #include "content/options.h"
 #include "content/settings.h"
 #include "gui/language.h"
@@ -11,11 +9,12 @@
 #include "net/connection.h"
 #include "persistence/stream.h"
 #include "persistence/text_form.h"
+#include "platform/files.h"
 #include "platform/threads.h"
 
 namespace {
 
-bool IsThere(const std::string &path) { return access(path.c_str(), F_OK) == 0; }
+bool IsThere(const std::string &path) { return NameIsTaken(path.c_str()); }  // a link to nowhere is a ship that can't be read
 
 std::string StreamOf(const std::string &stem) { return "saves/" + stem + ".sts"; }
 std::string TextOf(const std::string &stem) { return "saves/" + stem + ".ssf"; }
@@ -23,7 +22,12 @@ std::string TextOf(const std::string &stem) { return "saves/" + stem + ".ssf"; }
 // A ship that only flew as a text has no stream file before its first save. From that on it is one. What is no text of a ship
 // reads as one without blocks.
 bool LoadStem(Ship *ship, const std::string &stem, const i64 (&at)[3]) {
-  if (IsThere(StreamOf(stem))) return LoadShipByName(ship, stem.c_str()) != 0;
+  if (IsThere(StreamOf(stem))) {
+    std::string news;
+    const bool read = LoadShipTelling(ship, stem.c_str(), &news) != 0;
+    if (read && !news.empty()) AddChatLine(news.c_str());
+    return read;
+  }
   if (LoadShipText(ship, (stem + ".ssf").c_str(), at[0], at[1], at[2]) == 0 || ship->summary->blockCount == 0) return false;
   ship->keepStreamAs = ".replaced";
   return true;

@@ -10,9 +10,10 @@
 constexpr int GuiStringRows = 128;
 extern std::vector<std::string> GuiStrings;  // row 0 empty; rows that neither the file nor the English one gives are empty. Main thread.
 
-// Rows that the code reads as lines of the chat.
+// Rows that came when there were language files already: lines of the chat, and the words of a game that saves nothing.
 enum GuiText : u8 {
-  TextAlone = 90, TextOnlyCommand = 91, TextTooLong = 92, TextLastShipGone = 93, TextLastShipUnread = 94
+  TextAlone = 90, TextOnlyCommand = 91, TextTooLong = 92, TextLastShipGone = 93, TextLastShipUnread = 94,
+  TextFolderTaken = 95, TextNotSaved = 96, TextPlayUnsaved = 97, TextSavesNothing = 98
 };
 
 // The whole file of the current language, the cursor at its begin and reading from bytes. False when it can't be read, with

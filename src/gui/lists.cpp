@@ -7,6 +7,7 @@
 #include "content/categories.h"
 #include "content/options.h"
 #include "core/log.h"
+#include "core/utils.h"
 #include "gameplay/player.h"
 #include "gui/language.h"
 #include "gui/mode.h"
@@ -16,12 +17,13 @@
 #include "net/connection.h"
 #include "persistence/stream.h"
 #include "persistence/text_form.h"
+#include "platform/files.h"
 #include "platform/threads.h"
 
 constexpr size_t MaxNames = 1020;
 constexpr int WindowRows = 16, FirstRowY = 350, BarX = 300;
 constexpr int KnobWay = 450, KnobBottom = -240;
-constexpr size_t LongestLabel = 30, LongestStem = 200;
+constexpr size_t LongestLabel = 30;
 constexpr int MaxLanguages = 21, LanguagePitch = 42, LanguageTop = 440;  // rows count from 1: the heading stands at the top
 constexpr int SightReach = 30;  // blocks; what is further off on an axis was not put before the player
 
@@ -170,12 +172,10 @@ static bool StemInUse(const std::string &stem, const Ship *but) {
 // already, or an old text file beside a newer one. Then it gets the next free name. World mutex held.
 static void KeepStemsApart(Ship *ship, const std::string &file) {
   const auto taken = [&](const std::string &stem) {
-    std::error_code error;
-    return StemInUse(stem, ship) || (stem + ".sts" != file && std::filesystem::exists("saves/" + stem + ".sts", error));
+    return StemInUse(stem, ship) || (stem + ".sts" != file && NameIsTaken(("saves/" + stem + ".sts").c_str()));
   };
   if (ship->fileStem.empty()) ship->fileStem = "Ship";
-  ship->fileStem.resize(std::min(ship->fileStem.size(), LongestStem));  // a save needs room for endings
-  const std::string base = ship->fileStem;
+  const std::string base(FrontOf(ship->fileStem, LongestStem));  // room for the number, and for what a save puts behind
   for (int copy = 2; taken(ship->fileStem); ++copy) ship->fileStem = base + " " + std::to_string(copy);
 }
 
@@ -193,9 +193,12 @@ static void BringIntoSight(Ship *ship, const i64 (&solarLoc)[3]) {
   for (int a = 0; a < 3 && !seen; ++a) ship->position[a] = WorldDifference(solarLoc[a], (high[a] + 3) * UnitsPerBlock);
 }
 
-static int LoadShipFile(const std::string &name, const i64 (&at)[3]) {
-  if (name.back() == 'f') return AddShipFromText(&TheShipTable, name.c_str(), at[0], at[1], at[2]);
-  return AddShipFromStream(&TheShipTable, name.c_str(), at[0], at[1], at[2]);
+// What there is to tell of it, or empty.
+static std::string LoadShipFile(const std::string &name, const i64 (&at)[3]) {
+  std::string news;
+  if (name.back() != 'f') AddShipTelling(&TheShipTable, name.c_str(), at[0], at[1], at[2], &news);
+  else if (AddShipFromText(&TheShipTable, name.c_str(), at[0], at[1], at[2]) == 0) news = name + " could not be read to its end";
+  return news;
 }
 
 void LoadChosenShip(int) {
@@ -206,15 +209,17 @@ void LoadChosenShip(int) {
   }
   const std::string name = Names[static_cast<size_t>(ListChosenRow)];
   const Player p = ReadPlayer();
+  std::string news;
   {
     const ScopedLock world(&WorldMutex);
     const u16 row = TheShipTable.count.load();
-    LoadShipFile(name, p.solarLoc);
+    news = LoadShipFile(name, p.solarLoc);
     if (TheShipTable.count.load() > row) {
       KeepStemsApart(ShipAt(TheShipTable, row), name);
       BringIntoSight(ShipAt(TheShipTable, row), p.solarLoc);
     }
   }
+  if (!news.empty()) AddChatLine(news.c_str());
   ListFirstRow = 0;
   ListChosenRow = -1;
   ToggleMenu();

@@ -1,12 +1,12 @@
 // The screen that names the ship. A name is the stem of the ship's file too, so only characters that every folder takes are
 // typed into it, and a name under which another ship is kept is refused: the next save would replace that ship.
 #include <algorithm>
-#include <filesystem>
 #include <string>
 
 #include "gui/mode.h"
 #include "gui/screen_parts.h"
 #include "gui/screens.h"
+#include "platform/files.h"
 #include "platform/threads.h"
 #include "platform/window.h"
 #include "world/tree.h"
@@ -38,9 +38,8 @@ static std::string TypeableName(const std::string &name) {
 static void ShowHeading(const char *text) { GuiElements[HeadingElement].text = text; }
 
 static bool OtherShipHas(const std::string &name) {
-  std::error_code error;
   if (name == NamedShip->fileStem) return false;
-  if (std::filesystem::exists("saves/" + name + ".sts", error)) return true;
+  if (NameIsTaken(("saves/" + name + ".sts").c_str())) return true;
   for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
     const Ship *other = ShipAt(TheShipTable, row);
     if (other != NamedShip && other->fileStem == name) return true;

@@ -2,8 +2,10 @@
 #include "gui/screens.h"
 
 #include "content/options.h"
+#include "gui/language.h"
 #include "gui/mode.h"
 #include "gui/screen_parts.h"
+#include "platform/files.h"
 
 constexpr int LeaveGame = -2;
 constexpr int BarMiddle = -10, BarReach = 290;  // the track's place, and the buttons above and below it
@@ -54,6 +56,7 @@ void BuildPauseMenu() {
   else AddButton(0, 0, 87, CloseMenu);
   // Who can't read the words is at most two clicks away from words that they can read.
   AddButton(650, -400, 49, OpenLanguages);
+  if (!SavingOn) AddElement(TypeHeading, 0, 500, TextSavesNothing, "", nullptr, 0);
 }
 
 void BuildTitleMenu() {
@@ -63,6 +66,22 @@ void BuildTitleMenu() {
   AddButton(0, -100, 87, CloseMenu);
   AddButton(0, -300, 15, nullptr, LeaveGame);
   AddElement(TypeRow, -800, -480, 49, "", BuildLanguageList, 0);
+}
+
+static void PlayWithoutSaving(int) {
+  MenuClosable = true;
+  CloseMenu(0);
+}
+
+void BuildFolderTaken() {
+  if (uiMode == 0) ToggleMenu();
+  ClearElements();
+  GuiScreen = ScreenFolderTaken;
+  MenuClosable = false;
+  AddElement(TypeHeading, 0, 250, TextFolderTaken, "", nullptr, 0);
+  AddElement(TypeHeading, 0, 180, TextNotSaved, "", nullptr, 0);
+  AddButton(0, 0, TextPlayUnsaved, PlayWithoutSaving);
+  AddButton(0, -200, 15, nullptr, LeaveGame);
 }
 
 void ScreenClick(int row) {

@@ -6,12 +6,13 @@
 enum Screen : u8 {
   ScreenPause = 0, ScreenShips = 4, ScreenLanguages = 5, ScreenGraphics = 7, ScreenGame = 8, ScreenMouse = 9,
   ScreenSound = 10, ScreenOther = 11, ScreenMaterials = 12, ScreenComponents = 13, ScreenTitle = 20, ScreenBackups = 24,
-  ScreenNaming = 40
+  ScreenNaming = 40, ScreenFolderTaken = 41
 };
 
 void BuildPauseMenu();
 void BuildTitleMenu();
 void BuildShipNaming();
+void BuildFolderTaken();                  // Opens the menu with the offer to play without saving, or not at all.
 
 // Options: the table's callbacks take an argument that they don't use.
 void BuildOptionsTabs(int screen);

@@ -92,5 +92,5 @@ static std::string ValueOf(const OptionKey &key, const ServerOptions &options) {
 bool WriteServerOptions(const ServerOptions &options) {
   std::string text;
   for (const OptionKey &key : Keys) text += std::string(key.name) + " " + ValueOf(key, options) + "\n";
-  return ReplaceFile(Path, text.data(), text.size()) || LogError("Could not write serveroptions") != 0;
+  return ReplaceFile(FileBehind(Path).c_str(), text.data(), text.size()) || LogError("Could not write serveroptions") != 0;
 }

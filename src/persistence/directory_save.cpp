@@ -13,10 +13,10 @@
 #include "persistence/cursor.h"
 #include "persistence/directory_slots.h"
 #include "persistence/directory_store.h"
+#include "persistence/stream.h"
 #include "platform/folders.h"
 #include "world/cells.h"
 
-constexpr size_t LongestStem = 200;     // with what the game puts around it, still a file name
 constexpr size_t SlotsAtOnce = 64;      // of one write
 
 namespace {

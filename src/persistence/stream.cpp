@@ -97,8 +97,8 @@ static size_t UnpackHeader(ShipUnpacker *u, Reader r) {
   u->otherVersion = version != StreamVersion;
   if (u->otherVersion) LogWarn("Old save file. Going to try to load anyway");
   u->longName = length > MaxShipName;
-  const u8 *end = std::find(name, name + std::min<int>(length, MaxShipName), u8{0});
-  u->ship->displayName.assign(name, end);
+  const std::string_view text(reinterpret_cast<const char *>(name), length);
+  u->ship->displayName = FrontOf(text.substr(0, text.find('\0')), MaxShipName);
   u->headerRead = true;
   return length + 3u;
 }

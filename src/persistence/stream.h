@@ -11,6 +11,7 @@
 #include "world/tree.h"
 
 constexpr int MaxShipName = 64;
+constexpr size_t LongestStem = 200;  // bytes of a name that the game gives: with what goes behind it still a file name
 
 // The uncompressed bytes. World mutex held. False when displayName is too long or memory lacks (logged).
 bool PackShip(const Ship &ship, std::vector<u8> *out);
@@ -38,5 +39,11 @@ int LoadShipWithin(Ship *ship, const char *path, LoadBudget *budget);
 int ReadShipStream(Ship *ship, const char *path, bool *whole);  // The same unfinished, and nothing is kept beside the file.
 int LoadShipByName(Ship *ship, const char *name);        // From saves/<name>.sts; prints the path.
 int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z);  // World mutex held. 1 or 0.
+// The same three as the game does them for a player. *news: what has to be told of it, or empty. What another program has put under
+// the name since the ship was loaded or saved by it is kept beside the new file, as "<fileStem> (other).sts". A ship for which
+// a file gave nothing, though there is one, gets another fileStem: nothing grows over what may only be out of reach.
+int SaveShipTelling(Ship *ship, std::string *news);
+int LoadShipTelling(Ship *ship, const char *name, std::string *news);
+int AddShipTelling(ShipTable *table, const char *name, i64 x, i64 y, i64 z, std::string *news);
 void FinishShip(Ship *ship);                             // Origins, light, visibility, summary, in this order.
 bool FinishShipWithin(Ship *ship, u64 *light);           // The same with LightPassWithin, and its answer.

@@ -10,6 +10,7 @@
 #include "content/materials.h"
 #include "content/text_scan.h"
 #include "core/log.h"
+#include "core/utils.h"
 #include "persistence/old_plating.h"
 #include "persistence/stream.h"
 #include "persistence/text_lines.h"
@@ -104,7 +105,7 @@ static bool TakeString(TextLoad *t, std::string_view key, std::string_view value
   if (key != "Name") return false;
   if (value.size() > MaxShipName)
     LogWarn(("Ship file " + t->path + " has a name over 64 letters. The rest of it was left out.").c_str());
-  t->ship->displayName = value.substr(0, MaxShipName);
+  t->ship->displayName = FrontOf(value, MaxShipName);
   return true;
 }
 

@@ -10,10 +10,72 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 
+#include "core/utils.h"
+
+std::atomic<bool> SavingOn{true};
+
+constexpr size_t LongestFileName = 255;  // bytes
+constexpr int MostLinks = 40;            // one behind the other
+constexpr int MostKept = 999;            // copies of one file
 constexpr int LockTries = 50;
 constexpr useconds_t LockPause = 20000;  // microseconds between two of them
+
+FileStamp StampOf(int descriptor) {
+  struct stat info;
+  FileStamp s;
+  if (fstat(descriptor, &info) != 0) return s;
+  s.there = true;
+  s.device = static_cast<u64>(info.st_dev);
+  s.inode = static_cast<u64>(info.st_ino);
+  s.size = static_cast<u64>(info.st_size);
+  s.time = i64{info.st_mtim.tv_sec} * 1000000000 + info.st_mtim.tv_nsec;
+  constexpr off_t tail = sizeof s.tail;
+  if (info.st_size >= tail && pread(descriptor, &s.tail, sizeof s.tail, info.st_size - tail) != tail) s.tail = 0;
+  return s;
+}
+
+FileStamp StampAt(const char *path) {
+  const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  FileStamp s;
+  if (descriptor < 0) return s;
+  s = StampOf(descriptor);
+  close(descriptor);
+  return s;
+}
+
+bool SameContent(const FileStamp &a, const FileStamp &b) {
+  if (!a.there || !b.there || a.size != b.size) return a.there == b.there && !a.there;
+  return a.tail == b.tail || (a.device == b.device && a.inode == b.inode && a.time == b.time);
+}
+
+bool NameIsTaken(const char *path) {
+  struct stat info;
+  return lstat(path, &info) == 0;
+}
+
+std::string FileBehind(const char *path) {
+  std::string name = path;
+  struct stat info;
+  for (int link = 0; link <= MostLinks; ++link) {
+    if (lstat(name.c_str(), &info) != 0) return errno == ENOENT ? name : std::string();
+    if (!S_ISLNK(info.st_mode)) return S_ISREG(info.st_mode) ? name : std::string();
+    char to[PATH_MAX];
+    const ssize_t length = readlink(name.c_str(), to, sizeof to);
+    if (length <= 0 || length == sizeof to) return {};
+    const std::string target(to, static_cast<size_t>(length));
+    name = target[0] == '/' ? target : name.substr(0, name.rfind('/') + 1) + target;
+  }
+  return {};
+}
+
+std::string WithEnding(const std::string &path, const std::string &ending) {
+  const size_t leaf = path.rfind('/') + 1;  // 0 without a folder
+  const size_t room = LongestFileName - std::min(ending.size(), LongestFileName);
+  return path.substr(0, leaf) + std::string(FrontOf(std::string_view(path).substr(leaf), room)) + ending;
+}
 
 // Whether a name still means the open file: another program may have renamed it meanwhile.
 static bool IsNameOf(const char *name, int descriptor) {
@@ -24,7 +86,7 @@ static bool IsNameOf(const char *name, int descriptor) {
 
 // -1 when it can't be opened; *busy tells that another program has it. A disk without locks counts as free.
 static int OpenLocked(const char *name, bool *busy) {
-  const int descriptor = open(name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
+  const int descriptor = open(name, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
   if (descriptor < 0) return -1;
   *busy = flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
   if (!*busy) *busy = !IsNameOf(name, descriptor);
@@ -38,15 +100,19 @@ static void TakeOwnName(FileReplacement *r) {
   bool busy = false;
   close(r->descriptor);
   unlink(r->temporary.c_str());
-  r->temporary = r->path + "." + std::to_string(getpid()) + ".tmp";
+  char ending[32];
+  std::snprintf(ending, sizeof ending, ".%ld.tmp", static_cast<long>(getpid()));
+  r->temporary = WithEnding(r->path, ending);
   r->descriptor = OpenLocked(r->temporary.c_str(), &busy);
 }
 
 bool BeginReplacement(FileReplacement *r, const char *path) {
   *r = {};
   r->path = path;
+  r->failed = r->path.empty();
+  if (r->failed) return false;
   // A fixed name: what a killed game left is overwritten by the next save instead of piling up.
-  r->temporary = r->path + ".tmp";
+  r->temporary = WithEnding(r->path, ".tmp");
   for (int i = 0; i < LockTries; ++i) {
     bool busy = false;
     r->descriptor = OpenLocked(r->temporary.c_str(), &busy);
@@ -84,7 +150,8 @@ static void SyncFolderOf(const std::string &path) {
 
 bool SettleReplacement(FileReplacement *r) {
   r->settled = !r->failed && fsync(r->descriptor) == 0;
-  if (!r->settled) AbandonReplacement(r);
+  if (r->settled) r->stamp = StampOf(r->descriptor);
+  else AbandonReplacement(r);
   return r->settled;
 }
 
@@ -202,19 +269,26 @@ SecondName GiveSecondName(const char *path, const char *name) {
     return SecondName::Made;
   }
   if (errno == EEXIST) return SecondName::Taken;
-  const bool linkless = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK;
+  const bool linkless = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK || errno == EXDEV;
   return linkless && CopyFile(path, name) ? SecondName::Made : SecondName::Failed;
 }
 
-std::string KeepBeside(const char *path, const char *ending) {
-  for (int copy = 1; copy <= 9; ++copy) {
-    const std::string name = std::string(path) + ending + (copy == 1 ? "" : std::to_string(copy));
-    const SecondName result = GiveSecondName(path, name.c_str());
-    if (result == SecondName::Made || (result == SecondName::Taken && IsSameFile(path, name.c_str()))) return name;
+static std::string KeepAs(const char *path, int most, const std::function<std::string(int)> &name) {
+  const std::string file = FileBehind(path);
+  for (int copy = 1; copy <= most && !file.empty(); ++copy) {
+    const std::string next = name(copy);
+    const SecondName result = GiveSecondName(file.c_str(), next.c_str());
+    if (result == SecondName::Made || (result == SecondName::Taken && IsSameFile(file.c_str(), next.c_str()))) return next;
     if (result == SecondName::Failed) break;
   }
   return {};
 }
+
+std::string KeepBeside(const char *path, const char *ending) {
+  return KeepAs(path, 9, [&](int copy) { return WithEnding(path, std::string(ending) + (copy == 1 ? "" : std::to_string(copy))); });
+}
+
+std::string KeepUnder(const char *path, const std::function<std::string(int)> &name) { return KeepAs(path, MostKept, name); }
 
 bool MakeDirectory(const char *path) { return mkdir(path, 0777) == 0; }
 

@@ -10,6 +10,7 @@
 #include "content/components.h"
 #include "content/materials.h"
 #include "core/log.h"
+#include "core/utils.h"
 #include "persistence/directory_store.h"
 #include "persistence/stream.h"
 #include "platform/files.h"
@@ -35,7 +36,7 @@ static bool LockSaves() {
   MakeDirectory("saves");
   SavesFolder = open("saves", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (SavesFolder < 0) return LogError("There is no folder saves/, and none can be made") != 0;
-  return flock(SavesFolder, LOCK_EX | LOCK_NB) == 0 || LogError("Another server runs in this folder") != 0;
+  return flock(SavesFolder, LOCK_EX | LOCK_NB) == 0 || LogError("Another server, or a game, runs in this folder") != 0;
 }
 
 // LoadAllShips leaves folders on disk; the server wants their blocks too.
@@ -45,7 +46,7 @@ static bool LoadBlocks(Ship *ship) {
   FreeShip(ship);
   InitShip(ship, id);
   if (!AllocShipTable(ship) || LoadShipDirectory(ship, stem.c_str(), true, false) == 0) return false;
-  ship->displayName = stem.substr(0, MaxShipName);
+  ship->displayName = FrontOf(stem, MaxShipName);
   return true;
 }
 

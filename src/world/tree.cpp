@@ -25,7 +25,9 @@ void InitShip(Ship *ship, u32 id) {
   ship->displayName = "Default";
   ship->fileStem = "Default";
   ship->keepStreamAs = ship->keepFolderAs = nullptr;
-  ship->slotsOnly = false;
+  ship->knownStem.clear();
+  ship->knownFile = {};
+  ship->slotsOnly = ship->readInPart = false;
   ship->lightCounter = ship->cacheCounter = 0;
   ship->megaCount = ship->superCount = ship->chunkCount = 0;
   ship->remains = {};

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/files.h"
 #include "world/block.h"
 #include "world/graphic.h"
 
@@ -86,6 +87,11 @@ struct Ship {
   // Not null: the stream file, or the folder, under fileStem holds more than this ship, or another one. The next save of that
   // form keeps it beside, with this ending (".damaged", ".replaced"). Written by loads and saves, under the world mutex.
   const char *keepStreamAs = nullptr, *keepFolderAs = nullptr;
+  // The stream file under the name knownStem as this ship was read from it or written to it; one that came to stand there since
+  // is another program's. Empty: nothing is known of any. Written by loads and saves, under the world mutex.
+  std::string knownStem;
+  FileStamp knownFile;
+  bool readInPart = false;  // in this run: earlier backups have more than it, and are not pushed out by its own
   bool slotsOnly = false;  // loaded without its blocks: those in memory lie over those of the files; world mutex
   u32 megaCount = 0, superCount = 0, chunkCount = 0;   // megas with supers, supers with chunks, chunks with cells; world mutex
   u32 id = 0;

@@ -60,11 +60,13 @@ class Game:
     """One run of the game. Ended by close(), or killed at the end of the with block. What it prints goes to output.txt, or
     where output says."""
 
-    def __init__(self, root, display, cores=2, words=(), environment=None, output=None):
+    def __init__(self, root, display, cores=2, words=(), environment=None, output=None, number=""):
+        """number: "2" for a second one beside another in the folder."""
         self.root, self.display = Path(root), display
+        self.log_file, self.output_file = self.root / f"errors{number}.txt", self.root / f"output{number}.txt"
         with contextlib.suppress(FileNotFoundError):
-            (self.root / "errors.txt").unlink()
-        self.output = open(self.root / "output.txt", "w+", errors="replace")
+            self.log_file.unlink()
+        self.output = open(self.output_file, "w+", errors="replace")
         self.process = subprocess.Popen([GAME, *words], cwd=root, stdout=self.output if output is None else output,
                                         stderr=self.output, env=display.environment(TARNVALE_CORES=str(cores), **SANITIZERS) | (environment or {}))
 
@@ -83,12 +85,12 @@ class Game:
 
     def log(self):
         try:
-            return (self.root / "errors.txt").read_text(errors="replace")
+            return self.log_file.read_text(errors="replace")
         except FileNotFoundError:
             return ""
 
     def said(self):
-        return (self.root / "output.txt").read_text(errors="replace")
+        return self.output_file.read_text(errors="replace")
 
     def alive(self):
         if self.process.poll() is not None:
@@ -152,9 +154,9 @@ class Game:
                 return
             last = picture
 
-    def save(self):
+    def save(self, stem="Default"):
         """Opens the menu, which writes the ship, and leaves it again. Returns the blocks that were written."""
-        path = self.root / "saves/Default.sts"
+        path = self.root / f"saves/{stem}.sts"
         before = path.stat().st_mtime_ns if path.exists() else 0
         self.press("Escape")
         wait_until(lambda: self.alive() and path.exists() and path.stat().st_mtime_ns != before, "the menu writes saves/Default.sts")

@@ -135,23 +135,36 @@ class BrokenInstallation(unittest.TestCase):
         wrong_group = struct.pack("<4H", 1000, 0, 0, 1) + bytes(6)
         wrong_count = struct.pack("<4H", 999, 999, 999, 1001) + RUBBISH
         of_ship, no_ship = "WARN: Ship file saves/Default.sts ", "*ERR: saves/Default.sts is not a ship file \n"
+        nothing_of = "It stays as it is, and this ship will be saved as Default 2."
         damages = [  # what is damaged, the file, what the log says, how many blocks are left
             ("an entry cut in two", gzip.compress(content[:-3]), of_ship + "is cut short", len(whole) - 1),
             ("rows past the tables", gzip.compress(content + wrong_rows), of_ship + "has blocks that the tables don't", len(whole) + 1),
             ("a chunk outside", gzip.compress(content + wrong_group), of_ship + "has blocks outside every ship", len(whole)),
             ("an impossible count", gzip.compress(content + wrong_count), of_ship + "has a chunk with an imp", len(whole)),
             ("a file cut in two", packed[:len(packed) // 2], of_ship + "is damaged", None),
-            ("rubbish", RUBBISH, no_ship, None), ("nothing", b"", no_ship, None)]
+            ("rubbish", RUBBISH, no_ship, nothing_of), ("nothing", b"", no_ship, nothing_of), ("no drive", None, "", nothing_of)]
         for name, data, words, expected in damages:
-            ship.write_bytes(data)
-            os.utime(ship, (0, 0))
+            ship.unlink()
+            (root / "saves/Default 2.sts").unlink(missing_ok=True)
+            if data is None:
+                ship.symlink_to("/nowhere/at/all.sts")
+            else:
+                ship.write_bytes(data)
+                os.utime(ship, (0, 0))
             with self.subTest(name), rig.Game(root, self.display) as game:
                 game.wait_for_log("core threading system")
                 self.assertIn(words, game.log())
-                kept = game.save()
-                if expected is not None:
-                    self.assertEqual(len(kept), expected)
+                self.assertIn("Msg: Default.sts ", game.log(), "the player is told")
+                if expected is nothing_of:  # an asteroid, under another name
+                    self.assertIn(nothing_of, game.log())
+                    self.assertGreater(len(game.save("Default 2")), 1)
+                    self.assertTrue(ship.is_symlink() if data is None else ship.read_bytes() == data)
+                else:
+                    kept = game.save()
+                    self.assertIn(f" {len(kept)} blocks were read", game.log())
+                    self.assertEqual(len(kept), len(kept) if expected is None else expected)
                 self.assertEqual(game.close(), 0)
+        self.assertFalse(list((root / "saves").glob("*.bak")), "none of them is a backup")
 
 
 if __name__ == "__main__":

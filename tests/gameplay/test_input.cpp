@@ -10,6 +10,7 @@
 #include "gui/language.h"
 #include "gui/mode.h"
 #include "gui/screens.h"
+#include "platform/files.h"
 #include "platform/threads.h"
 #include "render/debris.h"
 
@@ -110,7 +111,19 @@ TEST_F(Input, EscOpensTheMenuAndSavesTheShipOfALonePlayer) {
   }
   std::filesystem::remove_all("saves");
   for (int i = 0; i < 4; ++i) OnKey(KeyEsc, 1);
-  EXPECT_EQ(Count(ReadText("errors.txt"), "Msg: The ship could not be saved"), 1) << "told once, until a save works";
+  EXPECT_EQ(Count(ReadText("errors.txt"), "Msg: The ship could not be saved"), 2) << "each time";
+  std::filesystem::create_directory("saves");
+  for (int i = 0; i < 4; ++i) OnKey(KeyEsc, 1);
+  EXPECT_EQ(Count(ReadText("errors.txt"), "Msg: The ship is saved again"), 1) << "and the first save that works, once";
+  WriteText("saves/Default.sts", "of another program");
+  for (int i = 0; i < 2; ++i) OnKey(KeyEsc, 1);
+  EXPECT_EQ(Count(ReadText("errors.txt"), "Msg: Default.sts was changed by another program. That ship is kept as Default (other).sts"), 1);
+  std::filesystem::remove_all("saves");
+  SavingOn = false;
+  for (int i = 0; i < 2; ++i) OnKey(KeyEsc, 1);
+  SavingOn = true;
+  EXPECT_EQ(Count(ReadText("errors.txt"), "Msg: This game saves nothing"), 1);
+  EXPECT_FALSE(std::filesystem::exists("saves"));
 }
 
 TEST_F(Input, TheFunctionKeysTraceExplodeAndResetTheCaches) {

@@ -372,3 +372,26 @@ TEST_F(Screens, AShipIsNamedButNeverOverAnother) {
   Click(0, -425);
   EXPECT_EQ(ship->displayName, "Two\x01Words") << "untouched, so it stays";
 }
+
+TEST_F(Screens, AGameThatSavesNothingAsksFirstAndSaysSoInItsMenu) {
+  uiMode = 0;
+  BuildFolderTaken();
+  EXPECT_TRUE(uiMode == 1 && GuiScreen == ScreenFolderTaken);
+  EXPECT_EQ(At(0, 250)->text, "Another game or a server is using this folder");
+  ToggleMenu();
+  EXPECT_EQ(uiMode, 1) << "the question wants an answer";
+  EXPECT_EQ(Click(0, -200), -1) << "one leaves the game";
+  EXPECT_EQ(At(0, 0)->text, "Play without Saving");
+  Click(0, 0);
+  EXPECT_TRUE(uiMode == 0 && MenuClosable);
+  SavingOn = false;
+  Options.FOV = 90;
+  EXPECT_FALSE(SaveOptions());
+  ToggleMenu();
+  EXPECT_EQ(At(0, 500)->text, "This game saves nothing");
+  SavingOn = true;
+  const int count = GuiElementCount;
+  BuildPauseMenu();
+  EXPECT_EQ(GuiElementCount, count - 1);
+  EXPECT_FALSE(fs::exists("config/text/options"));
+}

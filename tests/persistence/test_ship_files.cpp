@@ -1,6 +1,7 @@
 // Ships on disk: what a save leaves behind when it is cut off, and what a load makes of files that were hurt.
 #include <sys/stat.h>
 
+#include "persistence/backup.h"
 #include "persistence/directory_store.h"
 #include "persistence/ships.h"
 #include "persistence/stream.h"
@@ -102,6 +103,117 @@ TEST_F(ShipFiles, ADamagedFileOutlivesTheNextSaves) {
     int result = 1;
     EXPECT_TRUE(StreamCells(path, &result).empty() && result == 0) << path;
   }
+}
+
+TEST_F(ShipFiles, AFileThatGivesNothingIsNeverGrownOver) {
+  const std::string whole = Saved(MixedCells(25, 2));
+  fs::create_directory("saves/folder.sts");
+  fs::create_symlink("/nowhere/at/all.sts", "saves/lost.sts");
+  fs::create_symlink("round.sts", "saves/round.sts");
+  WriteText("saves/empty.sts", "");
+  WriteText("saves/text.sts", "not a ship");
+  WriteText("saves/cut.sts", whole.substr(0, whole.size() - 9));
+  const struct { const char *stem, *saved, *word; } cases[] = {  // what it is saved as, and what the player is told
+      {"none", "none", ""}, {"made", "made", ""}, {"folder", "folder 2", "is no ship file. It stays"},
+      {"lost", "lost 2", "is a link to /nowhere/at/all.sts, which is not there"}, {"round", "round 2", "can't be opened"},
+      {"empty", "empty 2", "is empty. It stays as it is, and this ship will be saved as empty 2. Put it back and load it, or load a backup"}, {"text", "text 2", "is no ship file"},
+      {"cut", "cut", "is cut short or damaged: 25 blocks were read, others not. The file as it was is cut.sts.damaged"}};
+  for (const auto &c : cases) {
+    std::string news;
+    Ship *loaded = NewShip({}, c.stem);
+    const std::string path = std::string("saves/") + c.stem + ".sts", before = ReadText(path);
+    LoadShipTelling(loaded, c.stem, &news);
+    EXPECT_EQ(loaded->fileStem, c.saved);
+    EXPECT_TRUE(c.word[0] == '\0' ? news.empty() : Count(news, c.word) == 1) << c.stem << ": " << news;
+    EXPECT_EQ(SaveShipByName(loaded), 1) << c.stem;
+    EXPECT_TRUE(c.stem == std::string(c.saved) || ReadText(path) == before) << c.stem;
+    Drop(loaded);
+  }
+  EXPECT_FALSE(fs::exists("saves/empty.sts.damaged")) << "it is still there itself";
+  EXPECT_TRUE(fs::is_symlink("saves/lost.sts") && fs::is_directory("saves/folder.sts"));
+}
+
+TEST_F(ShipFiles, WhatAnotherProgramPutThereIsKeptBesideIt) {
+  const auto others = [] { return std::array{ReadText("saves/a (other).sts"), ReadText("saves/a (other 2).sts")}; };
+  const std::string first = Saved(MixedCells(25, 2)), second = Saved(MixedCells(26, 3));
+  std::string news;
+  LoadShipTelling(ship, "a", &news);  // there is none yet
+  ASSERT_TRUE(SaveShipTelling(ship, &news) == 1 && SaveShipTelling(ship, &news) == 1 && news.empty());
+  WriteText("saves/a.sts", first);
+  ASSERT_EQ(SaveShipTelling(ship, &news), 1);
+  EXPECT_EQ(news, "a.sts was changed by another program. That ship is kept as a (other).sts");
+  EXPECT_TRUE(others()[0] == first && StreamCells("saves/a.sts") == CellsOf(*ship));
+  const std::string own = ReadText("saves/a.sts");
+  fs::remove("saves/a.sts");
+  WriteText("saves/a.sts", own);  // as by one who syncs folders: not the same file, but the same ship
+  news.clear();
+  EXPECT_TRUE(SaveShipTelling(ship, &news) == 1 && news.empty());
+  for (const std::string &other : {first, second}) {
+    WriteText("saves/a.sts", other);
+    EXPECT_EQ(SaveShipTelling(ship, &news), 1);
+  }
+  EXPECT_TRUE(others()[0] == first && others()[1] == second) << "each once";
+  fs::remove("saves/a.sts");
+  EXPECT_TRUE(SaveShipTelling(ship, &news) == 1 && news.empty()) << "a file that is gone is nobody's";
+  WriteText("saves/b.sts", second);
+  ship->fileStem = std::string("b");
+  EXPECT_TRUE(SaveShipTelling(ship, &news) == 1 && ReadText("saves/b (other).sts") == second) << "one that came under a new name";
+  WriteText("saves/c.sts", first);
+  Ship *loaded = NewShip({}, "c");
+  LoadShipByName(loaded, "c");
+  WriteText("saves/c.sts", second);
+  EXPECT_TRUE(SaveShipTelling(loaded, &news) == 1 && ReadText("saves/c (other).sts") == second);
+  Drop(loaded);
+}
+
+TEST_F(ShipFiles, ALinkStaysOneAndTheFileBehindItIsReplacedInItsFolder) {
+  fs::create_directory("synced");
+  fs::create_symlink("../synced/ship.sts", "saves/a.sts");
+  Fill(ship, MixedCells(25, 2));
+  ASSERT_EQ(SaveShipByName(ship), 1);
+  const std::string first = ReadText("synced/ship.sts");
+  Fill(ship, MixedCells(30, 3));
+  ASSERT_EQ(SaveShipByName(ship), 1);
+  EXPECT_TRUE(fs::is_symlink("saves/a.sts") && StreamCells("synced/ship.sts") == CellsOf(*ship));
+  const std::string backup = "saves/a" + LocalDate() + ".bak";
+  EXPECT_TRUE(!fs::is_symlink(backup) && ReadText(backup) == first);
+  EXPECT_EQ(std::distance(fs::directory_iterator("synced"), fs::directory_iterator()), 1);
+  fs::create_directory("saves/folder");
+  const std::string whole = ReadText("synced/ship.sts");
+  for (const char *to : {"a.sts", "folder", "/dev/null", "../nowhere/a.sts"}) {  // a circle, and what is no ship's place
+    fs::remove("saves/a.sts");
+    fs::create_symlink(to, "saves/a.sts");
+    EXPECT_EQ(SaveShipByName(ship), 0) << to;
+    EXPECT_TRUE(fs::is_symlink("saves/a.sts") && ReadText("synced/ship.sts") == whole);
+  }
+  EXPECT_TRUE(fs::is_character_file("/dev/null") && fs::is_directory("saves/folder"));
+  EXPECT_TRUE(Logged("*ERR: Could not create saves/a.sts"));
+}
+
+TEST_F(ShipFiles, NamesThatFillTheDiskAreSavedAndKeptWhole) {
+  std::string letters;
+  while (letters.size() < 250) letters += "\xc3\xbc";
+  for (const std::string &stem : {std::string(251, 'n'), "n" + letters, std::string(248, 'm'), std::string(240, 'k')}) {
+    ship->fileStem = stem;
+    for (unsigned save = 1; save <= 2; ++save) {
+      Fill(ship, MixedCells(10 * save, 1));
+      ASSERT_EQ(SaveShipByName(ship), 1) << stem;
+      EXPECT_EQ(StreamCells("saves/" + stem + ".sts"), CellsOf(*ship));
+    }
+    int backups = 0;
+    for (const auto &entry : fs::directory_iterator("saves")) {
+      const std::string name = entry.path().filename();
+      EXPECT_TRUE(name.ends_with(".sts") || name.ends_with(LocalDate() + ".bak")) << name;
+      backups += name[0] == stem[0] && name.ends_with(".bak") ? 1 : 0;
+    }
+    EXPECT_EQ(backups, 1) << stem.size();
+    fs::remove_all("saves");
+    fs::create_directory("saves");
+  }
+  // Names inside files are cut between letters too.
+  WriteText("saves/long.sts", GzipMember(PackByHand("n" + letters.substr(0, 80), {}), 1));
+  LoadShipByName(ship, "long");
+  EXPECT_EQ(ship->displayName, "n" + letters.substr(0, 62));
 }
 
 TEST_F(ShipFiles, AHurtFileGivesWhatCameBeforeTheHurt) {

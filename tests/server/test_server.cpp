@@ -319,7 +319,7 @@ TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
   Quiet({&a});
   Pause();
   EXPECT_FALSE(StartServer()) << "two servers in one folder";
-  EXPECT_TRUE(Logged("Another server runs in this folder"));
+  EXPECT_TRUE(Logged("Another server, or a game, runs in this folder"));
   TheServerOptions = kept;
   Resume();
   ConsoleLine("kick Nobody");

@@ -2,6 +2,7 @@
 #include "forms.h"
 
 #include "core/log.h"
+#include "core/utils.h"
 #include "persistence/directory_store.h"
 #include "persistence/stream.h"
 #include "persistence/text_form.h"
@@ -72,7 +73,7 @@ static bool ReadText(const std::string &file, Ship *ship) {
 
 // A folder doesn't hold the ship's name, but has one.
 static bool ReadFolder(const std::string &stem, Ship *ship) {
-  ship->displayName = stem.substr(0, MaxShipName);
+  ship->displayName = FrontOf(stem, MaxShipName);
   return LoadShipDirectory(ship, stem.c_str(), true, true) != 0;
 }
 
