@@ -1,15 +1,16 @@
 # What the two commands share: the packages that they need, the build, and a virtual display.
 # Sourced by ./play and ./check in the checkout's root.
 
-# By their Debian names. The game and its build; what looks at it on a virtual display; what its tests are made with.
-GamePackages=(cmake ninja-build g++ ccache pkg-config zlib1g-dev libpng-dev libglfw3-dev libglew-dev libglu1-mesa-dev
-  libgl-dev libgl1-mesa-dri libfreetype-dev libopenal-dev libalure-dev libenet-dev libdsfmt-dev libcairo2-dev
-  libvorbis-dev)
+# By their Debian names. The server and its build; the game and its build; what looks at it on a virtual display; what its tests are made with.
+ServerPackages=(cmake ninja-build g++ pkg-config zlib1g-dev libenet-dev libdsfmt-dev)
+GamePackages=("${ServerPackages[@]}" ccache libpng-dev libglfw3-dev libglew-dev libglu1-mesa-dev libgl-dev libgl1-mesa-dri
+  libfreetype-dev libopenal-dev libalure-dev libcairo2-dev libvorbis-dev)
 ScreenPackages=(xvfb xdotool imagemagick python3)
-TestPackages=(libgtest-dev libbenchmark-dev)
+TestPackages=(libgtest-dev libbenchmark-dev iproute2)
 
 # The same needs on a system without apt: programs to find, and modules that pkg-config must know.
 GamePrograms=(cmake ninja c++ pkg-config)
+ServerModules=(zlib libenet)
 GameModules=(zlib libpng glfw3 glew glu freetype2 openal alure libenet cairo vorbisenc)
 ScreenPrograms=(Xvfb xdotool import python3)
 
