@@ -64,11 +64,18 @@ static bool Take(const OptionKey &key, std::string_view word, ServerOptions *opt
     options->**text = word == "any" ? "0.0.0.0" : word;
     return true;
   }
-  if (const auto *port = std::get_if<1>(&key.field)) return ReadNumber(word, &(options->**port));
+  if (const auto *size = std::get_if<1>(&key.field)) {
+    u16 value = 0;
+    if (!ReadNumber(word, &value) || value == 0) return false;  // no port, no players, no asteroid
+    options->**size = value;
+    return true;
+  }
   return ReadNumber(word, &(options->*std::get<2>(key.field)));
 }
 
-bool ReadServerOptions(ServerOptions *options) {
+// Each line that has a key, with its number. False: there is no file.
+template <typename Visit>
+static bool ForEachOption(Visit visit) {
   std::vector<u8> bytes;
   if (!ReadWholeFile(Path, FileLimit, &bytes)) return false;
   std::string_view rest(reinterpret_cast<const char *>(bytes.data()), bytes.size());
@@ -77,10 +84,27 @@ bool ReadServerOptions(ServerOptions *options) {
     const std::string_view line = rest.substr(0, length);
     rest.remove_prefix(std::min(length + (length == end ? 1 : 0), rest.size()));  // what is longer goes on as the next line
     const OptionKey *key = KeyOf(line);
-    if (key != nullptr && !Take(*key, WordAt(line.substr(key->name.size())), options))
-      LogWarn((std::string(Path) + ":" + std::to_string(number) + ": not a value of " + std::string(key->name)).c_str());
+    if (key != nullptr) visit(*key, WordAt(line.substr(key->name.size())), number);
   }
   return true;
+}
+
+static std::string PlaceOf(int number) { return std::string(Path) + ":" + std::to_string(number); }
+
+bool ReadServerOptions(ServerOptions *options) {
+  return ForEachOption([options](const OptionKey &key, std::string_view word, int number) {
+    if (Take(key, word, options)) return;
+    LogWarn((PlaceOf(number) + ": not a value of " + std::string(key.name) + ": " + std::string(word)).c_str());
+  });
+}
+
+std::string OptionPlace(const char *name) {
+  std::string place = Path;
+  ForEachOption([&](const OptionKey &key, std::string_view word, int number) {
+    ServerOptions taken;
+    if (key.name == name && Take(key, word, &taken)) place = PlaceOf(number);
+  });
+  return place;
 }
 
 static std::string ValueOf(const OptionKey &key, const ServerOptions &options) {

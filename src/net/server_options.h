@@ -23,4 +23,5 @@ struct ServerOptions {
 
 void InitServerOptions(ServerOptions *options);   // The defaults.
 bool ReadServerOptions(ServerOptions *options);   // Over what stands there. False: no file. Faults are logged with their line.
+std::string OptionPlace(const char *key);         // "serveroptions:3", the line that counts for the key; without one, the file.
 bool WriteServerOptions(const ServerOptions &options);  // Replaces the file. False when it can't be written.

@@ -90,6 +90,26 @@ bool ReadBlockEdit(u8 type, Reader *r, BlockEdit *edit) {
   return !r->failed && edit->x < CellsPerAxis && edit->y < CellsPerAxis && edit->z < CellsPerAxis;
 }
 
+// A few bytes that unpack to many cost their receiver much more than their sender.
+u32 LargestPayload(u8 type) {
+  constexpr u32 string = 3 + LongestText, place = 36, row = 4;
+  switch (type) {
+    case PacketChat: return string;
+    case PacketHello: return 2 * string + 1;
+    case PacketPing: case PacketPong: case PacketNudge: return 1;  // nothing of it is read
+    case PacketPlayerLocation: case PacketSetLocation: return place;
+    case PacketOtherPlayer: return 2 + place;
+    case PacketShipLocation: return row + place;
+    case PacketBlockPlace: return 25;
+    case PacketBlockRemove: return 11;
+    case PacketBlockComponent: return 12;
+    case PacketUnused: return 2;
+    case PacketShipAdded: return row + string + place;
+    case PacketPlayerList: case PacketShipList: case PacketFile: return DecompressedLimit;
+    default: return 0;
+  }
+}
+
 bool OpenPacket(const u8 *bytes, size_t count, u8 *type, Reader *payload, std::vector<u8> *store, u32 limit) {
   if (count == 0 || count > UINT32_MAX) return false;
   *type = bytes[0];
@@ -98,7 +118,10 @@ bool OpenPacket(const u8 *bytes, size_t count, u8 *type, Reader *payload, std::v
   *type = static_cast<u8>(*type - CompressedFlag);
   u8 *content = const_cast<u8 *>(payload->bytes);  // replaced, never written
   u32 size = static_cast<u32>(payload->left);
-  if (!Decompress(&content, &size, false, limit)) return false;
+  const u32 most = std::min(limit, LargestPayload(*type));
+  if (most == 0) *payload = {};
+  if (most == 0) return true;
+  if (!Decompress(&content, &size, false, most)) return false;
   store->assign(content, content + size);
   std::free(content);
   *payload = {store->data(), store->size()};

@@ -55,8 +55,12 @@ Block ReadBlock(Reader *r);
 void WriteBlockEdit(std::vector<u8> *out, const BlockEdit &edit);
 bool ReadBlockEdit(u8 type, Reader *r, BlockEdit *edit);         // False: too short, or coordinates above 9999.
 
+// The most bytes that a payload of this type may unpack to: what its form holds, or DecompressedLimit for lists, which have no
+// end of their own. 0 for types that nobody knows.
+u32 LargestPayload(u8 type);
 // What is received. payload points into the given bytes, or into store when they had to be decompressed. False: no bytes, or a
-// compressed payload that is broken or passes the limit.
+// compressed payload that is broken, or larger than the limit or than what its type can hold. An unknown type opens, unpacked
+// to nothing: the caller has a word for it.
 bool OpenPacket(const u8 *bytes, size_t count, u8 *type, Reader *payload, std::vector<u8> *store, u32 limit = DecompressedLimit);
 // What is sent: the type byte and the payload, compressed by the rule.
 std::vector<u8> SealPacket(u8 type, const u8 *payload, size_t count);

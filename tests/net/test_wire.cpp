@@ -46,6 +46,35 @@ TEST(Wire, LongPayloadsAreCompressedAndWhatIsBrokenOrHugeDoesNotOpen) {
   EXPECT_FALSE(opens(bomb));
 }
 
+TEST(Wire, ACompressedPacketUnpacksToNoMoreThanItsFormHolds) {
+  const struct { u8 type; size_t most; } forms[] = {
+      {PacketChat, 65538}, {PacketBlockPlace, 25}, {PacketBlockRemove, 11}, {PacketBlockComponent, 12}, {PacketShipLocation, 40},
+      {PacketPlayerLocation, 36}, {PacketSetLocation, 36}, {PacketOtherPlayer, 38}, {PacketShipAdded, 4 + 65538 + 36}};
+  u8 type = 0;
+  Reader r;
+  std::vector<u8> store;
+  const auto opens = [&](u8 of, size_t size) {
+    const std::vector<u8> payload(std::max<size_t>(size, CompressOver + 1), 0);
+    std::vector<u8> packet = SealPacket(of, payload.data(), payload.size());
+    if (size <= CompressOver) {
+      std::vector<u8> content(size, 0);
+      u8 *bytes = content.data();
+      u32 count = static_cast<u32>(size);
+      EXPECT_TRUE(Compress(&bytes, &count, false));
+      packet.assign(1, static_cast<u8>(of + 0x80));
+      packet.insert(packet.end(), bytes, bytes + count);
+      std::free(bytes);
+    }
+    return OpenPacket(packet.data(), packet.size(), &type, &r, &store);
+  };
+  for (const auto &form : forms) {
+    EXPECT_TRUE(opens(form.type, form.most) && r.left == form.most) << form.type;
+    EXPECT_FALSE(opens(form.type, form.most + 1)) << form.type;
+  }
+  for (const u8 list : {PacketPlayerList, PacketShipList}) EXPECT_TRUE(opens(list, 60u << 20) && r.left == 60u << 20) << list;
+  EXPECT_TRUE(opens(0x11, 60u << 20) && type == 0x11 && r.left == 0) << "an unknown type is named, and not unpacked";
+}
+
 TEST(Wire, BlockEditsHaveTheirBytes) {
   Block b = CubeOf(0x0201, 0x0403, 5, 2);
   b.temp = 0x0605;
@@ -94,6 +123,14 @@ TEST(ServerOptions, KeysAreFoundByTheirLongestNameAndWrittenInOrder) {
   EXPECT_EQ(ReadText("serveroptions"),
             "Address 0.0.0.0\nPort 18150\nRunDataServer 1\nDataAddress 0.0.0.0\nDataPort 18160\nMaxAsteroidSize 200\nPlayers 64\n"
             "IRC 0\nIRCServer localhost\nIRCPort 6667\nIRCNick UnknownTarnvaleServerBot\nIRCChannel #tarnvale\nIRCMumble 1\n");
+  WriteText("serveroptions", "Players 0\nPort 0\nDataPort 0\nPort 18151\nMaxAsteroidSize 0\n");
+  LogInit();
+  ServerOptions zero;
+  ASSERT_TRUE(ReadServerOptions(&zero) && zero.Players == 64 && zero.Port == 18151 && zero.DataPort == 18160 && zero.MaxAsteroidSize == 200);
+  for (const char *fault : {"serveroptions:1: not a value of Players: 0", "serveroptions:2: not a value of Port: 0", "serveroptions:3:", "serveroptions:5:"})
+    EXPECT_EQ(Count(ReadText("errors.txt"), fault), 1) << fault;
+  EXPECT_EQ(OptionPlace("Port") + " " + OptionPlace("Players"), "serveroptions:4 serveroptions");
+  ASSERT_TRUE(WriteServerOptions(ServerOptions{}));
   ServerOptions again{.Port = 1, .Players = 2};
   ASSERT_TRUE(ReadServerOptions(&again));
   EXPECT_TRUE(again.Port == 18150 && again.Players == 64);
