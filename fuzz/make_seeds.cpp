@@ -147,8 +147,9 @@ static void PutPackets() {
     std::vector<u8> payload;
     Block b;
     b.state = StateWhole;
+    b.rotation = 1;
     b.material = b.component = 2;
-    WriteBlockEdit(&payload, {.type = type, .shipRow = 0, .x = 5000, .y = 5001, .z = 5000, .block = b, .component = 3});
+    WriteBlockEdit(&payload, {.type = type, .shipRow = 0, .x = 5000, .y = 5001, .z = 5000, .block = b, .component = 8});
     client += Packet(type, payload);
     server += '\0' + Packet(type, payload);
   }

@@ -9,6 +9,7 @@
 #include "fuzz/fuzz.h"
 #include "persistence/cursor.h"
 #include "platform/threads.h"
+#include "server/budgets.h"
 #include "server/requests.h"
 #include "server/server.h"
 #include "server/streams.h"
@@ -30,7 +31,10 @@ void PrepareTarget() {
   Demand(enet_initialize() == 0 && OpenWorld(1), "a world");
   ServerHost = enet_host_create(nullptr, 2, NetChannels, 0, 0);
   Demand(ServerHost != nullptr, "a host");
-  for (size_t i = 0; i < 2; ++i) Peers[i] = &ServerHost->peers[i];
+  for (u16 i = 0; i < 2; ++i) {
+    Peers[i] = &ServerHost->peers[i];
+    Peers[i]->address = {ENET_HOST_TO_NET_32(0x7f000001), i};
+  }
   TheServerOptions.Players = 2;
 }
 
@@ -50,7 +54,7 @@ void FuzzOne(Bytes input) {
   WelcomePeer(Peers[1]);
   Reader r{input.data(), input.size()};
   while (r.left > 0 && !r.failed) {
-    Client *client = &Clients[TakeU8(&r) % 2];
+    Client *client = &Clients[TakeU8(&r) % Clients.size()];
     const size_t length = std::min<size_t>(TakeU16(&r), r.left);
     const u8 *bytes = TakeBytes(&r, length);
     client->strange = 0;
@@ -65,6 +69,7 @@ void FuzzOne(Bytes input) {
   for (const Client &c : Clients) edits += c.edits;
   EditCount += edits;
   RemoveClient(Peers[1]);
+  for (Client &c : Clients) LeaveSeat(&c);
   Clients.clear();
   if (edits == 0) return;
   const ScopedLock world(&WorldMutex);

@@ -24,7 +24,8 @@ namespace {
 constexpr off_t LargestLog = 64 << 20;
 constexpr const char *OldEnding = ".old";
 
-const char *LogPath = "errors.txt";  // set by LogInit, before there is a second thread
+const char *LogPath = "errors.txt";  // set by LogInit, before there is a second thread; so is the next one
+int OldOnes = 1;
 
 std::mutex logMutex;  // one round for each message: its count, file and output together
 LineRepeats Repeats;  // logMutex
@@ -33,12 +34,15 @@ thread_local LogLimit *Limit = nullptr;
 
 double Now() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
 
+void NameOfAge(const char *path, int age, char (&name)[LineRoom]) {
+  if (age < 2) std::snprintf(name, sizeof name, "%s%s", path, age == 0 ? "" : OldEnding);
+  else std::snprintf(name, sizeof name, "%s%s%i", path, OldEnding, age);
+}
+
 // Where the old one can't be moved away, it goes.
 std::FILE *BeginAgain(std::FILE *full) {
   std::fclose(full);
-  char old[LineRoom];
-  std::snprintf(old, sizeof old, "%s%s", LogPath, OldEnding);
-  std::rename(LogPath, old);
+  MoveLogOn(LogPath, OldOnes);
   return std::fopen(LogPath, "w+");
 }
 
@@ -122,6 +126,15 @@ void GuardStreams() {
     if (fcntl(fd, F_GETFD) < 0) open("/dev/null", O_RDWR);  // takes the lowest free number, this one
 }
 
+void MoveLogOn(const char *path, int oldOnes) {
+  char from[LineRoom], to[LineRoom];
+  for (int age = oldOnes; age > 0; --age) {
+    NameOfAge(path, age - 1, from);
+    NameOfAge(path, age, to);
+    std::rename(from, to);
+  }
+}
+
 void LimitLog(LogLimit *limit) { Limit = limit; }
 
 void Print(const char *format, ...) {
@@ -140,8 +153,9 @@ void PrintLine(const char *line) {
   WriteOut(text);
 }
 
-void LogInit(const char *path) {
+void LogInit(const char *path, int oldOnes) {
   LogPath = path;
+  OldOnes = oldOnes;
   const char *line = "info: Error System Initialized \n";
   const std::lock_guard<std::mutex> lock(logMutex);
   ForgetLines(&Repeats, nullptr);

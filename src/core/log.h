@@ -14,7 +14,9 @@
 // on, and a standard stream that was closed becomes /dev/null, so that no other file is taken for it.
 void GuardStreams();
 
-void LogInit(const char *path = "errors.txt");               // Truncates the file and writes the first line.
+// Truncates the file and writes the first line. oldOnes: how many of those that passed 64 MiB are kept.
+void LogInit(const char *path = "errors.txt", int oldOnes = 1);
+void MoveLogOn(const char *path, int oldOnes);               // Makes it "errors.txt.old", that one ".old2", and so on; the last one goes.
 int LogError(const char *text);                              // "*ERR: text"; always 0, so that a caller can return it.
 int LogErrorLines(const char *text);                         // The same for words of the graphics driver, whose line ends stay.
 int LogErrorAt(int x, int y, int z, const char *text);       // The same; on standard output "x y z :" stands in front.

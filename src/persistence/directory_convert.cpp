@@ -2,6 +2,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <string_view>
+
 #include "core/log.h"
 #include "persistence/directory_slots.h"
 #include "persistence/directory_store.h"
@@ -118,13 +120,26 @@ static bool IsKept(const std::string &folder) {
   return (IsThere(ShipFolder(stem)) || IsThere(StreamPath(stem))) && !IsThere(StreamPath(folder));
 }
 
-// A stream file becomes a folder first, unless it has one. False: the ship that is there could not be loaded.
+// Whether a stream file is one that a server kept beside its ship's folder, as "ship (file)" and "ship (file 2)".
+static bool IsKeptFile(const std::string &stem) {
+  constexpr std::string_view mark = " (file";
+  const size_t at = stem.rfind(mark);
+  if (at == std::string::npos || stem.back() != ')' || !IsFolder(ShipFolder(stem.substr(0, at)))) return false;
+  const std::string number = stem.substr(at + mark.size(), stem.size() - 1 - at - mark.size());
+  const bool kept = number.empty() || (number[0] == ' ' && number.find_first_not_of("0123456789", 1) == std::string::npos);
+  if (kept) LogInfo(("saves/" + stem + ".sts is kept beside saves/" + stem.substr(0, at) + "/, and not loaded").c_str());
+  return kept;
+}
+
+// A stream file becomes a folder first, unless it has one. False: it can't be loaded, whatever is wrong with it. Who has put it
+// there wants its ship, and would learn of its absence from players.
 static bool LoadStreamEntry(ShipTable *table, const std::string &name) {
   const std::string stem = name.substr(0, name.size() - 4);
-  if (name != stem + ".sts" || IsFolder(ShipFolder(stem))) return true;
+  if (name != stem + ".sts" || IsFolder(ShipFolder(stem)) || IsKeptFile(stem)) return true;
   Print("Loading Ship: %s \n", name.c_str());
   bool found;
-  return ConvertStream(stem.c_str(), &found) != 0 ? LoadRow(table, stem.c_str(), true) : !found;
+  if (ConvertStream(stem.c_str(), &found) != 0) return LoadRow(table, stem.c_str(), true);
+  return found ? false : LogError(("saves/" + name + " is no ship: mend it or take it away").c_str()) != 0;
 }
 
 static bool LoadFolderEntry(ShipTable *table, const std::string &name) {

@@ -6,10 +6,13 @@
 #include <algorithm>
 #include <chrono>
 #include <ctime>
+#include <utility>
 
 #include "core/log.h"
 #include "platform/threads.h"
+#include "server/budgets.h"
 
+constexpr double ListDelay = 0.5;      // seconds between two lists of players
 constexpr double ShareDelay = 0.1;     // seconds between two places of one player, as the others hear of them
 constexpr double RefreshDelay = 2.0;   // the same for one who drifts as told
 constexpr size_t MostWaiting = 400000;  // commands queued for one client: a largest file is half of it
@@ -19,6 +22,9 @@ std::vector<Client> Clients;
 ENetHost *ServerHost = nullptr;
 static std::map<std::string, ENetPacket *> ShipFiles;  // by stem; one use of each packet is the table's
 static std::vector<ENetPacket *> OldFiles;             // replaced, and on their way to somebody; the same
+static bool ListsWanted = false;                       // the last lists sent are no longer true
+static double ListsSentAt = 0;
+static u32 Unsaid = 0;                                 // lines about who came or went that are still to be told of
 
 double Now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -47,6 +53,9 @@ size_t PlayerCount() {
   return static_cast<size_t>(std::count_if(Clients.begin(), Clients.end(), [](const Client &c) { return !c.name.empty(); }));
 }
 
+// A game without a list has no row for a player who moves.
+static bool Understands(const Client &c, u8 type) { return !c.name.empty() && (type != PacketOtherPlayer || c.listed); }
+
 // One packet for all who get it: ENet counts its users and frees it behind the last.
 static void Queue(u8 type, const std::vector<u8> &payload, bool reliable, const Client *only, const Client *except) {
   const std::vector<u8> bytes = SealPacket(type, payload.data(), payload.size());
@@ -54,7 +63,7 @@ static void Queue(u8 type, const std::vector<u8> &payload, bool reliable, const 
   ENetPacket *packet = enet_packet_create(bytes.data(), bytes.size(), reliable ? ENET_PACKET_FLAG_RELIABLE : 0);
   if (packet == nullptr) return;
   for (const Client &c : Clients)
-    if (only != nullptr ? &c == only : !c.name.empty() && &c != except) QueuePacket(c.peer, packet);
+    if (only != nullptr ? &c == only : Understands(c, type) && &c != except) QueuePacket(c.peer, packet);
   if (packet->referenceCount == 0) enet_packet_destroy(packet);
 }
 
@@ -119,24 +128,46 @@ void SayTo(Client *client, std::string_view text) { SendTo(client, PacketChat, T
 
 void SayToAll(std::string_view text) { SendToAll(PacketChat, TextPayload(text), true, nullptr); }
 
-void SendPlayerLists() {
+static void SendPlayerLists() {
   std::vector<u8> rows;
-  for (const Client &c : Clients) {
+  int row = 0;
+  for (Client &c : Clients) {
     if (c.name.empty()) continue;
+    c.row = row++;
     WriteString(&rows, c.name);
     for (const i64 v : c.motion.place) PutU64(&rows, static_cast<u64>(v));
   }
-  u16 row = 0;
-  const u16 count = static_cast<u16>(PlayerCount());
   for (Client &c : Clients) {
     if (c.name.empty()) continue;
     std::vector<u8> list;
-    PutU16(&list, count);
-    PutU16(&list, row++);
+    PutU16(&list, static_cast<u16>(row));
+    PutU16(&list, static_cast<u16>(c.row));
     PutBytes(&list, rows.data(), rows.size());
     SendTo(&c, PacketPlayerList, list, true);
+    c.listed = true;
     c.shownAt = 0;  // new rows stand still until the next place
   }
+}
+
+void WantPlayerLists() { ListsWanted = true; }
+
+// However fast players come and go, each list is a packet with all names for everyone. Until the next one the rows of the last
+// one count: who is new has none yet, and a row of who has left is spoken of no more.
+void SharePlayerLists(double now) {
+  if (!ListsWanted || now - ListsSentAt < ListDelay) return;
+  ListsWanted = false;
+  ListsSentAt = now;
+  SendPlayerLists();
+}
+
+void SayPresence(const std::string &line) {
+  if (Unsaid == 0 && SpendPresence(Now())) SayToAll(line);
+  else ++Unsaid;
+}
+
+void TellPresence(double now) {
+  if (Unsaid == 0 || !SpendPresence(now)) return;
+  SayToAll("* " + std::to_string(std::exchange(Unsaid, 0)) + " more came or went");
 }
 
 static bool SameMotion(const Motion &a, const Motion &b) {
@@ -158,14 +189,12 @@ static bool DriftsAsShown(const Client &c, double now) {
 }
 
 void ShareMotions(double now) {
-  u16 row = 0;
   for (Client &c : Clients) {
-    if (c.name.empty()) continue;
-    const u16 own = row++;
+    if (c.row < 0) continue;
     if (now - c.shownAt < ShareDelay) continue;
     if (now - c.shownAt < RefreshDelay && (SameMotion(c.motion, c.shown) || DriftsAsShown(c, now))) continue;
     std::vector<u8> payload;
-    PutU16(&payload, own);
+    PutU16(&payload, static_cast<u16>(c.row));
     WriteMotion(&payload, c.motion);
     SendToAll(PacketOtherPlayer, payload, false, &c);
     c.shown = c.motion;
@@ -208,11 +237,12 @@ void RemoveClient(const ENetPeer *peer) {
   Client *found = FindClient(peer);
   if (found == nullptr) return;
   LogRefusals(found);
+  LeaveSeat(found);
   const Client gone = *found;
   Clients.erase(Clients.begin() + (found - Clients.data()));
   Say((gone.name.empty() ? gone.address : gone.name + " (" + gone.address + ")") + " has left, with " +
       std::to_string(gone.edits) + " edits and " + std::to_string(gone.lines) + " lines");
   if (gone.name.empty()) return;
-  SayToAll("* " + gone.name + " logged off");
-  SendPlayerLists();
+  SayPresence("* " + gone.name + " logged off");
+  WantPlayerLists();
 }

@@ -10,6 +10,8 @@
 
 constexpr double LastWords = 4;  // seconds for which somebody who is dropped can read why
 
+struct Seat;
+
 struct Client {
   ENetPeer *peer = nullptr;
   u32 id = 0;                 // never used again for another one
@@ -19,7 +21,14 @@ struct Client {
   Motion shown;               // as last sent to the others
   double connected = 0, heard = 0;  // times
   double shownAt = 0;
-  double editBudget = 0, chatBudget = 0, budgetsAt = 0;  // tokens left, and when they were counted
+  Seat *seat = nullptr;       // what they may do in a time; from the hello on
+  int row = -1;               // of the list of players as it was last sent; -1: not in it yet
+  bool listed = false;        // they have had a list
+  std::string wanted;         // the name that they asked for, while it may be their own from before
+  double wantedAt = 0;        // when they asked; the name is theirs or another one's soon behind that
+  std::vector<std::vector<u8>> held;  // packets from before they have one
+  bool greeted = false;       // their line about coming has come
+  bool returned = false;      // from a lost connection: nobody heard that they were gone
   std::map<std::string_view, u32> refused;  // edits since the last line in the log about them, by the reason
   int strange = 0;            // packets that no game would send
   double refusedSince = 0;    // the second that refusedNow counts
@@ -49,8 +58,12 @@ bool SendShipFile(Client *client, const std::string &stem, const std::string &pa
 void ForgetShipFile(const std::string &stem);            // It has been replaced. Those who are getting it still do.
 size_t OldFileBytes();                                   // What replaced files take of the memory.
 void ForgetSentShipFiles();                              // Those that nobody is getting any more.
-void SendPlayerLists();                                  // To everyone, each with their own row.
-void ShareMotions(double now);                           // Who has moved, to the others.
+void WantPlayerLists();                                  // Somebody came or went: SharePlayerLists sends the lists soon.
+void SharePlayerLists(double now);                       // To everyone, each with their own row; twice a second at most.
+void ShareMotions(double now);                           // Who has moved, to the others, by the rows of the last lists.
+// A line for all about somebody who came or went. When too many do, the rest are told of together a little later.
+void SayPresence(const std::string &line);
+void TellPresence(double now);
 void LogRefusals(Client *client);                        // One line for all since the last one, or none.
 // Says goodbye to them, and ends the connection after some seconds, for a game shows nothing else from
 // then on. The disconnect event removes the row.

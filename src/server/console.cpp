@@ -10,37 +10,45 @@
 #include "server/streams.h"
 #include "server/world.h"
 
-constexpr size_t LongestLine = 4096;
+constexpr size_t LongestLine = 4096, LongestSaid = 255;
 constexpr int ReadsInAPass = 4;
 
-static void Answer(const std::string &line) { PrintLine((line + "\n").c_str()); }
-
-static void List() {
-  Answer(std::to_string(PlayerCount()) + " of " + std::to_string(TheServerOptions.Players) + " players");
+static void List(Asker asker) {
+  Answer(asker, std::to_string(PlayerCount()) + " of " + std::to_string(TheServerOptions.Players) + " players");
   for (const Client &c : Clients)
     if (!c.name.empty())
-      Answer("  " + c.name + "  " + c.address + "  " + std::to_string(c.edits) + " edits, " + std::to_string(c.lines) + " lines");
-  for (const std::string &stem : ShipStems()) Answer("  ship " + stem);
+      Answer(asker, "  " + c.name + "  " + c.address + "  " + std::to_string(c.edits) + " edits, " + std::to_string(c.lines) + " lines");
+  for (const std::string &stem : ShipStems()) Answer(asker, "  ship " + stem);
 }
 
-static void Kick(const std::string &name) {
+static bool Kick(const std::string &name, Asker asker) {
   Client *client = FindClientByName(name);
   if (client != nullptr) DropClient(client, "kicked", LastWords);
-  else Answer("nobody is called \"" + name + "\"");
+  else Answer(asker, "nobody is called \"" + name + "\"");
+  return client != nullptr;
 }
 
-void ConsoleLine(const std::string &line) {
+static void SayAsServer(const std::string &text) {
+  const std::string line = "Server: " + Printable(text, LongestSaid);
+  Say(line);
+  SayToAll(line);
+}
+
+void ConsoleLine(const std::string &line, Asker asker) {
   const size_t blank = line.find(' ');
   const std::string word = line.substr(0, blank);
   const std::string rest = blank == std::string::npos ? "" : line.substr(blank + 1);
-  if (word == "list") List();
-  else if (word == "say" && !rest.empty()) {
-    Say("Server: " + rest);
-    SayToAll("Server: " + Printable(rest, 255));
-  } else if (word == "kick") Kick(rest);
-  else if (word == "save") TellWhenSaved();
-  else if (word == "stop") StopRequested = true;
-  else if (!word.empty()) Answer("list | say TEXT | kick NAME | save | stop");
+  if (word == "save") return TellWhenSaved(asker);
+  if (word == "stop") return StopAndTell(asker);
+  bool known = true;
+  if (word == "list") List(asker);
+  else if (word == "say" && !rest.empty()) SayAsServer(rest);
+  else if (word == "kick") known = Kick(rest, asker);
+  else if (!word.empty()) {
+    Answer(asker, "list | say TEXT | kick NAME | save | stop");
+    known = false;
+  }
+  EndAnswer(asker, known);
 }
 
 void ReadConsole() {

@@ -6,6 +6,7 @@
 #include "server/requests.h"
 
 #include <enet/enet.h>
+#include <enet/time.h>
 
 #include <strings.h>
 
@@ -13,19 +14,22 @@
 #include <cstring>
 #include <map>
 #include <tuple>
+#include <utility>
 
 #include "core/log.h"
+#include "server/budgets.h"
 #include "server/server.h"
 #include "server/streams.h"
 #include "server/world.h"
 
 constexpr double HelloPatience = 5, SilencePatience = 30, PingDelay = 5, RefusalDelay = 1;  // seconds
-constexpr double EditsPerSecond = 200, ChatPerSecond = 2, ChatBurst = 10;
 constexpr double LampPrice = 8;        // edits as which one of a lamp counts
-constexpr double SlotsPerSecond = 10, SlotBurst = 40;
-constexpr double SlotTimeShare = 0.2, SlotTimeBurst = 2;  // of the loop, for the new chunks of all players
+// Seconds of silence behind which a connection is a lost one, when somebody of its name comes from its address; and the same soon
+// after it came, when a game may be busy with loading. A game that is there answers in a tenth of a second.
+constexpr double LostPatience = 3, LoadPatience = 10, LoadTime = 30;
+constexpr size_t MostHeld = 8;         // packets of one who waits for their name
 constexpr u32 MostRefused = 1000;      // edits of one client in a second, before more of them are strange
-constexpr size_t MostOfOneAddress = 8;
+constexpr size_t MostPeersOfOneAddress = 2 * MostOfOneAddress;  // unfinished, lost and turned away ones too
 // Seconds for which an edit is remembered, and a cell contested behind its last one: as long as a game may be behind. While more
 // cells than that are edited, the others are soon forgotten.
 constexpr double ContestTime = 60, ShortContestTime = 5;
@@ -34,33 +38,60 @@ constexpr size_t MostOldFileBytes = 512u << 20;  // of replaced ship files that 
 constexpr size_t LongestName = 32, LongestLine = 255;
 constexpr size_t LargestRequest = 4096;  // bytes, packed or not
 constexpr int MostStrange = 20;          // packets that no game sends, before their sender is dropped
-constexpr enet_uint32 ConnectPatience = 3000;  // milliseconds that a connection may take to stand
+// Milliseconds that a connection may take to stand, by how many there are that don't: a game itself gives up after 500.
+constexpr struct { size_t unfinished; enet_uint32 patience; } ConnectPatience[] = {{512, 400}, {64, 1000}, {0, 3000}};
+constexpr double HurryDelay = 0.1;     // seconds
 constexpr enet_uint32 Patience = 30000;  // milliseconds in which a game may be busy with loading our ships
+constexpr std::string_view Greeting = "|logged on";  // the first line of a game, by itself
 constexpr const char *OwnName = "Server";  // who speaks for the server in the chat
-
-static bool OnThisMachine(const ENetAddress &address) { return (ENET_NET_TO_HOST_32(address.host) >> 24) == 127; }
 
 // Connections that were never finished count too: the host looks at its limit for every new one.
 static int LimitDuplicates(ENetHost *host, ENetEvent *) {
-  host->duplicatePeers = OnThisMachine(host->receivedAddress) ? size_t{ENET_PROTOCOL_MAXIMUM_PEER_ID} : MostOfOneAddress + 1;  // who gets a word
+  const bool here = (ENET_NET_TO_HOST_32(host->receivedAddress.host) >> 24) == 127;
+  host->duplicatePeers = here ? size_t{ENET_PROTOCOL_MAXIMUM_PEER_ID} : MostPeersOfOneAddress;
   return 0;
 }
 
 void GuardConnections(ENetHost *host) { host->intercept = LimitDuplicates; }
 
-// One that its maker has left unfinished gives its place back soon.
+static bool IsUnfinished(const ENetPeer &peer) { return peer.state == ENET_PEER_STATE_ACKNOWLEDGING_CONNECT; }
+
+// One that its maker has left unfinished gives its place back soon, and sooner while many come.
 static void HurryUnfinished() {
-  for (size_t i = 0; i < ServerHost->peerCount; ++i)
-    if (ServerHost->peers[i].state == ENET_PEER_STATE_ACKNOWLEDGING_CONNECT)
-      enet_peer_timeout(&ServerHost->peers[i], 0, ConnectPatience, ConnectPatience);
+  ENetPeer *const first = ServerHost->peers, *const end = first + ServerHost->peerCount;
+  const size_t unfinished = static_cast<size_t>(std::count_if(first, end, IsUnfinished));
+  const auto *step = ConnectPatience;
+  while (unfinished < step->unfinished) ++step;
+  for (ENetPeer *peer = first; peer < end && unfinished > 0; ++peer)
+    if (IsUnfinished(*peer)) enet_peer_timeout(peer, 0, step->patience, step->patience);
 }
 
-static bool TooManyOf(const ENetAddress &address) {
-  const auto same = [&address](const Client &c) { return c.peer->address.host == address.host; };
-  return !OnThisMachine(address) && static_cast<size_t>(std::count_if(Clients.begin(), Clients.end(), same)) > MostOfOneAddress;
+// Seconds since anything came from there, or was acknowledged.
+static double SilentFor(const Client &c, double now) {
+  const double unanswered = ENET_TIME_DIFFERENCE(ServerHost->serviceTime, c.peer->lastReceiveTime) / 1000.0;
+  return std::min(now - c.heard, unanswered);
 }
+
+static bool MayBeLost(const Client &c, double now) {
+  return SilentFor(c, now) >= (now - c.connected < LoadTime ? LoadPatience : LostPatience);
+}
+
+// Lost connections take nobody's place: who crashed comes from the same address.
+static bool TooManyOf(const ENetPeer *peer, double now) {
+  const auto same = [peer, now](const Client &c) {
+    return c.peer->address.host == peer->address.host && !c.leaving && SilentFor(c, now) < LostPatience;
+  };
+  return !OnThisMachine(peer) && static_cast<size_t>(std::count_if(Clients.begin(), Clients.end(), same)) > MostOfOneAddress;
+}
+
+static u32 TurnedAway = 0;  // connections since the last line about them
 
 void WelcomePeer(ENetPeer *peer) {
+  const double now = Now();
+  if (!OnThisMachine(peer) && !SpendConnection(peer, now)) {
+    ++TurnedAway;
+    return enet_peer_disconnect_now(peer, 0);
+  }
   char address[64] = "?";
   enet_address_get_host_ip(&peer->address, address, sizeof address);
   static u32 id = 0;
@@ -69,22 +100,28 @@ void WelcomePeer(ENetPeer *peer) {
   c.peer = peer;
   c.id = ++id;
   c.address = std::string(address) + ":" + std::to_string(peer->address.port);
-  c.connected = c.heard = c.budgetsAt = Now();
-  c.editBudget = EditsPerSecond;
-  c.chatBudget = ChatBurst;
+  c.connected = c.heard = now;
   Clients.push_back(c);
   Say("Connection from " + c.address);
-  if (TooManyOf(peer->address)) DropClient(&Clients.back(), "too many connections from your address", LastWords);
+  if (TooManyOf(peer, now)) DropClient(&Clients.back(), "too many connections from your address", LastWords);
 }
 
-static std::string FreeName(const std::string &wanted) {
+static void TellTurnedAway() {
+  if (TurnedAway == 0) return;
+  Say("Turned away " + std::to_string(std::exchange(TurnedAway, 0)) + " connections of addresses that connect all the time");
+}
+
+static std::string CleanName(const std::string &wanted) {
   const size_t first = std::min(wanted.find_first_not_of(' '), wanted.size());
-  std::string base = wanted.substr(first, wanted.find_last_not_of(' ') + 1 - first);
-  if (base.empty()) base = "Unknown";
-  std::string name = base;
+  const std::string name = wanted.substr(first, wanted.find_last_not_of(' ') + 1 - first);
+  return name.empty() ? "Unknown" : name;
+}
+
+// The first, second, third ... of a name: "Ada", "Ada(2)", "Ada(3)".
+static std::string NumberedName(const std::string &base, int number) {
   const bool ours = strncasecmp(base.c_str(), OwnName, std::strlen(OwnName)) == 0;  // and all that could be taken for it
-  for (int i = 2; (ours && name == base) || FindClientByName(name) != nullptr; ++i) name = base + "(" + std::to_string(i) + ")";
-  return name;
+  if (ours) ++number;
+  return number == 1 ? base : base + "(" + std::to_string(number) + ")";
 }
 
 static void SendEdit(Client *only, const Client *except, const BlockEdit &edit) {
@@ -111,39 +148,102 @@ static void Suspect(Client *client) {
   if (++client->strange >= MostStrange) DropClient(client, "too many packets that no game sends");
 }
 
-static void TakeHello(Client *client, Reader r) {
-  const std::string version = ReadString(&r), name = Printable(ReadString(&r), LongestName);
-  if (!client->name.empty()) return Suspect(client);
-  if (r.failed) return DropClient(client, "a hello that can't be read");
-  if (version != WireVersion) return DropClient(client, "this server is for another version of the game", LastWords);
-  if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full", LastWords);
-  if (OldFileBytes() > MostOldFileBytes) return DropClient(client, "too many downloads at once, please come back in a minute", LastWords);
-  if (StreamFilesComing()) return DropClient(client, "the ships are being written, please come back in a minute", LastWords);
-  client->name = FreeName(name);
-  client->motion = StartingPlace(PlayerCount() - 1);
+// They have their name: the game gets the world. Its own lines from before are taken now.
+static void Enter(Client *client) {
+  const std::vector<std::vector<u8>> held = std::exchange(client->held, {});
+  client->wanted.clear();
   Say(client->name + " plays from " + client->address);
   SendWorld(client);
   std::vector<u8> place;
   WriteMotion(&place, client->motion);
   SendTo(client, PacketSetLocation, place, true);
-  SendPlayerLists();
+  WantPlayerLists();
+  for (const std::vector<u8> &packet : held) HandleRequest(client, packet.data(), packet.size());
 }
 
-static void FillBudgets(Client *c, double now) {
-  const double spent = now - c->budgetsAt;
-  c->editBudget = std::min(EditsPerSecond, c->editBudget + spent * EditsPerSecond);
-  c->chatBudget = std::min(ChatBurst, c->chatBudget + spent * ChatPerSecond);
-  c->budgetsAt = now;
+static void EnterAnew(Client *client, const std::string &name) {
+  if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full", LastWords);
+  client->name = name;
+  client->motion = StartingPlace(PlayerCount() - 1);
+  TakeSeat(client);
+  Enter(client);
+}
+
+// The row, the place and the budgets of the lost connection are theirs again, and nobody hears of it.
+static void TakeOver(Client *client, Client *lost) {
+  Say(lost->name + " is back from " + client->address + ": the connection from " + lost->address + " was lost");
+  LogRefusals(lost);
+  client->name = lost->name;
+  client->row = lost->row;
+  client->seat = std::exchange(lost->seat, nullptr);
+  client->motion = lost->motion;
+  std::fill(std::begin(client->motion.velocity), std::end(client->motion.velocity), 0);
+  if (!HasRoom(client->motion)) client->motion = StartingPlace(static_cast<size_t>(std::max(lost->row, 0)));
+  client->edits += lost->edits;
+  client->lines += lost->lines;
+  client->returned = true;
+  enet_peer_disconnect_now(lost->peer, 0);  // should it be there after all, it hears of it
+  std::swap(*client, *lost);
+  Clients.erase(Clients.begin() + (client - Clients.data()));
+  Enter(lost < client ? lost : lost - 1);
+}
+
+// Gives them the first name that is free, or that a lost connection of their address has. One that still answers keeps its name,
+// however much its namesake is at home there too: so the second of two players in one home is "Ada(2)", and after a crash gets that
+// again. While it isn't known whether somebody answers, they wait. True: the clients have changed their places.
+static bool TryToEnter(Client *client, double now) {
+  for (int number = 1;; ++number) {
+    const std::string name = NumberedName(client->wanted, number);
+    Client *other = FindClientByName(name);
+    if (other == nullptr) return EnterAnew(client, name), true;
+    if (other->peer->address.host != client->peer->address.host) continue;
+    if (other->leaving || MayBeLost(*other, now)) return TakeOver(client, other), true;
+    if (SilentFor(*other, now) >= now - client->wantedAt) return false;
+  }
+}
+
+static void AskNamesakes(const Client &client) {
+  for (Client &c : Clients)
+    if (c.name.starts_with(client.wanted) && c.peer->address.host == client.peer->address.host) SendTo(&c, PacketPing, {}, true);
+}
+
+static const char *WhyNoHello(const Client &client, const std::string &version) {
+  if (version != WireVersion) return "this server is for another version of the game";
+  if (!OnThisMachine(client.peer) && !SpendJoin(client.peer, Now()))
+    return "too many players come from your address, please come back in a minute";
+  if (OldFileBytes() > MostOldFileBytes) return "too many downloads at once, please come back in a minute";
+  if (StreamFilesComing()) return "the ships are being written, please come back in a minute";
+  return nullptr;
+}
+
+static void TakeHello(Client *client, Reader r) {
+  const std::string version = ReadString(&r), name = Printable(ReadString(&r), LongestName);
+  if (!client->name.empty() || !client->wanted.empty()) return Suspect(client);
+  if (r.failed) return DropClient(client, "a hello that can't be read");
+  if (const char *why = WhyNoHello(*client, version); why != nullptr) return DropClient(client, why, LastWords);
+  client->wanted = CleanName(name);
+  client->wantedAt = Now();
+  AskNamesakes(*client);
+  TryToEnter(client, client->wantedAt);
+}
+
+static void LetWaitingIn(double now) {
+  for (size_t i = 0; i < Clients.size(); ++i)
+    if (!Clients[i].wanted.empty() && !Clients[i].leaving && TryToEnter(&Clients[i], now)) return LetWaitingIn(now);
+}
+
+static void Hold(Client *client, u8 type, const u8 *bytes, size_t count) {
+  if (type == PacketChat && client->held.size() < MostHeld) client->held.emplace_back(bytes, bytes + count);
 }
 
 // A line that begins with "|" tells what its sender does.
 static void TakeChat(Client *client, Reader r) {
   const std::string text = Printable(ReadString(&r), LongestLine);
   if (r.failed || text.empty()) return Suspect(client);
-  if (client->chatBudget < 1) return SayTo(client, "Server: not so fast");
-  client->chatBudget -= 1;
-  ++client->lines;
   const std::string line = text[0] == '|' ? "* " + client->name + " " + text.substr(1) : client->name + ": " + text;
+  if (text == Greeting && !std::exchange(client->greeted, true)) return client->returned ? void() : SayPresence(line);
+  if (!SpendLine(client, Now())) return SayTo(client, "Server: not so fast");
+  ++client->lines;
   Say(line);
   SayToAll(line);
 }
@@ -191,42 +291,12 @@ static void Refuse(Client *client, const BlockEdit &edit, const char *why, doubl
   }
 }
 
-namespace {
-
-// Tokens for new chunks on disk. They are of an address: who comes again finds them as they were. Games on this machine, which
-// tests and measures others, have their own each.
-struct SlotBudget {
-  double left = SlotBurst, filled = 0;
-};
-
-}  // namespace
-static std::map<std::pair<u32, u16>, SlotBudget> SlotBudgets;
-static SlotBudget SlotTime{SlotTimeBurst, 0};  // of everybody: seconds of the loop
-
-static void Fill(SlotBudget *b, double most, double rate, double now) {
-  b->left = std::min(most, b->left + (now - b->filled) * rate);
-  b->filled = now;
-}
-
-static SlotBudget *SlotBudgetOf(const Client &client, double now) {
-  const ENetAddress &address = client.peer->address;
-  SlotBudget *b = &SlotBudgets[{address.host, OnThisMachine(address) ? address.port : u16{0}}];
-  Fill(b, SlotBurst, SlotsPerSecond, now);
-  return b;
-}
-
-static void ForgetFullSlotBudgets(double now) {
-  std::erase_if(SlotBudgets, [now](const auto &entry) { return now - entry.second.filled > SlotBurst / SlotsPerSecond; });
-}
-
 static const char *DoEditInNewChunk(const Client &client, const BlockEdit &edit, double now) {
-  SlotBudget *const slots = SlotBudgetOf(client, now);
-  Fill(&SlotTime, SlotTimeBurst, SlotTimeShare, now);
-  if (slots->left < 1) return "more than 10 new chunks a second";
-  if (SlotTime.left <= 0) return "more new chunks than the disk can take";
+  if (!HasSlot(client.peer, now)) return "more than 10 new chunks a second";
+  if (!HasSlotTime(now)) return "more new chunks than the disk can take";
   const char *why = DoEdit(edit, client.motion);
-  if (why == nullptr) slots->left -= 1;
-  SlotTime.left -= Now() - now;
+  if (why == nullptr) SpendSlot(client.peer);
+  SpendSlotTime(Now() - now);
   return why;
 }
 
@@ -237,8 +307,7 @@ static void TakeEdit(Client *client, u8 type, Reader r, double now) {
   if (!good) return Refuse(client, edit, "out of range", now);
   if (ChangesNothing(edit)) return;
   const double price = TouchesLamp(edit) ? LampPrice : 1;
-  if (client->editBudget < price) return Refuse(client, edit, "more than 200 a second", now);
-  client->editBudget -= price;
+  if (!SpendEdit(client, price, now)) return Refuse(client, edit, "more than 200 a second", now);
   const char *why = NeedsSlot(edit) ? DoEditInNewChunk(*client, edit, now) : DoEdit(edit, client->motion);
   if (why != nullptr) return Refuse(client, edit, why, now);
   ++client->edits;
@@ -260,8 +329,8 @@ void HandleRequest(Client *client, const u8 *bytes, size_t count) {
   client->heard = now;
   if (count > LargestRequest || !OpenPacket(bytes, count, &type, &r, &store, LargestRequest)) return Suspect(client);
   if (type == PacketHello) return TakeHello(client, r);
+  if (!client->wanted.empty()) return Hold(client, type, bytes, count);
   if (client->name.empty()) return Suspect(client);  // the game says hello first
-  FillBudgets(client, now);
   switch (type) {
     case PacketChat: return TakeChat(client, r);
     case PacketPlayerLocation: return TakePlace(client, r);
@@ -276,7 +345,7 @@ void HandleRequest(Client *client, const u8 *bytes, size_t count) {
 }
 
 void CheckSilence(double now) {
-  static double pinged = 0, told = 0;
+  static double pinged = 0, told = 0, hurried = 0;
   const bool tell = now - told >= RefusalDelay;
   if (tell) told = now;
   const bool ping = now - pinged >= PingDelay;
@@ -284,15 +353,20 @@ void CheckSilence(double now) {
     pinged = now;
     DropSlowClients();
     ForgetOldEdits(now);
-    ForgetFullSlotBudgets(now);
+    ForgetFullBudgets(now);
     ForgetSentShipFiles();
   }
-  if (tell) HurryUnfinished();
+  if (tell) TellTurnedAway();
+  if (now - hurried >= HurryDelay) {
+    hurried = now;
+    HurryUnfinished();
+  }
+  LetWaitingIn(now);
   for (Client &c : Clients) {
     if (tell) LogRefusals(&c);
     if (c.peer->state != ENET_PEER_STATE_CONNECTED) continue;
     if (c.leaving) EndIfDue(&c, now);
-    else if (c.name.empty() && now - c.connected > HelloPatience) DropClient(&c, "no hello");
+    else if (c.name.empty() && c.wanted.empty() && now - c.connected > HelloPatience) DropClient(&c, "no hello");
     else if (now - c.heard > SilencePatience) DropClient(&c, "no answer");
     else if (ping && !c.name.empty()) SendTo(&c, PacketPing, {}, true);
   }

@@ -3,7 +3,12 @@
 
 #include <enet/enet.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <filesystem>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "content/components.h"
 #include "content/materials.h"
@@ -11,24 +16,64 @@
 #include "server/clients.h"
 #include "server/console.h"
 #include "server/requests.h"
+#include "platform/files.h"
+#include "server/budgets.h"
 #include "server/streams.h"
 #include "server/world.h"
 #include "world/light.h"
 
 constexpr enet_uint32 LongestWait = 10;  // milliseconds in a pass without packets
-constexpr size_t SparePeers = 64;        // connections beyond the players: of those that are not yet, or are told why not
+constexpr size_t SparePeers = 1024;      // connections beyond the players: of those that are not yet, or are told why not
 constexpr double EventSeconds = 0.03;    // after which a pass leaves the rest of the events to the next one
 constexpr u16 MostPlayers = 4000;        // the transport can tell 4095 connections apart
 constexpr size_t LargestRequest = 4096, MostWaitingRequests = 1 << 20;  // bytes that a client may send at once, and ahead
 constexpr int GoodbyeRounds = 50;
 
+constexpr const char *LogName = "server.log";
+constexpr int OldLogs = 5;
+constexpr size_t LongestFailed = 1 << 20;  // bytes of the log of a start that failed
+constexpr const char *NotStarted = "The server did not start";
+
 ServerOptions TheServerOptions;
 std::atomic<bool> StopRequested{false};
+
+static std::vector<Asker> WaitForTheEnd;
+
+// Starts that fail one after the other, as those of a service, have one log together: they push no other run's out.
+static bool LastDidNotStart() {
+  std::vector<u8> bytes;
+  return ReadWholeFile(LogName, LongestFailed, &bytes) &&
+         std::string_view(reinterpret_cast<const char *>(bytes.data()), bytes.size()).ends_with("\n*ERR: " + std::string(NotStarted) + " \n");
+}
+
+bool BeginServerLog() {
+  std::string why;
+  if (!ClaimFolder(&why)) return std::fprintf(stderr, "%s\n", why.c_str()) < 0;
+  if (!LastDidNotStart()) MoveLogOn(LogName, OldLogs);
+  LogInit(LogName, OldLogs);
+  return true;
+}
+
+void StopAndTell(Asker asker) {
+  WaitForTheEnd.push_back(asker);
+  StopRequested = true;
+}
 
 static void TellWhatIsKept() {
   const ServerOptions &o = TheServerOptions;
   if (o.RunDataServer != 0) Say("RunDataServer, DataAddress and DataPort are kept, but this server has no data server");
   if (o.IRC != 0) Say("IRC and the keys that begin with it are kept, but this server has no bridge to IRC");
+}
+
+// Why there is no host: what its socket would have met.
+static std::string WhyNoHost(const ENetAddress &address) {
+  const std::string port = std::to_string(address.port);
+  const ENetAddress anyPort{address.host, 0};
+  const ENetSocket probe = enet_socket_create(ENET_SOCKET_TYPE_DATAGRAM);
+  const bool ours = probe != ENET_SOCKET_NULL && enet_socket_bind(probe, &anyPort) == 0;
+  if (probe != ENET_SOCKET_NULL) enet_socket_destroy(probe);
+  if (!ours) return OptionPlace("Address") + ": this machine doesn't have the address " + TheServerOptions.Address;
+  return "Cannot listen on port " + port + ", another program may have it (" + OptionPlace("Port") + ")";
 }
 
 static bool Listen() {
@@ -38,9 +83,10 @@ static bool Listen() {
   address.host = ENET_HOST_ANY;
   address.port = o.Port;
   if (o.Address != "0.0.0.0" && enet_address_set_host(&address, o.Address.c_str()) != 0)
-    return LogError(("Address is no address: " + o.Address).c_str()) != 0;
-  ServerHost = enet_host_create(&address, o.Players + SparePeers, NetChannels, 0, 0);
-  if (ServerHost == nullptr) return LogError(("Cannot listen on port " + std::to_string(o.Port)).c_str()) != 0;
+    return LogError((OptionPlace("Address") + ": Address is no address: " + o.Address).c_str()) != 0;
+  const size_t peers = std::min<size_t>(o.Players + SparePeers, ENET_PROTOCOL_MAXIMUM_PEER_ID);
+  ServerHost = enet_host_create(&address, peers, NetChannels, 0, 0);
+  if (ServerHost == nullptr) return LogError(WhyNoHost(address).c_str()) != 0;
   GuardConnections(ServerHost);
   LimitHost(ServerHost, LargestRequest, MostWaitingRequests);
   Say("Listening on " + o.Address + " port " + std::to_string(o.Port) + " for " + std::to_string(o.Players) + " players");
@@ -58,19 +104,23 @@ static void WriteMissingOptions() {
   WriteServerOptions(TheServerOptions);
 }
 
-bool StartServer() {
+static bool Start() {
   InitServerOptions(&TheServerOptions);
   if (!ReadServerOptions(&TheServerOptions)) WriteMissingOptions();
   if (TheServerOptions.Players > MostPlayers) {
-    LogWarn("Players can be 4000 at most");
+    LogWarn((OptionPlace("Players") + ": Players can be 4000 at most").c_str());
     TheServerOptions.Players = MostPlayers;
   }
   TellWhatIsKept();
   if (LoadMaterials() == 0) return LogError("Unable to load Materials Array") != 0;
   if (LoadComponents() == 0) return LogError("Unable to load Components Array in main program") != 0;
   KeepLight = false;  // nobody looks at it here
-  return OpenWorld(TheServerOptions.MaxAsteroidSize) && Listen();
+  if (!OpenWorld(TheServerOptions.MaxAsteroidSize) || !Listen()) return false;
+  OpenControl();
+  return true;
 }
+
+bool StartServer() { return Start() || LogError(NotStarted) != 0; }
 
 static void HandleEvent(const ENetEvent &event) {
   switch (event.type) {
@@ -92,11 +142,14 @@ static void Pass() {
     HandleEvent(event);
   const double now = Now();
   CheckSilence(now);
+  SharePlayerLists(now);
   ShareMotions(now);
+  TellPresence(now);
   PollStreamFiles(now);
   TellRepeats();
   enet_host_flush(ServerHost);
   ReadConsole();
+  PollControl(now);
 }
 
 void RunServer() {
@@ -110,11 +163,17 @@ void StopServer() {
   ENetEvent event{};
   for (int round = 0; round < GoodbyeRounds && !Clients.empty(); ++round)
     if (enet_host_service(ServerHost, &event, LongestWait) > 0) HandleEvent(event);
+  for (Client &c : Clients) LeaveSeat(&c);
   Clients.clear();
   enet_host_destroy(ServerHost);
   ForgetSentShipFiles();
   ServerHost = nullptr;
   enet_deinitialize();
-  CloseWorld();
+  const bool good = CloseWorld();
+  for (const Asker asker : std::exchange(WaitForTheEnd, {})) {
+    Answer(asker, good ? "stopped" : "stopped, and not all could be saved");
+    EndAnswer(asker, good);
+  }
+  CloseControl();
   Say("Stopped");
 }

@@ -12,6 +12,7 @@
 #include "persistence/stream.h"
 #include "platform/threads.h"
 #include "server/clients.h"
+#include "server/own_files.h"
 
 constexpr size_t MostFreshEdits = 100000;
 constexpr double RefreshDelay = 2;  // seconds from the end of a writing to the next one
@@ -28,7 +29,8 @@ struct StreamFile {
 
 static std::vector<StreamFile> Files;  // by row
 static std::vector<BlockEdit> Fresh;
-static bool Wanted = false, TellWanted = false;
+static bool Wanted = false;
+static std::vector<Asker> TellWanted;
 
 namespace {
 
@@ -43,7 +45,7 @@ static std::vector<WrittenShip> Job;          // the writer's, from its start to
 static std::thread Writer;
 static std::atomic<bool> WriterDone{false};   // set by the writer
 static bool Writing = false;                  // the loop's: begun and not yet ended
-static bool Telling = false;                  // somebody waits for its end
+static std::vector<Asker> Telling;            // they wait for its end
 static size_t FreshBefore = 0;                // edits of Fresh from before it began
 static bool FreshLost = false;                // Fresh ran over since it began
 
@@ -58,11 +60,18 @@ static void BeginWriting() {
   FreshBefore = Fresh.size();
   Writing = true;
   FreshLost = Wanted = WriterDone = false;
-  Telling = std::exchange(TellWanted, false);
+  Telling = std::exchange(TellWanted, {});
+}
+
+static bool WriteFile(u16 row) {
+  Ship *ship = ShipAt(TheShipTable, row);
+  if (!KeepOwnersFile(*ship) || SaveShipStream(ship, StreamPath(StemOf(row)).c_str()) == 0) return false;
+  NoteOwnFile(StemOf(row));
+  return true;
 }
 
 static void WriteJob() {
-  for (WrittenShip &ship : Job) ship.good = SaveShipStream(ShipAt(TheShipTable, ship.row), StreamPath(StemOf(ship.row)).c_str()) != 0;
+  for (WrittenShip &ship : Job) ship.good = WriteFile(ship.row);
   WriterDone = true;
 }
 
@@ -81,14 +90,18 @@ static bool EndWriting() {
   const auto before = Fresh.begin() + static_cast<std::ptrdiff_t>(FreshBefore);
   const auto written = [](const BlockEdit &e) { return !Files[static_cast<size_t>(e.shipRow)].failed; };
   Fresh.erase(std::remove_if(Fresh.begin(), before, written), before);
-  if (Telling) PrintLine(all ? "saved\n" : "not all could be saved\n");
+  for (const Asker asker : std::exchange(Telling, {})) {
+    Answer(asker, all ? "saved" : "not all could be saved");
+    EndAnswer(asker, all);
+  }
   return all;
 }
 
 void NewStreamFiles() {
   Files.assign(TheShipTable.count.load(), {});
   Fresh.clear();
-  Wanted = TellWanted = false;
+  TellWanted.clear();
+  Wanted = false;
 }
 
 bool RefreshStreamFiles() {
@@ -100,7 +113,10 @@ bool RefreshStreamFiles() {
 
 void WantStreamFiles() { Wanted = Wanted || !Fresh.empty(); }
 
-void TellWhenSaved() { Wanted = TellWanted = true; }
+void TellWhenSaved(Asker asker) {
+  Wanted = true;
+  TellWanted.push_back(asker);
+}
 
 void PollStreamFiles(double now) {
   static double ended = -RefreshDelay;
@@ -108,7 +124,7 @@ void PollStreamFiles(double now) {
     EndWriting();
     ended = now;
   }
-  if (Writing || (now - ended < RefreshDelay && !TellWanted)) return;
+  if (Writing || (now - ended < RefreshDelay && TellWanted.empty())) return;
   if (!Wanted && Fresh.size() < MostFreshEdits / 2 && !StreamFilesComing()) return;
   BeginWriting();
   Writer = StartThread(WriteJob, "ship files");

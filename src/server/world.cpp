@@ -15,6 +15,7 @@
 #include "persistence/stream.h"
 #include "platform/files.h"
 #include "server/clients.h"
+#include "server/own_files.h"
 #include "server/streams.h"
 #include "world/access.h"
 #include "world/cells.h"
@@ -32,11 +33,15 @@ constexpr const char *GrownName = "Asteroid";
 static int SavesFolder = -1;  // open and locked while the world is
 
 // Two servers in one folder would write over each other's blocks.
-static bool LockSaves() {
+bool ClaimFolder(std::string *why) {
+  if (SavesFolder >= 0) return true;
   MakeDirectory("saves");
   SavesFolder = open("saves", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (SavesFolder < 0) return LogError("There is no folder saves/, and none can be made") != 0;
-  return flock(SavesFolder, LOCK_EX | LOCK_NB) == 0 || LogError("Another server, or a game, runs in this folder") != 0;
+  if (SavesFolder >= 0 && flock(SavesFolder, LOCK_EX | LOCK_NB) == 0) return true;
+  *why = SavesFolder < 0 ? "There is no folder saves/, and none can be made" : "Another server, or a game, runs in this folder";
+  if (SavesFolder >= 0) close(SavesFolder);
+  SavesFolder = -1;
+  return false;
 }
 
 // LoadAllShips leaves folders on disk; the server wants their blocks too.
@@ -87,8 +92,11 @@ static void StopShips() {
 }
 
 bool OpenWorld(u16 largestAsteroid) {
-  if (!LockSaves()) return false;
-  if (LoadAllShips(&TheShipTable) == 0) return LogError("Not all ships of saves/ could be loaded") != 0;
+  std::string why;
+  if (!ClaimFolder(&why)) return LogError(why.c_str()) != 0;
+  const std::vector<std::string> taken = StreamsWithoutFolder();
+  if (LoadAllShips(&TheShipTable) == 0) return LogError("Not all ships of saves/ could be loaded: the server does not start without them") != 0;
+  for (const std::string &stem : taken) NoteOwnFile(stem);  // the folder has all of it, or a copy was kept
   if (TheShipTable.count.load() == 0 && !GrowFirstShip(largestAsteroid)) return LogError("There is no world to serve") != 0;
   for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
     Ship *ship = ShipAt(TheShipTable, row);
@@ -103,11 +111,12 @@ bool OpenWorld(u16 largestAsteroid) {
   return true;
 }
 
-void CloseWorld() {
-  if (SavesFolder < 0) return;
-  RefreshStreamFiles();
+bool CloseWorld() {
+  if (SavesFolder < 0) return true;
+  const bool written = RefreshStreamFiles();
   close(SavesFolder);
   SavesFolder = -1;
+  return written;
 }
 
 static bool Storable(u16 c) { return c >= FirstStored && c <= LastStored; }
@@ -135,9 +144,19 @@ static bool InReach(const BlockEdit &e, const Ship &ship, const Motion &by) {
   return true;
 }
 
+// What a player can see and take away again. A block of the rows for debugging is solid, and no aim finds it.
+static bool IsPlayable(unsigned component) {
+  return component - 1u < ComponentCount - 1u && Components[FamilyBase(static_cast<u16>(component))].className != "debug";
+}
+
+// Rotations 0 and 7 have no voxels: they too would be unseen and solid.
+static bool IsBlock(const Block &b) {
+  const bool sound = b.state == StateWhole && b.rotation - 1u < 6u && b.material - 1u < MaterialCount - 1u;
+  return sound && IsPlayable(static_cast<unsigned>(b.component));
+}
+
 static const char *WhyNotPlace(const BlockEdit &e, const Ship &ship, const Motion &by) {
-  const Block &b = e.block;
-  if (b.state != StateWhole || b.material - 1u >= MaterialCount - 1u || b.component - 1u >= ComponentCount - 1u) return "no such block";
+  if (!IsBlock(e.block)) return "no such block";
   if (!HasRoomFor(e, ship)) return "the ship is full";
   return BesideABlock(e, ship) || InReach(e, ship, by) ? nullptr : "out of reach";
 }
@@ -147,7 +166,7 @@ static const char *WhyNot(const BlockEdit &e, const Motion &by) {
   if (ship == nullptr) return "no such ship";
   if (!Storable(e.x) || !Storable(e.y) || !Storable(e.z)) return "out of range";
   if (e.type == PacketBlockPlace) return WhyNotPlace(e, *ship, by);
-  if (e.type == PacketBlockComponent && e.component - 1u >= ComponentCount - 1u) return "no such block";
+  if (e.type == PacketBlockComponent && !IsPlayable(e.component)) return "no such block";
   return IsFree(e.x, e.y, e.z, *ship) ? "nothing there" : nullptr;
 }
 
@@ -223,8 +242,7 @@ std::vector<u8> ShipListPayload(const std::vector<bool> &sent) {
   return payload;
 }
 
-// Whether a player has room there: no ship has a block in the cells around.
-static bool HasRoom(const Motion &m) {
+bool HasRoom(const Motion &m) {
   for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
     const Ship &ship = *ShipAt(TheShipTable, row);
     i64 cell[3];

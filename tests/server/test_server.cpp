@@ -1,114 +1,5 @@
 // The server on a thread of its own, played with by clients on the loopback.
-#include "server/server.h"
-
-#include <enet/enet.h>
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <chrono>
-#include <set>
-#include <thread>
-
-#include "bot.h"
-#include "persistence/directory_store.h"
-#include "persistence/stream.h"
-#include "server/clients.h"
-#include "server/console.h"
-#include "server/requests.h"
-#include "server/world.h"
-#include "support/ship_test.h"
-
-static constexpr const char *Here = "127.0.0.1";
-
-static bool Synced(const Bot &b) { return b.synced && !b.players.empty(); }
-static bool Gone(const Bot &b) { return !b.online; }
-
-// Polls all of them until the condition holds.
-static bool Until(std::initializer_list<Bot *> bots, const std::function<bool()> &done, double seconds = 10) {
-  const double end = Now() + seconds;
-  while (!done()) {
-    if (Now() > end) return false;
-    for (Bot *bot : bots) PollBot(bot);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
-}
-
-// For so long that what was coming has come.
-static void Quiet(std::initializer_list<Bot *> bots) {
-  Until(bots, [] { return false; }, 0.3);
-}
-
-static bool Has(const std::vector<std::string> &lines, const std::string &line) { return std::count(lines.begin(), lines.end(), line) != 0; }
-
-static BlockEdit Place(u16 x, u16 material = 5) {
-  return {.type = PacketBlockPlace, .shipRow = 0, .x = x, .y = 200, .z = 300, .block = CubeOf(material)};
-}
-
-static BlockEdit Of(u8 type, u16 x, i32 row = 0) {
-  return {.type = type, .shipRow = row, .x = x, .y = 200, .z = 300, .block = {}, .component = 3};
-}
-
-static u16 MaterialOf(const BlockEdit &e) { return e.type == PacketBlockPlace ? static_cast<u16>(e.block.material) : u16{0}; }
-
-// What stands at each x for a player who sent and then heard these edits.
-static std::map<u16, u16> WorldOf(const std::vector<BlockEdit> &sent, const std::vector<BlockEdit> &heard) {
-  std::map<u16, u16> materials;
-  for (const auto *edits : {&sent, &heard})
-    for (const BlockEdit &e : *edits) materials[e.x] = MaterialOf(e);
-  return materials;
-}
-
-namespace {
-
-struct Server : ShipTest {
-  void SetUp() override {
-    ShipTest::SetUp();
-    Open(3);
-  }
-  void TearDown() override {
-    for (Bot *bot : {&a, &b, &c}) CloseBot(bot);
-    if (TheServerOptions.Port != 0) Close();
-    ShipTest::TearDown();
-  }
-  void Open(int players) {
-    WriteText("serveroptions", "Port " + std::to_string(Port) + "\nPlayers " + std::to_string(players) + "\n");
-    ASSERT_TRUE(StartServer());
-    Resume();
-  }
-  void Close() {
-    Pause();
-    StopServer();
-    TheServerOptions.Port = 0;
-  }
-  void Resume() {
-    StopRequested = false;
-    thread = std::thread(RunServer);
-  }
-  void Pause() {
-    StopRequested = true;
-    thread.join();
-  }
-  void Enter(Bot *bot, const char *name) {
-    ASSERT_TRUE(JoinServer(bot, Here, Port, name));
-    ASSERT_TRUE(PollBotUntil(bot, 10, Synced));
-    StandBeside(bot, Place(160));
-  }
-  void EnterBoth() {
-    Enter(&a, "Ada");
-    Enter(&b, "Ben");
-  }
-  void LoadStored() { ASSERT_EQ(LoadShipDirectory(ship, "Asteroid", true, true), 1); }
-
-  const u16 Port = static_cast<u16>(20000 + (getpid() * 7) % 20000);
-  std::thread thread;
-  Bot a, b, c;
-};
-
-}  // namespace
+#include "serving.h"
 
 TEST_F(Server, AGameGetsTheWorldTheListsAndAName) {
   Enter(&a, "Ada");
@@ -155,12 +46,17 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
   ASSERT_TRUE(Until({&a, &b}, [&] { return b.edits.size() == 4; }));
   EXPECT_TRUE(a.edits.empty());
   b.edits.clear();
-  BlockEdit strange = Place(102), future = Place(102), empty = Place(102);
+  BlockEdit strange = Place(102), future = Place(102), empty = Place(102), flat = Place(102), beyond = Place(102), unseen = Place(102),
+            becomes = Of(PacketBlockComponent, 100);
+  flat.block.rotation = 0;
+  beyond.block.rotation = 7;
+  unseen.block.component = becomes.component = ComponentRow(4);  // a mark for debugging
   strange.block.component = 0xffff;
   future.block.state = 3;
   empty.block.state = StateEmpty;
   const struct { BlockEdit edit; bool truth; } refused[] = {
-      {Place(1), true}, {Place(9999), true}, {strange, true}, {future, true}, {empty, true}, {Of(PacketBlockRemove, 103), true},
+      {Place(1), true}, {Place(9999), true}, {strange, true}, {future, true}, {empty, true}, {flat, true}, {beyond, true}, {unseen, true},
+      {becomes, true}, {Of(PacketBlockRemove, 103), true},
       {Of(PacketBlockRemove, 101), true}, {Of(PacketBlockComponent, 101), true}, {Place(20), true},
       {Of(PacketBlockComponent, 103), true}, {Of(PacketBlockRemove, 100, 1), false}, {Of(PacketBlockRemove, 100, -1), false}, {Place(10000), false}};
   for (const auto &r : refused) {
@@ -168,7 +64,7 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
     SendEdit(&a, r.edit);
     Quiet({&a, &b});
     ASSERT_EQ(a.edits.size(), r.truth ? 1u : 0u) << r.edit.x << " " << r.edit.shipRow;
-    EXPECT_TRUE(!r.truth || a.edits[0].type == PacketBlockRemove);
+    EXPECT_TRUE(!r.truth || a.edits[0].type == (r.edit.x == 100 ? PacketBlockPlace : PacketBlockRemove)) << r.edit.x;
   }
   EXPECT_TRUE(b.edits.empty());
   for (const char *words : {"Refused edits of Ada:", "(out of range)", "(out of reach)"})
@@ -182,7 +78,7 @@ TEST_F(Server, EditsAreStoredAndRelayedOrRefusedWithTheTruth) {
   Enter(&c, "Cy");
   EXPECT_EQ(c.edits.size(), 0u) << "the files have it by now";
   LoadStored();
-  EXPECT_EQ(HeadComponent(HeadAt(100, 200, 300, *ship)), 3);
+  EXPECT_EQ(HeadComponent(HeadAt(100, 200, 300, *ship)), 8);
   EXPECT_EQ(HeadAt(101, 200, 300, *ship), 0u);
 }
 
@@ -313,42 +209,164 @@ TEST_F(Server, ItsFolderStaysWithinItAndItsShipsComeFromThere) {
   EXPECT_EQ(a.ships.size(), 5u);
   EXPECT_EQ(std::count(a.ships.begin(), a.ships.end(), "NULL"), 3) << "of names that are none for a game, and what can't be written";
   EXPECT_EQ(a.files.size(), 2u);
-  LogInit();
-  const ServerOptions kept = TheServerOptions;
   SendEdit(&a, Of(PacketBlockRemove, 100));
   Quiet({&a});
-  Pause();
-  EXPECT_FALSE(StartServer()) << "two servers in one folder";
-  EXPECT_TRUE(Logged("Another server, or a game, runs in this folder"));
-  TheServerOptions = kept;
-  Resume();
   ConsoleLine("kick Nobody");
   EXPECT_TRUE(a.online);
 }
 
-// The program itself, killed while two players build.
-static pid_t StartProgram() {
-  fs::remove("server.log");
-  const pid_t pid = fork();
-  if (pid == 0) {
-    const int nothing = open("/dev/null", O_RDWR);
-    for (const int end : {0, 1}) dup2(nothing, end);
-    execl(TARNVALE_BINARIES "/src/server/tarnvale-server", "tarnvale-server", nullptr);
-    _exit(127);
+TEST_F(Server, WhoCrashedComesBackInTheirRowAndANamesakeWhoAnswersStays) {
+  EnterBoth();
+  const Motion place = StandBeside(&a, Place(170));
+  ASSERT_TRUE(Until({&a, &b}, [&] { return !b.others.empty(); }));
+  ASSERT_TRUE(JoinServer(&c, Here, Port, "Ada"));  // a second one in the same home, while the first plays
+  ASSERT_TRUE(Until({&a, &b, &c}, [&] { return Synced(c) && b.players.size() == 3 && Has(b.chat, "* Ada(2) logged on"); }));
+  EXPECT_EQ(b.players, (std::vector<std::string>{"Ada", "Ben", "Ada(2)"}));
+  CloseBot(&c);
+  ASSERT_TRUE(Until({&a, &b}, [&] { return b.players.size() == 2 && Has(b.chat, "* Ada(2) logged off"); }));
+  Pause();
+  for (Client &client : Clients) client.connected -= 60;  // long enough for a game to have loaded
+  Resume();
+  const size_t lines = b.chat.size();
+  CrashBot(&a);
+  const double start = Now();
+  ASSERT_TRUE(JoinServer(&c, Here, Port, "Ada"));
+  ASSERT_TRUE(Until({&b, &c}, [&] { return Synced(c); }));
+  EXPECT_LT(Now() - start, 6);
+  EXPECT_EQ(c.players, (std::vector<std::string>{"Ada", "Ben"}));
+  EXPECT_EQ(c.ownRow, 0);
+  EXPECT_TRUE(std::equal(place.place, place.place + 3, c.place.place)) << "where they were";
+  SendLine(&c, "back");
+  ASSERT_TRUE(Until({&b, &c}, [&] { return Has(b.chat, "Ada: back"); }));
+  EXPECT_EQ(b.chat.size(), lines + 1) << "nobody logged off or on";
+}
+
+TEST_F(Server, AFileThatCannotBeLoadedEndsTheStartAndIsNamed) {
+  Close();
+  WriteText("saves/Rubbish.sts", "no ship");
+  EXPECT_FALSE(StartServer());
+  CloseWorld();
+  EXPECT_TRUE(Logged("*ERR: saves/Rubbish.sts is no ship: mend it or take it away"));
+  EXPECT_EQ(ReadText("saves/Rubbish.sts"), "no ship");
+  fs::remove("saves/Rubbish.sts");
+  const struct { const char *options, *fault; } wrong[] = {{"\nAddress 300.1.2.3\n", "serveroptions:2: Address is no address: 300.1.2.3"},
+                                                           {"Address 8.8.8.8\n", "serveroptions:1: this machine doesn't have the address 8.8.8.8"}};
+  for (const auto &w : wrong) {
+    WriteText("serveroptions", w.options);
+    EXPECT_FALSE(StartServer());
+    CloseWorld();
+    EXPECT_TRUE(Logged(w.fault)) << w.fault;
   }
-  for (int i = 0; i < 1000 && Count(ReadText("server.log"), "Listening") == 0; ++i)
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  return pid;
+  TheServerOptions.Port = 0;
 }
 
-static void EndProgram(pid_t pid, int signal) {
-  int status = 0;
-  kill(pid, signal);
-  waitpid(pid, &status, 0);
-  EXPECT_TRUE(signal != SIGTERM || status == 0) << status;
+TEST_F(Server, AnOwnersFileBesideTheFolderIsKeptAndTheServersOwnIsNot) {
+  const auto reopen = [this](const std::string &file) {
+    Close();
+    if (!file.empty()) fs::copy_file(file, "saves/Asteroid.sts", fs::copy_options::overwrite_existing);
+    Open(3);
+  };
+  const auto kept = [](const char *name) { return ReadText(std::string("saves/Asteroid") + name); };
+  PlaceHere(ship, 5000, 5000, 5000, CubeOf(5));
+  ASSERT_EQ(SaveShipStream(ship, "mine"), 1);
+  const std::string mine = ReadText("mine");
+  fs::copy_file("saves/Asteroid.sts", "old");
+  Enter(&a, "Ada");
+  SendEdit(&a, Place(160));
+  Quiet({&a});
+  CloseBot(&a);
+  reopen("");
+  EXPECT_FALSE(fs::exists("saves/Asteroid (file).sts")) << "what the server wrote is the folder's";
+  reopen("mine");
+  EXPECT_EQ(kept(" (file).sts"), mine);
+  EXPECT_NE(kept(".sts"), mine);
+  EXPECT_TRUE(Logged("WARN: saves/Asteroid.sts was not written by this server: it is kept as saves/Asteroid (file).sts"));
+  const std::string old = ReadText("old");
+  reopen("old");
+  EXPECT_EQ(kept(" (file 2).sts"), old) << "an older one that the owner put back is theirs too";
+  EXPECT_EQ(TheShipTable.count, 1) << "what is kept is no ship of its own";
+  fs::remove("saves/.Asteroid.written");
+  reopen("");
+  EXPECT_FALSE(fs::exists("saves/Asteroid (file 3).sts")) << "without a note the same blocks tell it";
+  fs::copy_file("mine", "saves/Asteroid.sts", fs::copy_options::overwrite_existing);  // while it runs
+  Enter(&b, "Ben");
+  SendEdit(&b, Place(161));
+  ASSERT_TRUE(Until({&b}, [&] { return Has(b.chat, "* Ben logged on"); }));
+  Close();
+  EXPECT_EQ(kept(" (file 3).sts"), mine);
 }
 
-// Every fifth one removes what the one before it placed.
+// What a command line says, and its status.
+static std::pair<std::string, int> Said(const std::string &command) {
+  FILE *pipe = popen((command + " 2>&1").c_str(), "r");
+  std::string text;
+  for (int letter; (letter = std::fgetc(pipe)) != EOF;) text += static_cast<char>(letter);
+  return {text, WEXITSTATUS(pclose(pipe))};
+}
+
+TEST_F(Server, TheControlSocketDoesWhatIsTypedForItsOwnerOnly) {
+  Close();
+  const auto send = [](const std::string &line) { return Said(Program() + " --send . '" + line + "'"); };
+  using Answers = std::pair<std::string, int>;
+  EXPECT_EQ(send("list"), Answers("No server runs in .\n", 1));
+  const auto isOpen = [] { return fs::is_socket("server.control"); };
+  const pid_t killed = StartProgram();
+  ASSERT_TRUE(Until({}, isOpen));
+  EndProgram(killed, SIGKILL);
+  EXPECT_EQ(send("list"), Answers("No server runs in .\n", 1)) << "a killed one's socket";
+  const pid_t pid = StartProgram();
+  ASSERT_TRUE(Until({&a}, [&] { return send("list").second == 0; }));
+  EXPECT_EQ(fs::status("server.control").permissions() & fs::perms::all, fs::perms::owner_read | fs::perms::owner_write);
+  Enter(&a, "Ada");
+  EXPECT_EQ(send("list").first.substr(0, 26), "1 of 3 players\n  Ada  127.");
+  EXPECT_EQ(send("say good morning"), Answers("", 0));
+  EXPECT_TRUE(Until({&a}, [&] { return Has(a.chat, "Server: good morning"); }));
+  EXPECT_EQ(send("kick Nobody"), Answers("nobody is called \"Nobody\"\n", 1));
+  EXPECT_EQ(send("what"), Answers("list | say TEXT | kick NAME | save | stop\n", 1));
+  const std::string before = ReadText("saves/Asteroid.sts");
+  SendEdit(&a, Place(160));
+  SendLine(&a, "built");
+  ASSERT_TRUE(Until({&a}, [&] { return Has(a.chat, "Ada: built"); }));
+  EXPECT_EQ(send("save"), Answers("saved\n", 0));
+  EXPECT_NE(ReadText("saves/Asteroid.sts"), before) << "when the sender hears of it, it is done";
+  EXPECT_EQ(send(std::string(5000, 'x')).second, 2);
+  EXPECT_EQ(Said("python3 -c \"import socket; s = socket.socket(socket.AF_UNIX); s.connect('server.control'); s.sendall(b'x' * 9000); "
+                 "print(s.recv(99).decode())\""), Answers("the line is too long\n= 1\n\n", 0));
+  if (geteuid() == 0) {
+    fs::permissions(".", fs::perms::all);
+    const std::string stranger = "setpriv --reuid 65534 --clear-groups ";
+    EXPECT_EQ(Said(stranger + Program() + " --send . list"), Answers("Only the owner of . may do that\n", 1));
+    ASSERT_EQ(chmod("server.control", 0777), 0);
+    EXPECT_EQ(Said(stranger + Program() + " --send . stop"), Answers("only the owner of the folder may do that\n", 1));
+  }
+  EXPECT_EQ(send("stop"), Answers("stopped\n", 0));
+  EndProgram(pid, 0);
+  EXPECT_FALSE(isOpen());
+}
+
+TEST_F(Server, ItsLogOutlivesStartsThatFailAndFiveThatDoNot) {
+  Close();
+  const auto log = [](const char *age) { return ReadText(std::string("server.log") + age); };
+  const pid_t pid = StartProgram();
+  const std::string running = log("");
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(Said(Program()), std::make_pair(std::string("Another server runs in this folder\n"), 1));
+  EXPECT_EQ(log(""), running);
+  EXPECT_FALSE(fs::exists("server.log.old") || fs::exists("errors.txt.old"));
+  EndProgram(pid, SIGKILL);
+  WriteText("server.log", "the crashed one's");
+  WriteText("saves/Rubbish.sts", "no ship");
+  for (int i = 0; i < 7; ++i) EXPECT_EQ(Said(Program()).second, 1);
+  EXPECT_EQ(log(".old"), "the crashed one's") << "starts that fail again and again take one place";
+  EXPECT_NE(log("").find("Rubbish"), std::string::npos);
+  for (int age = 5; age > 1; --age) WriteText("server.log.old" + std::to_string(age), std::to_string(age));
+  fs::remove("saves/Rubbish.sts");
+  WriteText("server.log", "Ada: *ERR: The server did not start \n");
+  EndProgram(StartProgram(), SIGTERM);
+  EXPECT_EQ(log(".old"), "Ada: *ERR: The server did not start \n") << "a player's words are no end of a start";
+  EXPECT_EQ(log(".old2") + log(".old3") + log(".old5"), "the crashed one's24");
+}
+
+// The program is killed while two players build. Every fifth one removes what the one before it placed.
 static BlockEdit NumberedEdit(u16 number) {
   const u16 of = number % 5 == 4 ? static_cast<u16>(number - 1) : number;
   BlockEdit e = Place(static_cast<u16>(100 + of % 90), static_cast<u16>(1 + of % 7));

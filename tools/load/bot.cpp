@@ -6,17 +6,16 @@
 #include <chrono>
 #include <thread>
 
-constexpr enet_uint32 ConnectPatience = 5000;  // milliseconds
-
 bool ConnectBot(Bot *bot, const char *address, u16 port) {
-  ENetAddress to{};
-  bot->host = enet_host_create(nullptr, 1, NetChannels, 0, 0);
+  ENetAddress to{}, from{};
+  if (!bot->from.empty() && enet_address_set_host(&from, bot->from.c_str()) != 0) return false;
+  bot->host = enet_host_create(bot->from.empty() ? nullptr : &from, 1, NetChannels, 0, 0);
   if (bot->host == nullptr || enet_address_set_host(&to, address) != 0) return false;
   LimitHost(bot->host, LargestFile, LargestFile);
   to.port = port;
   bot->peer = enet_host_connect(bot->host, &to, NetChannels, 0);
   ENetEvent event{};
-  bot->online = bot->peer != nullptr && enet_host_service(bot->host, &event, ConnectPatience) > 0 && event.type == ENET_EVENT_TYPE_CONNECT;
+  bot->online = bot->peer != nullptr && enet_host_service(bot->host, &event, bot->patience) > 0 && event.type == ENET_EVENT_TYPE_CONNECT;
   return bot->online;
 }
 
@@ -44,6 +43,7 @@ static void TakeShips(Bot *bot, Reader *r) {
 }
 
 static void TakePlayers(Bot *bot, Reader *r) {
+  ++bot->lists;
   bot->players.resize(std::min<size_t>(TakeU16(r), r->left));
   bot->ownRow = TakeU16(r);
   for (std::string &name : bot->players) {
@@ -137,6 +137,11 @@ Motion StandBeside(Bot *bot, const BlockEdit &edit) {
 }
 
 void SendLine(Bot *bot, const std::string &text) { SendText(bot->host, bot->peer, text, PacketChat, true); }
+
+void CrashBot(Bot *bot) {
+  if (bot->host != nullptr) enet_host_destroy(bot->host);
+  *bot = Bot{};
+}
 
 void CloseBot(Bot *bot) {
   if (bot->host != nullptr) {

@@ -9,6 +9,8 @@
 #include "net/wire.h"
 
 struct Bot {
+  std::string from;                  // its address on this machine; empty: as the system chooses
+  u32 patience = 5000;               // milliseconds for a connection to stand
   ENetHost *host = nullptr;
   ENetPeer *peer = nullptr;
   bool online = false;
@@ -18,6 +20,7 @@ struct Bot {
   std::vector<Motion> shipPlaces;    // by row
   std::vector<std::string> players;  // by row
   u16 ownRow = 0;
+  size_t lists = 0;                  // of players, that have come
   std::vector<std::string> chat;
   std::vector<BlockEdit> edits;      // as they came; the caller empties it
   std::vector<Motion> others;        // the same, of PacketOtherPlayer
@@ -25,7 +28,7 @@ struct Bot {
   size_t faults = 0;                 // packets that can't be right
 };
 
-bool ConnectBot(Bot *bot, const char *address, u16 port);  // Only the connection. False: not within 5 s.
+bool ConnectBot(Bot *bot, const char *address, u16 port);  // Only the connection. False: not in time.
 bool JoinServer(Bot *bot, const char *address, u16 port, const std::string &name);  // ... and the hello of a game.
 void SayHello(Bot *bot, const std::string &version, const std::string &name);
 void PollBot(Bot *bot);                                     // All that has come by now.
@@ -35,4 +38,5 @@ void SendEdit(Bot *bot, const BlockEdit &edit);
 void SendPlace(Bot *bot, const Motion &m);
 Motion StandBeside(Bot *bot, const BlockEdit &edit);  // Sends a place from which the edit is in reach.
 void SendLine(Bot *bot, const std::string &text);
-void CloseBot(Bot *bot);                                    // Without a word, when it is still online.
+void CrashBot(Bot *bot);                                    // Is gone, and the server hears nothing of it.
+void CloseBot(Bot *bot);                                    // Without a word, when it is still online. Keeps nothing.

@@ -1,0 +1,33 @@
+// What the players of an address may do in a time. The budgets are the address's, however often they come again: each address
+// has a seat for every player who is there at once, and who comes next takes the one that was left last, as it was left. Games
+// on this machine, which tests and measures others, have budgets of their own each.
+#pragma once
+
+#include "server/clients.h"
+
+constexpr size_t MostOfOneAddress = 8;
+
+struct Tokens {
+  double left = 0, filled = 0;  // filled: when left was counted; 0 never, and then there is the most
+};
+
+struct Seat {
+  Tokens edits, lines;
+  bool taken = false;
+  double leftAt = 0;            // when its last player went; 0: there was none
+};
+
+bool OnThisMachine(const ENetPeer *peer);
+void TakeSeat(Client *client);              // Of its address. One is always free: the hello looks at their number.
+void LeaveSeat(Client *client);             // Does nothing for one without.
+// False: there is not so much left, and nothing is spent.
+bool SpendEdit(Client *client, double price, double now);
+bool SpendLine(Client *client, double now);
+bool SpendConnection(const ENetPeer *peer, double now);
+bool SpendJoin(const ENetPeer *peer, double now);
+bool SpendPresence(double now);             // A line for all about somebody who came or went: of everybody.
+bool HasSlot(const ENetPeer *peer, double now);   // A new chunk on disk.
+void SpendSlot(const ENetPeer *peer);
+bool HasSlotTime(double now);               // The loop's share for the new chunks of all players.
+void SpendSlotTime(double seconds);
+void ForgetFullBudgets(double now);         // Addresses that nobody plays from and that have all back by now.
