@@ -187,6 +187,26 @@ class Network(unittest.TestCase):
         self.assertEqual(ben.close(), 0)
         self.assertEqual(again.end(), 0)
 
+    def test_who_crashed_comes_back_as_themselves(self):
+        self.build_wall()
+        server = self.serve()
+        ada, ben = self.join("Ada"), self.join("Ben")
+        ada.wait_for_picture()
+        ada.process.kill()
+        ada.process.wait()
+        again = self.join("Ada")
+        server.wait_for("Ada is back from")
+        self.say(again, "here I am")
+        ben.wait_for_log("Chat: Ada: here I am")
+        ben.press("Tab")
+        ben.wait_for_log("Msg: Players: Ada, Ben")
+        for words in ("Ada(2)", "* Ada logged off"):
+            self.assertNotIn(words, ben.log())
+        for game in (again, ben):
+            self.assertNotIn("*ERR", game.log())
+            self.assertEqual(game.close(), 0)
+        self.assertEqual(server.end(), 0)
+
     def test_a_game_without_a_server_starts_alone(self):
         root = self.enterContext(rig.installation())
         game = self.enterContext(rig.Game(root, self.enterContext(rig.virtual_display()), 2, ("127.0.0.1", "Ada")))
@@ -202,6 +222,9 @@ class Network(unittest.TestCase):
         (self.root / "serveroptions").unlink()
         server = self.serve()
         self.assertEqual(len((self.root / "serveroptions").read_text().splitlines()), 13)
+        sent = subprocess.run([SERVER, "--send", str(self.root), "say", "good", "morning"], timeout=rig.PATIENCE)
+        self.assertEqual(sent.returncode, 0)
+        server.wait_for("Server: good morning")
         for line, answer in (("list", "0 of 64 players"), ("list", "ship Asteroid"), ("say hello", "Server: hello"), ("kick Eve", 'nobody is called "Eve"'),
                              ("save", "saved"), ("what", "list | say TEXT | kick NAME | save | stop"), ("stop", "Stopped")):
             server.type(line)

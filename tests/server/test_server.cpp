@@ -273,7 +273,8 @@ TEST_F(Server, AnOwnersFileBesideTheFolderIsKeptAndTheServersOwnIsNot) {
   fs::copy_file("saves/Asteroid.sts", "old");
   Enter(&a, "Ada");
   SendEdit(&a, Place(160));
-  Quiet({&a});
+  SendLine(&a, "built");
+  ASSERT_TRUE(Until({&a}, [&] { return Has(a.chat, "Ada: built"); }));
   CloseBot(&a);
   reopen("");
   EXPECT_FALSE(fs::exists("saves/Asteroid (file).sts")) << "what the server wrote is the folder's";
@@ -291,7 +292,8 @@ TEST_F(Server, AnOwnersFileBesideTheFolderIsKeptAndTheServersOwnIsNot) {
   fs::copy_file("mine", "saves/Asteroid.sts", fs::copy_options::overwrite_existing);  // while it runs
   Enter(&b, "Ben");
   SendEdit(&b, Place(161));
-  ASSERT_TRUE(Until({&b}, [&] { return Has(b.chat, "* Ben logged on"); }));
+  SendLine(&b, "built");
+  ASSERT_TRUE(Until({&b}, [&] { return Has(b.chat, "Ben: built"); }));
   Close();
   EXPECT_EQ(kept(" (file 3).sts"), mine);
 }
