@@ -13,11 +13,11 @@ export PKG_CONFIG_LIBDIR=$folder/modules PKG_CONFIG_PATH=
 hidden=()
 for package in PNG GTest benchmark OpenGL OpenAL Freetype GLEW; do hidden+=("-DCMAKE_DISABLE_FIND_PACKAGE_$package=ON"); done
 cd "$root"
-cmake --preset server -B "$folder/build" "${hidden[@]}"
-ninja -j2 -C "$folder/build" tarnvale-server
+cmake --preset server -B "$folder" "${hidden[@]}"
+ninja -j2 -C "$folder" tarnvale-server
 
-foreign=$(ninja -C "$folder/build" -t deps | grep -oE '/usr/(local/)?include/(GL|GLFW|AL|freetype2|cairo|vorbis|ogg|gtest|benchmark|X11|png|libpng)[^ ]*' | sort -u || true)
+foreign=$(ninja -C "$folder" -t deps | grep -oE '/usr/(local/)?include/(GL|GLFW|AL|freetype2|cairo|vorbis|ogg|gtest|benchmark|X11|png|libpng)[^ ]*' | sort -u || true)
 [ -z "$foreign" ] || { echo "The server is made with what only the game needs:"; echo "$foreign"; exit 1; }
-strange=$(ldd "$folder/build/src/server/tarnvale-server" | grep -vE 'linux-vdso|ld-linux|lib(enet|z|dSFMT-521|stdc\+\+|m|gcc_s|c|pthread)\.so' || true)
+strange=$(ldd "$folder/src/server/tarnvale-server" | grep -vE 'linux-vdso|ld-linux|lib(enet|z|dSFMT-521|stdc\+\+|m|gcc_s|c|pthread)\.so' || true)
 [ -z "$strange" ] || { echo "The server needs more than its packages bring:"; echo "$strange"; exit 1; }
-"$folder/build/src/server/tarnvale-server" --version
+"$folder/src/server/tarnvale-server" --version
