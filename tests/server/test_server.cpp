@@ -351,7 +351,7 @@ TEST_F(Server, ItsLogOutlivesStartsThatFailAndFiveThatDoNot) {
   const auto log = [](const char *age) { return ReadText(std::string("server.log") + age); };
   const pid_t pid = StartProgram();
   const std::string running = log("");
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(Said(Program()), std::make_pair(std::string("Another server runs in this folder\n"), 1));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(Said(Program()), std::make_pair(std::string("Another server, or a game, runs in this folder\n"), 1));
   EXPECT_EQ(log(""), running);
   EXPECT_FALSE(fs::exists("server.log.old") || fs::exists("errors.txt.old"));
   EndProgram(pid, SIGKILL);
