@@ -36,7 +36,8 @@ enum GuiTypeRow : u8 {
   TypeChosenRow = 25, TypeLine = 27, TypeLogo = 28, TypeBlockFrame = 39, TypeComponentPanel = 40, TypeMaterialPanel = 41,
   TypeRotation = 42, TypeLampOff = 52, TypeLampRed = 53, TypeLampGreen = 54, TypeLampBlue = 55, TypeLampYellow = 56,
   TypeTabBackground = 57, TypeTabDivider = 58, TypeTab = 59, TypePanelWide = 65, TypePanelTall = 66, TypePanelSmall = 67,
-  TypeInfoWindow = 68, TypeClear = 70, TypeBackdrop = 71, TypeExpandPlus = 72, TypeExpandMinus = 74, TypeTabShade = 76, TypeListBackdrop = 77
+  TypeInfoWindow = 68, TypeClear = 70, TypeBackdrop = 71, TypeExpandPlus = 72, TypeExpandMinus = 74, TypeTabShade = 76, TypeListBackdrop = 77,
+  TypeWordsBackdrop = 78
 };
 
 constexpr int GuiTypeRows = 256, GuiElementRows = 256;
@@ -65,6 +66,6 @@ struct GuiTypeSource {
   float textOffset, textSize;
   u8 red, green, blue, hoverClass;
 };
-constexpr int GuiTypesInUse = 77;
+constexpr int GuiTypesInUse = 78;
 extern const GuiTypeSource GuiTypeSources[GuiTypesInUse];
 void SetGuiType(const GuiTypeSource &source);   // All of the row but its texture.

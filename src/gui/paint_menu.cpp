@@ -15,13 +15,13 @@ static bool IsList() { return GuiScreen == ScreenShips || GuiScreen == ScreenBac
 static bool HasWords() { return (GuiScreen >= ScreenGraphics && GuiScreen <= ScreenOther) || GuiScreen == ScreenNaming; }
 
 // Over the whole window, however wide it is. Where there is more to read than a few buttons, a second one lies over it: behind
-// a list as a column, behind options and words that may be long all over.
+// a list as a column, behind options and words that may be long all over. There one quad has the colour of the two: without a
+// graphics card each of this size takes milliseconds.
 static void DrawBackdrop() {
   const GuiWindow window = CurrentWindow();
   const int width = static_cast<int>(std::ceil(window.width / window.scale));
-  DrawFullHeight(TypeBackdrop, width);
+  DrawFullHeight(HasWords() ? TypeWordsBackdrop : TypeBackdrop, width);
   if (IsList()) DrawFullHeight(TypeListBackdrop, GuiTypes[TypeListBackdrop].width);
-  if (HasWords()) DrawFullHeight(TypeListBackdrop, width);
 }
 
 static void DrawElement(int row) {

@@ -24,7 +24,7 @@ constexpr int Border = 1;                 // clear pixels round each glyph
 constexpr size_t MaxLooks = 64;
 constexpr int OpenSize = 30;              // pixels at which the faces are opened
 constexpr int FloatsPerGlyph = 6 * 4;     // two triangles, clockwise
-constexpr int PixelsPerRim = 16;          // of the face's size, for each pixel of the rim but the first
+constexpr int PixelsPerRim = 24;          // of the face's size, for each pixel of the rim but the first
 constexpr int WidestRim = 4;              // pixels
 constexpr float RimDepth = 0.85f, ShadowDepth = 0.6f;  // opacity
 constexpr int DimmestWithRim = 64;        // brightness of a colour that has a rim, of 255
@@ -37,7 +37,7 @@ struct Glyph {
   int advance = 0, left = 0, top = 0;     // pixels
   int width = 0, height = 0;
   int sheetX = 0, sheetY = 0;
-  int rim = 0;                            // pixels by which the rim's picture is larger on each side; 0: there is none
+  int rim = 0;                            // pixels by which the rim's picture is larger to the left and above; 0: there is none
 };
 
 // One way that text can look, with the glyphs of all bytes.
@@ -136,7 +136,8 @@ static bool TakePlace(int width, int height, int *x, int *y) {
 }
 
 static int RimOf(int pixels) { return std::min(1 + pixels / PixelsPerRim, WidestRim); }
-static int ShadowOf(int rim) { return (rim + 1) / 2; }  // pixels to the right and down
+static int ShadowOf(int rim) { return (rim + 1) / 2; }  // pixels to the right and down, by which it is larger there besides
+static int GrowthOf(int rim) { return 2 * rim + ShadowOf(rim); }
 
 static bool HasRim(const u8 (&colour)[3]) { return (2 * colour[0] + 5 * colour[1] + colour[2]) / 8 >= DimmestWithRim; }
 
@@ -171,26 +172,27 @@ static float RimWeight(int dx, int dy, int rim) {
   return std::max(RimDepth * within(dx, dy), ShadowDepth * within(dx - shadow, dy - shadow));
 }
 
-// Lets one pixel of the glyph darken what is round it. reach: how far.
-static void SpreadPixel(Image *image, int x, int y, u8 gray, const std::vector<float> &weights, int reach) {
+// Lets one pixel of the glyph darken what is round it.
+static void SpreadPixel(Image *image, int x, int y, u8 gray, const std::vector<float> &weights, int rim) {
   size_t at = 0;
-  for (int dy = -reach; dy <= reach; dy++)
-    for (int dx = -reach; dx <= reach; dx++, at++) {
+  const int end = rim + ShadowOf(rim);
+  for (int dy = -rim; dy <= end; dy++)
+    for (int dx = -rim; dx <= end; dx++, at++) {
       u8 *alpha = AlphaAt(image, x + dx, y + dy);
       *alpha = std::max(*alpha, static_cast<u8>(static_cast<float>(gray) * weights[at]));
     }
 }
 
-static void UploadRim(const FT_Bitmap &bitmap, int rim, const Glyph &glyph) {
+static void UploadRim(const FT_Bitmap &bitmap, const Glyph &glyph) {
   const u8 black[3] = {};
-  const int reach = glyph.rim, edge = reach + Border;
+  const int rim = glyph.rim, end = rim + ShadowOf(rim), edge = rim + Border, growth = GrowthOf(rim) + 2 * Border;
   std::vector<float> weights;
-  for (int dy = -reach; dy <= reach; dy++)
-    for (int dx = -reach; dx <= reach; dx++) weights.push_back(RimWeight(dx, dy, rim));
-  Image image = ClearImage(glyph.width + 2 * edge, glyph.height + 2 * edge, black);
+  for (int dy = -rim; dy <= end; dy++)
+    for (int dx = -rim; dx <= end; dx++) weights.push_back(RimWeight(dx, dy, rim));
+  Image image = ClearImage(glyph.width + growth, glyph.height + growth, black);
   for (int y = 0; y < glyph.height; y++)
     for (int x = 0; x < glyph.width; x++)
-      if (const u8 gray = bitmap.buffer[y * bitmap.pitch + x]) SpreadPixel(&image, x + edge, y + edge, gray, weights, reach);
+      if (const u8 gray = bitmap.buffer[y * bitmap.pitch + x]) SpreadPixel(&image, x + edge, y + edge, gray, weights, rim);
   Upload(image, glyph.sheetX + glyph.width + Border, glyph.sheetY - Border);
 }
 
@@ -205,9 +207,9 @@ static void UploadGlyph(const FT_Bitmap &bitmap, const u8 (&colour)[3], const Gl
 
 // A place for the glyph, and to the right of it one for its rim.
 static bool PlaceGlyph(Glyph *glyph) {
-  const int rimWidth = glyph->rim == 0 ? 0 : glyph->width + 2 * (glyph->rim + Border);
+  const int growth = GrowthOf(glyph->rim) + 2 * Border, rimWidth = glyph->rim == 0 ? 0 : glyph->width + growth;
   int x = 0, y = 0;
-  if (!TakePlace(glyph->width + 2 * Border + rimWidth, glyph->height + 2 * (glyph->rim + Border), &x, &y)) return false;
+  if (!TakePlace(glyph->width + 2 * Border + rimWidth, glyph->height + growth, &x, &y)) return false;
   glyph->sheetX = x + Border;
   glyph->sheetY = y + Border;
   return true;
@@ -226,12 +228,11 @@ static bool MakeGlyph(const TextLook &look, u8 byte, Glyph *glyph) {
   glyph->top = slot->bitmap_top;
   glyph->width = static_cast<int>(bitmap.width);
   glyph->height = static_cast<int>(bitmap.rows);
-  const int rim = RimOf(look.pixels);
-  glyph->rim = HasRim(look.colour) ? rim + ShadowOf(rim) : 0;
+  glyph->rim = HasRim(look.colour) ? RimOf(look.pixels) : 0;
   if (!PlaceGlyph(glyph)) return false;
   glyph->drawn = true;
   UploadGlyph(bitmap, look.colour, *glyph);
-  if (glyph->rim != 0) UploadRim(bitmap, rim, *glyph);
+  if (glyph->rim != 0) UploadRim(bitmap, *glyph);
   return true;
 }
 
@@ -273,7 +274,7 @@ static Patch GlyphPatch(const Glyph &g, int pen) { return {g.sheetX, g.sheetY, p
 
 static Patch RimPatch(const Glyph &g, int pen) {
   return {g.sheetX + g.width + 2 * Border, g.sheetY,         pen + g.left - g.rim, g.top + g.rim,
-          g.width + 2 * g.rim,             g.height + 2 * g.rim};
+          g.width + GrowthOf(g.rim),       g.height + GrowthOf(g.rim)};
 }
 
 // Corners of all rims, and behind them of all glyphs: no rim lies over a neighbour. The pen's travel.

@@ -82,6 +82,7 @@ const GuiTypeSource GuiTypeSources[GuiTypesInUse] = {
     {75, "gui/expandminusbright.png", 25, 25, -20, 30, 255, 255, 255, 2},
     {76, "gui/tabshade.png", 270, 120, 0, 30, 255, 255, 255, 0},
     {77, "NULL;", 900, 1, -4243, 150, 12, 9, 8, 0},
+    {78, "NULL;", 1, 1, -4243, 191, 25, 15, 12, 0},  // 77 over 71
 };
 
 void SetGuiType(const GuiTypeSource &source) {

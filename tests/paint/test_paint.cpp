@@ -268,7 +268,7 @@ TEST_F(Paint, PlaysOnWithoutFontsAndPictures) {
   EXPECT_EQ(Count(Log(), "*ERR: Unable to open font. I'll try to keep going, but things won't look right. \n"), 2);
   EXPECT_EQ(DrawText("text", 0, 0, White, AlignLeft, 60), 0);
   EXPECT_EQ(DrawText("text", 0, 0, Green, AlignLeft, 60), 0);
-  for (int row = 1; row <= 75; row++) AddElement(row, 0, 0, 0, "some label", nullptr, 0);
+  for (int row = 1; row <= GuiTypesInUse; row++) AddElement(row, 0, 0, 0, "some label", nullptr, 0);
   uiMode = 1;
   BeginFrame();
   DrawOverlay({});
