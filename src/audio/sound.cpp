@@ -47,7 +47,7 @@ constexpr SlotLine SlotLines[] = {
     {47, 47, "suitjet3.ogg"},
     {48, 49, "airlock1.ogg"},
     {50, 51, "airlock2.ogg"},
-    {52, 57, "no.ogg"},
+    {SlotNo, SlotLastNo, "no.ogg"},
     {58, 59, "organicairlock.ogg"},
 };
 

@@ -14,6 +14,7 @@ enum SoundSlot : int {  // slots with a duty of their own; those of the jets are
   SlotMusic = 1,
   SlotSwitch = 3,       // a click on a menu entry
   SlotBreathing = 4,
+  SlotNo = 52, SlotLastNo = 57,  // a press that is refused: any of them
 };
 
 extern std::atomic<bool> SoundOff;   // Nothing is to be played: before InitSound, by option, or by a fault that it met. Main thread.

@@ -42,13 +42,9 @@ u16 IdOf(const Block &b) { return ComponentOf(b).id; }
 
 const std::string &ClassOf(const Block &b) { return ComponentOf(b).className; }
 
-// Rows with the same base are one family, and so are rows whose ids rise with them.
 bool TakeRow(Block *b, u16 from, int step) {
-  const int rows = static_cast<int>(Components.size()), row = from + step;
-  if (from >= rows || row < 1 || row >= rows) return false;
-  const int id = Components[static_cast<u16>(row)].id;
-  if (id == 0 || (FamilyBase(static_cast<u16>(row)) != FamilyBase(from) && id != Components[from].id + step)) return false;
-  b->component = static_cast<u16>(row);
+  if (!RowBelongs(from, step)) return false;
+  b->component = static_cast<u16>(from + step);
   return true;
 }
 
@@ -77,10 +73,6 @@ template <u16 base>
 static int Joined(const Placement &p) {
   return ConnectFamily(p, base);
 }
-template <int x, int y, int z>
-static int Box(const Placement &p) {
-  return PlaceMultiCell(p, x, y, z);
-}
 template <int variants>
 static int Varied(const Placement &p) {
   return PlaceRandomised(p, variants);
@@ -88,12 +80,12 @@ static int Varied(const Placement &p) {
 
 // Ids with a rule of their own; every other id stands on its target.
 constexpr RuleOfId Rules[] = {
-    {2, PlacePlain},          {20, Joined<20>},         {30, Box<1, 1, 2>},       {40, Joined<40>},
+    {2, PlacePlain},          {20, Joined<20>},         {30, PlaceMultiCell},     {40, Joined<40>},
     {70, AlignToNeighbours},  {80, AlignToNeighbours},  {83, AlignToNeighbours},  {94, AlignToNeighbours},
-    {120, Box<1, 2, 1>},      {122, Box<1, 2, 1>},      {124, Box<1, 2, 1>},      {200, Varied<12>},
+    {120, PlaceMultiCell},    {122, PlaceMultiCell},    {124, PlaceMultiCell},    {200, Varied<12>},
     {240, AlignToNeighbours}, {250, AlignToNeighbours}, {251, ShapePlating},      {261, ShapePlating},
     {270, AlignToNeighbours}, {310, Joined<310>},       {320, Varied<3>},         {340, Joined<340>},
-    {350, Box<2, 2, 2>},      {360, AlignToNeighbours}, {362, AlignToNeighbours}, {370, Varied<3>},
+    {350, PlaceMultiCell},    {360, AlignToNeighbours}, {362, AlignToNeighbours}, {370, Varied<3>},
     {420, Varied<4>},         {450, AlignToNeighbours}, {510, ShapePlating},      {520, ShapePlating},
     {530, ShapePlating},      {550, AlignToNeighbours}, {551, AlignToNeighbours}, {560, ShapePlating},
     {570, ShapePlating},      {580, ShapePlating},      {600, AlignToNeighbours}, {601, AlignToNeighbours},

@@ -32,6 +32,6 @@ int PlacePlain(const Placement &p);
 int StandOnTarget(const Placement &p);
 int AlignToNeighbours(const Placement &p);                    // In line with what stands around, as seen from the eye.
 int ShapePlating(const Placement &p);                         // Edge or corner by the plating around.
-int PlaceMultiCell(const Placement &p, int x, int y, int z);  // An object of x by y by z cells: all of them or none.
+int PlaceMultiCell(const Placement &p);                       // An object of several cells: all of them or none.
 int PlaceRandomised(const Placement &p, int variants);        // One of the rows from the held one on, turned at random.
 int ConnectFamily(const Placement &p, u16 base);              // Joins with kin; bases 20, 40, 310 and 340.

@@ -13,6 +13,7 @@
 
 #include <atomic>
 
+#include "gameplay/piece_box.h"
 #include "gameplay/ray.h"
 #include "world/block.h"
 
@@ -25,6 +26,7 @@ struct Target {
   bool tooFast = false, cinematic = false, menuOpen = false;  // copies of the flags in PlayerFlags
   Block marker;                          // what is drawn at the aim
   Block hitBlock;                        // the block aimed at
+  PieceBox box;                          // what the held piece would take; one cell for most
 };
 
 struct Player {

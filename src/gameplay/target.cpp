@@ -5,7 +5,6 @@
 #include "world/access.h"
 
 constexpr float ArmReach = 12.0f;                        // blocks
-constexpr u64 MarkerNone = 1, MarkerFace = 3, MarkerCell = 4;  // rows of Components
 
 static bool InCube(Vec3f p) {
   constexpr float limit = CellsPerAxis;
@@ -108,6 +107,8 @@ bool RefreshTarget() {
   ChooseFollowing(&p.target, p.activeTool);
   // The block that was aimed at before is out of sight by now, and a press would still remove it: nothing is aimed at instead.
   const bool processed = Aim(&p.target, p, *ship, false);
+  p.target.box = processed ? BoxAtPlace(static_cast<u16>(p.heldBlock.component), p.target.placeCell, p.target.targetCell, *ship)
+                           : PieceBox{};
   StoreAimIfUnlocked(p.target, read);
   return processed;
 }

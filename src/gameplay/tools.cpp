@@ -9,6 +9,7 @@
 #include "core/utils.h"
 #include "gameplay/connect.h"
 #include "gameplay/input.h"
+#include "gameplay/refuse.h"
 #include "gameplay/target.h"
 #include "gui/tutorial.h"
 #include "net/edits.h"
@@ -17,15 +18,20 @@
 
 constexpr double RepeatPeriod = 0.2, CutterPause = 1.0;
 
-static bool PlaceAtAim(const Player &p) {
+// None when the block stands. The rules of placing would build into the player, who then looks at the inside of a block and
+// is thrown about, and would grow a piece into the wall that it is put against: both are seen to before they are asked.
+static Refusal PlaceAtAim(const Player &p) {
   Ship *ship = CurrentShip();
-  if (ship == nullptr) return false;
-  Placement placement{.block = p.heldBlock, .at = p.target.placeCell, .target = p.target.targetCell, .ship = ship};
+  if (ship == nullptr) return Refusal::NoTarget;
+  const Target &t = p.target;
+  const PieceBox box = BoxAtPlace(static_cast<u16>(p.heldBlock.component), t.placeCell, t.targetCell, *ship);
+  if (const Refusal why = WhyNotIn(box, p, *ship); why != Refusal::None) return why;
+  Placement placement{.block = p.heldBlock, .at = box.low, .target = t.targetCell, .ship = ship};
   for (int a = 0; a < 3; ++a) placement.eye[a] = FloatToInt(p.relativeLoc[a]);
-  if (PlaceShaped(placement) != 1) return false;
+  if (PlaceShaped(placement) != 1) return Refusal::NotHere;
   PlaceSound(static_cast<u16>(p.heldBlock.material));
   RefreshTarget();
-  return true;
+  return Refusal::None;
 }
 
 static bool RemoveAtAim(const Player &p) {
@@ -38,22 +44,36 @@ static bool RemoveAtAim(const Player &p) {
 
 static bool CanPlace(const Player &p) { return !p.target.targetBlocked && p.target.placeCell.x != 0; }
 
+// Only presses tell: a held button that comes to the end of its run has done what it was held for.
+static void Refuse(Refusal why) { TellRefusal(why, ClockNow()); }
+
+// False, and told, when the target is blocked.
+static bool MayWork(const Player &p) {
+  if (p.target.targetBlocked) Refuse(WhyBlocked(p, CurrentShip()));
+  return !p.target.targetBlocked;
+}
+
 static void PressPlace(Player *p) {
-  if (!CanPlace(*p)) return;
+  if (!MayWork(*p)) return;
+  if (p->target.placeCell.x == 0) return Refuse(WhyNoPlaceCell(*p, CurrentShip()));
   nextToolTime = ClockNow() + RepeatPeriod;
-  if (PlaceAtAim(*p))
-    TutorialAdvances(WaitBlockPlace);
-  else
+  if (const Refusal why = PlaceAtAim(*p); why != Refusal::None) {
     LogWarn("Unable to place block");
+    return Refuse(why);
+  }
+  ForgetRefusal();
+  TutorialAdvances(WaitBlockPlace);
 }
 
 static void HeldPlace(Player *p) {
-  if (CanPlace(*p) && PlaceAtAim(*p)) nextToolTime = ClockNow() + RepeatPeriod;
+  if (CanPlace(*p) && PlaceAtAim(*p) == Refusal::None) nextToolTime = ClockNow() + RepeatPeriod;
 }
 
 static void PressRemove(Player *p) {
-  if (p->target.targetBlocked) return;
-  if (!RemoveAtAim(*p)) LogWarn("Unable to remove block");
+  if (!MayWork(*p)) return;
+  if (RemoveAtAim(*p)) return ForgetRefusal();
+  LogWarn("Unable to remove block");
+  Refuse(WhyNotRemoved(*p, CurrentShip()));
 }
 
 static void PressUnbuild(Player *p) {
@@ -75,7 +95,7 @@ static void HeldCut(Player *p) {
 static void PickBlock(Player *p) {
   const Ship *ship = CurrentShip();
   const Cell3 c = p->target.targetCell;
-  if (p->target.targetBlocked || ship == nullptr) return;
+  if (!MayWork(*p) || ship == nullptr) return;
   GetBlockForPick(&p->heldBlock, c.x, c.y, c.z, *ship);
   StoreHand(*p);
 }
@@ -83,14 +103,14 @@ static void PickBlock(Player *p) {
 static void PickOrientation(Player *p) {
   const Ship *ship = CurrentShip();
   const Cell3 c = p->target.targetCell;
-  if (p->target.targetBlocked || ship == nullptr) return;
+  if (!MayWork(*p) || ship == nullptr) return;
   GetBlockRotation(&p->heldBlock, c.x, c.y, c.z, *ship);
   StoreHand(*p);
 }
 
 static void LockPlane(Player *p) {
   Target &t = p->target;
-  if (t.aimState != 2 || t.targetBlocked) return;
+  if (!MayWork(*p) || t.aimState != 2) return;
   t.aimState = 3;
   const u16 cell[3] = {t.targetCell.x, t.targetCell.y, t.targetCell.z};
   constexpr int axisOfFace[8] = {-1, 2, 1, 2, 0, 1, 0, -1};

@@ -23,5 +23,6 @@ extern u32 GuiUploads;                   // glyphs sent to the graphics card so 
 
 void DrawMenu();                         // uiMode 1
 void DrawHud(const Player &player);      // uiMode 0 and 2
+void DrawRefusal();                      // Why the last press was refused, for as long as that is shown.
 void DrawTutorial(int side);             // The window with the step's lines; side: an anchor, 4 or 5.
 void DrawOverlay(const Player &player);  // Menu or HUD by uiMode, then the driver's errors are read.

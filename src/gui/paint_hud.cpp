@@ -100,4 +100,5 @@ void DrawHud(const Player &player) {
   const bool alive = player.health > 0;
   if (alive && player.suitOn) DrawTool(player.activeTool);
   DrawPanels(player);
+  DrawRefusal();
 }

@@ -121,8 +121,10 @@ void EndTutorial() {
   ScriptBytes = {};
 }
 
+// A script that ends clears the option in memory only. Saved here, or the tutorial would begin anew at the next start.
 bool TutorialAdvances(u8 wait) {
   if (wait == WaitNothing || !Options.Tutorial || tutorialStep != wait) return false;
   TutorialNext();
+  if (!Options.Tutorial) SaveOptions();
   return true;
 }

@@ -22,4 +22,5 @@ enum TutorialWait : u8 {
 void StartTutorial();            // Opens the script of the current language; without one the option goes off.
 void TutorialNext();             // Shows the next step; may put a component in the player's hand, or end the tutorial.
 void EndTutorial();
-bool TutorialAdvances(u8 wait);  // Whether the tutorial runs and waits for this; then it has advanced.
+bool TutorialAdvances(u8 wait);  // Whether the tutorial runs and waits for this; then it has advanced, and at its end the
+                                 // options are saved.

@@ -10,6 +10,7 @@
 #include "core/log.h"
 #include "core/utils.h"
 #include "net/session.h"
+#include "render/box_frame.h"
 #include "render/cache.h"
 #include "render/collect.h"
 #include "render/debris.h"
@@ -22,33 +23,59 @@ constexpr i64 SortedVoxelCost = 5;                   // what a see-through voxel
 constexpr u32 FetchAhead = 8;                        // entries between asking for memory and using it
 constexpr int CacheLines = 4;                        // of a cache are asked for; a longer list then runs in order
 
-static GraphicBlock PreviewGraphic;  // Parse only; set up once by InitPreview
+static GraphicBlock PreviewGraphics[MostParts];  // one for each cell of a piece; Parse only; set up once by InitPreview
 static LightEntry PreviewLight{0, 0, 0, 255, 255, 255, 0};
 
 void InitPreview() {
-  PreviewGraphic.lightList = &PreviewLight;
-  PreviewGraphic.lightCount = 1;
+  for (GraphicBlock &g : PreviewGraphics) {
+    g.lightList = &PreviewLight;
+    g.lightCount = 1;
+  }
 }
 
 static bool EyeInCell(const float (&eye)[3], Cell3 cell) {
   return FloatToInt(eye[0]) == cell.x && FloatToInt(eye[1]) == cell.y && FloatToInt(eye[2]) == cell.z;
 }
 
-// The ghost of the held block, or the aim marker, in front of all other blocks. There is none on the zero faces of a ship,
-// where no block has lists: a place cell of (0, 0, 0) means that there is no place.
+bool ShowsPreview(const Player &player) {
+  return !player.target.markerHidden && !EyeInCell(player.relativeLoc, player.target.hitCell);
+}
+
+bool Builds(const Player &player) { return player.activeTool == PlaceTool || player.activeTool == PlaneTool; }
+
+// There is none on the zero faces of a ship, where no block has lists: a place cell of (0, 0, 0) means that there is no place.
+static void AddGhost(VoxelList *list, const Ship &ship, const Player &player, GraphicBlock *g, Cell3 cell, u64 head) {
+  if (cell.x == 0 || cell.y == 0 || cell.z == 0 || !RoomForVisible(list, 1)) return;
+  g->x = cell.x;
+  g->y = cell.y;
+  g->z = cell.z;
+  BuildBlockCache(head, ship, cell.x, cell.y, cell.z, player, g, nullptr);
+  list->visibleBlocks[list->visibleCount++] = {0.0f, g, head, VisibilityUndecided};
+}
+
+// The ghost of the held block alone would show a part of the piece, turned as none of it will stand: each cell shows its own.
+static void AddPieceGhosts(VoxelList *list, const Ship &ship, const Player &player) {
+  const PieceBox &box = player.target.box;
+  if (!box.room) return;
+  Block part = player.heldBlock;
+  part.rotation = 3;
+  EachPart(box.low, box.size, [&](Cell3 cell, int step) {
+    part.component = static_cast<u16>(player.heldBlock.component + static_cast<unsigned>(step));
+    PreviewGraphics[step].ghostAlpha = PlacingGhost;
+    AddGhost(list, ship, player, &PreviewGraphics[step], cell, HeadOf(part));
+    return true;
+  });
+}
+
+// The ghost of the held block, or the aim marker, in front of all other blocks.
 static void AddPreviewBlock(VoxelList *list, const Ship &ship, const Player &player) {
   const Target &target = player.target;
-  if (target.markerHidden || EyeInCell(player.relativeLoc, target.hitCell)) return;
-  const bool placing = player.heldBlock.rotation != 0 && (player.activeTool == PlaceTool || player.activeTool == PlaneTool);
-  const Cell3 cell = placing ? target.placeCell : target.hitCell;
-  if (cell.x == 0 || cell.y == 0 || cell.z == 0 || !RoomForVisible(list, 1)) return;
-  const u64 head = HeadOf(placing ? player.heldBlock : target.marker);
-  PreviewGraphic.x = cell.x;
-  PreviewGraphic.y = cell.y;
-  PreviewGraphic.z = cell.z;
-  PreviewGraphic.ghostAlpha = placing ? PlacingGhost : MarkerGhost;
-  BuildBlockCache(head, ship, cell.x, cell.y, cell.z, player, &PreviewGraphic, nullptr);
-  list->visibleBlocks[list->visibleCount++] = {0.0f, &PreviewGraphic, head, VisibilityUndecided};
+  if (!ShowsPreview(player)) return;
+  const bool placing = player.heldBlock.rotation != 0 && Builds(player);
+  if (placing && ShowsBoxFrame(player)) return AddPieceGhosts(list, ship, player);
+  PreviewGraphics[0].ghostAlpha = placing ? PlacingGhost : MarkerGhost;
+  AddGhost(list, ship, player, &PreviewGraphics[0], placing ? target.placeCell : target.hitCell,
+           HeadOf(placing ? player.heldBlock : target.marker));
 }
 
 // Where the visible list goes when it is put in order; the two change places each time. World mutex.
@@ -223,6 +250,7 @@ static void EmitWorld(VoxelList *list, const Ship &ship, const Player &player) {
   if (Online) EmitRemotePlayers(list);
   list->otherInstances = (list->count - mark) / 4;
   EmitTransparent(list, fullDetail, player.relativeLoc);
+  EmitBoxFrame(list, player);
 }
 
 int Parse(VoxelList *list, const Player &player) {

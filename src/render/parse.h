@@ -14,6 +14,8 @@ int BoxInViewCounted(const FrustumPlanes &f, const float (&low)[3], const float 
 
 // The preview record: the aim marker, or the block about to be placed.
 void InitPreview();
+bool ShowsPreview(const Player &player);  // Not while the marker is hidden or the eye is in the cell aimed at.
+bool Builds(const Player &player);        // With a tool that shows the held block.
 int Parse(VoxelList *list, const Player &player);  // One run; world mutex held. Always 1.
 // The stages of a run, for tests and benchmarks.
 void CollectVisibleBlocks(VoxelList *list, const Ship &ship, const FrustumPlanes &f, const float (&camera)[3]);

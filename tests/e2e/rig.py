@@ -200,12 +200,12 @@ def read_ship(path):
     return blocks
 
 
-def write_ship(path, blocks):
-    """A stream ship of these blocks, {(x, y, z): component row}, of the first material."""
+def write_ship(path, blocks, rotation=0):
+    """A stream ship of these blocks, {(x, y, z): component row}, of the first material. Without a rotation they are unseen."""
     chunks = {}
     for place, component in sorted(blocks.items()):
         levels = [sum(at // step % 10 * 10 ** axis for axis, at in enumerate(place)) for step in (1000, 100, 10, 1)]
-        chunks.setdefault(tuple(levels[:3]), []).append(struct.pack("<3H", 1 << 5, component, levels[3]))
+        chunks.setdefault(tuple(levels[:3]), []).append(struct.pack("<3H", 1 << 5 | rotation, component, levels[3]))
     groups = [struct.pack("<4H", *group, len(entries)) + b"".join(entries) for group, entries in chunks.items()]
     Path(path).write_bytes(gzip.compress(bytes([1, 0, 0]) + b"".join(groups)))
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "content/options.h"
+#include "core/log.h"
 #include "gameplay/input.h"
 #include "gameplay/motion.h"
 #include "gameplay/target.h"
@@ -19,6 +20,7 @@ struct Play : testing::Test {
   void SetUp() override {
     LoadTables();
     UseTemporaryInstallation();
+    TellRepeats(true);  // lines of an earlier test are not this one's repeats
     ResetOptions();
     Options.Tutorial = false;
     ship = AppendShip(&TheShipTable);

@@ -81,3 +81,74 @@ TEST_F(Lesson, F1EndsItAtOnceAndKeepsThatInTheOptions) {
   EXPECT_EQ(tutorialStep, WaitSpace) << "from the start again";
   EXPECT_EQ(TutorialLines[0], " Do it.");
 }
+
+namespace {
+
+// Somebody who has never played: six blocks from the rock, looks nowhere else, and holds each button for two seconds.
+struct Stranger : Play {
+  static constexpr int Rock = Middle - 7;  // six free cells between the player and it
+  void SetUp() override {
+    Play::SetUp();
+    for (int x = -3; x <= 3; ++x)
+      for (int y = -3; y <= 3; ++y) Place(Middle + x, Middle + y, Rock);
+    RefreshTarget();
+  }
+  static void HoldButton(int button) {
+    SetMouseState(button, true);
+    OnMouseButton(button, 1);
+    for (int repeat = 0; repeat < 10 && uiMode == 0; ++repeat) {
+      nextToolTime = ClockNow() - 1;
+      Player p = ReadPlayer();
+      HeldInputStep(&p);
+      RefreshTarget();
+    }
+    SetMouseState(button, false);
+    OnMouseButton(button, 0);
+  }
+  static void HoldKey(int key) {
+    OnKey(key, 1);
+    OnKey(key, 0);
+    RefreshTarget();
+  }
+  // What the step asks for; a block that is in the way is taken away first, as the words say.
+  static void Do(u8 wait) {
+    const Controls &c = Options.controls;
+    const int keys[] = {0, c.stop, KeyEsc, c.blockSelect, 0, c.blockSelect, '1', '2', '3', '4', '5', '2', c.moveRight, 0, c.use};
+    if (wait != WaitBlockPlace) return HoldKey(keys[wait]);
+    HoldButton(0);
+    if (tutorialStep != wait || StepText() != Before) return;
+    HoldButton(1);
+    HoldButton(0);
+  }
+  static std::string StepText() {
+    std::string text;
+    for (int line = 0; line < TutorialLineCount; ++line) text += TutorialLines[line];
+    return text;
+  }
+  static inline std::string Before;
+};
+
+}  // namespace
+
+TEST_F(Stranger, ReachesTheEndInEveryLanguageAndIsNotTaughtAgain) {
+  for (const auto &language : std::filesystem::directory_iterator(std::string(TARNVALE_ROOT) + "/config/language")) {
+    SCOPED_TRACE(language.path());
+    std::filesystem::remove("config/text/options");
+    Options.Language = language.path().filename().string();
+    StartTutorial();
+    TutorialNext();
+    uiMode = 0;
+    int steps = 0;
+    std::string last;
+    for (; Options.Tutorial && steps < 60; ++steps) {
+      last = Before = StepText();
+      Do(tutorialStep);
+      ASSERT_NE(StepText(), Before) << "the step stays";
+      for (const int z : {Middle, Middle + 1}) ASSERT_FALSE(Taken(Middle, Middle, z)) << "built into the player: " << Before;
+    }
+    EXPECT_GE(steps, 20);
+    EXPECT_NE(last.find("F1"), std::string::npos) << "the last words wait to be read: " << last;
+    EXPECT_NE(ReadText("config/text/options").find("Tutorial 0\n"), std::string::npos);
+    SetUp();
+  }
+}

@@ -2,7 +2,10 @@
 #include "render/parse.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <set>
+#include <utility>
 
 #include "core/utils.h"
 #include "render/blocks.h"
@@ -239,6 +242,58 @@ TEST_F(ParseTest, PreviewStandsInFrontUnlessTheEyeIsInIt) {
     Parse(&list, player);
     ASSERT_EQ(list.publishedCount / 4, 1352 + c.more) << int{c.tool};
     EXPECT_EQ(list.publishedColours[list.publishedCount - 1], c.alpha);
+  }
+}
+
+TEST_F(ParseTest, APieceOfSeveralCellsHasAFrameRoundAllOfThem) {
+  Row(1, solid, 5, Visible, true);
+  player.target.markerHidden = false;
+  player.target.hitCell = {100, 100, 100};
+  player.target.placeCell = {99, 100, 100};
+  player.target.marker = CubeOf(5, solid);
+  player.heldBlock = CubeOf(5, static_cast<u16>(FindComponent(350)), 0);
+  const auto drawn = [&] {
+    Parse(&list, player);
+    return list.publishedCount / 4;
+  };
+  const u32 alone = drawn();
+  player.target.box = {.low = {102, 100, 100}, .size = {2, 2, 2}, .room = true};
+  constexpr u32 frame = 4 * (32 + 30 + 30);
+  for (const bool room : {true, false}) {
+    player.target.box.room = room;
+    ASSERT_EQ(drawn(), alone + frame);
+    std::set<std::array<float, 3>> places;
+    for (u32 i = alone; i < alone + frame; ++i) {
+      const float *at = list.publishedLocations + 4 * i;
+      const float low[3] = {102, 100, 100};
+      int ends = 0;
+      for (int a = 0; a < 3; ++a) ends += at[a] == low[a] || at[a] == low[a] + 31.0f / 16;
+      EXPECT_GE(ends, 2);
+      places.insert({at[0], at[1], at[2]});
+      EXPECT_EQ(list.publishedColours[4 * i + 1] > 128, room) << "red where there is no room";
+    }
+    EXPECT_EQ(places.size(), frame) << "each voxel once";
+  }
+  player.target.box = {.low = {98, 100, 100}, .size = {2, 2, 2}, .room = true};
+  ASSERT_EQ(drawn(), alone + frame);
+  EXPECT_LT(list.publishedColours[4 * alone + 1], 128) << "and where the player is";
+  player.target.box = {.low = {102, 100, 100}, .size = {2, 2, 2}, .room = false};
+  player.heldBlock.rotation = 4;
+  EXPECT_LT(drawn(), alone + frame) << "without room no part is shown, and no marker";
+  player.target.box.room = true;
+  u32 parts = 0;
+  for (unsigned part = 0; part < 8; ++part) {
+    const Component &c = Components[player.heldBlock.component + part];
+    parts += static_cast<u32>(c.drawnOpaque + c.drawnTranslucent);
+  }
+  EXPECT_GT(drawn(), frame + parts / 2) << "all parts are";
+  const struct { u8 tool; bool hidden; u16 place; } without[] = {{1, false, 99}, {0, true, 99}, {0, false, 0}};
+  for (const auto &w : without) {
+    player.activeTool = w.tool, player.target.markerHidden = w.hidden, player.target.placeCell.x = w.place;
+    const PieceBox box = std::exchange(player.target.box, PieceBox{});
+    const u32 plain = drawn();
+    player.target.box = box;
+    EXPECT_EQ(drawn(), plain) << int{w.tool};
   }
 }
 
