@@ -6,6 +6,7 @@
 #include "content/options.h"
 #include "gameplay/motion.h"
 #include "gameplay/player.h"
+#include "net/edits.h"
 #include "support/ship_test.h"
 
 namespace {
@@ -50,6 +51,22 @@ struct Pieces : ShipTest {
 };
 
 }  // namespace
+
+// A lamp that goes takes the light of a farther one along, until the next runs of Parse; no edit has to wait for that.
+TEST_F(Pieces, ParseMendsTheLightThatAnEditLeftWrong) {
+  Ship *rock = AddShip(1000, 1013);
+  const Block lamp = CubeOf(5, ComponentRow(1000));
+  for (const int at : {1000, 1020}) PlaceBlockNetworked(lamp, static_cast<u16>(at), static_cast<u16>(at), 1000, rock);
+  PlaceBlockNetworked(CubeOf(), 1013, 1013, 1000, rock);
+  const CellAddress a = AddressOf(1013, 1013, 1000);
+  const auto lights = [&] { return static_cast<int>(FindCells(a, *rock)->graphicBlocks.load()[a.block].lightCount); };
+  ASSERT_EQ(lights(), 1);
+  ASSERT_TRUE(RemoveBlockNetworked(1000, 1000, 1000, rock));
+  EXPECT_EQ(lights(), 0) << "by the rule of removing";
+  double timer = 0;
+  for (int run = 0; run < 100 && !rock->remains.stale.empty(); ++run) ParsePiece(&timer);
+  EXPECT_EQ(lights(), 1);
+}
 
 TEST_F(Pieces, ThePlayerBelongsToTheNearestShipWithinThirtyBlocks) {
   AddShip(1000, 1010);
