@@ -34,6 +34,9 @@ struct BlockUpdate {
   int shipFolder = -1, megaFolder = -1, file = -1;
 };
 
+// What an update leaves in the files, whatever the calls that made it said.
+enum class Stored { New, Old, Unknown };
+
 }  // namespace
 
 static i64 RecordOffset(int slot, unsigned block) { return SlotOffset(slot) + 2 + static_cast<i64>(block * RecordBytes); }
@@ -161,9 +164,6 @@ static bool AppendSlot(BlockUpdate *u) {
   KeepSlot(*u);
   return true;
 }
-
-// What an update leaves in the files, whatever the calls that made it said.
-enum class Stored { New, Old, Unknown };
 
 static Stored RecordAt(int file, i64 offset, const u8 *fresh, const u8 *old) {
   u8 record[RecordBytes];

@@ -381,7 +381,7 @@ TEST_F(Screens, AGameThatSavesNothingAsksFirstAndSaysSoInItsMenu) {
   ToggleMenu();
   EXPECT_EQ(uiMode, 1) << "the question wants an answer";
   EXPECT_EQ(Click(0, -200), -1) << "one leaves the game";
-  EXPECT_EQ(At(0, 0)->text, "Play without Saving");
+  EXPECT_EQ(At(0, 0)->text, "Play Unsaved");
   Click(0, 0);
   EXPECT_TRUE(uiMode == 0 && MenuClosable);
   SavingOn = false;
