@@ -43,7 +43,8 @@ int main(int argc, char **argv) {
   action.sa_handler = OnSignal;
   sigaction(SIGTERM, &action, nullptr);
   sigaction(SIGINT, &action, nullptr);
-  if (!BeginServerLog()) return 1;
+  std::string why;
+  if (!BeginServerLog(&why)) return std::fprintf(stderr, "%s\n", why.c_str()), 1;
   const bool started = StartServer();
   if (started) {
     RunServer();

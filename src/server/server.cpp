@@ -46,9 +46,8 @@ static bool LastDidNotStart() {
          std::string_view(reinterpret_cast<const char *>(bytes.data()), bytes.size()).ends_with("\n*ERR: " + std::string(NotStarted) + " \n");
 }
 
-bool BeginServerLog() {
-  std::string why;
-  if (!ClaimFolder(&why)) return std::fprintf(stderr, "%s\n", why.c_str()) < 0;
+bool BeginServerLog(std::string *why) {
+  if (!ClaimFolder(why)) return false;
   if (!LastDidNotStart()) MoveLogOn(LogName, OldLogs);
   LogInit(LogName, OldLogs);
   return true;

@@ -1,6 +1,8 @@
 // The server as a whole.
 #pragma once
 
+#include <string>
+
 #include <atomic>
 
 #include "net/server_options.h"
@@ -9,9 +11,9 @@
 extern ServerOptions TheServerOptions;  // read once, at the start
 extern std::atomic<bool> StopRequested;  // the console or a signal wants the end; looked at in each pass
 
-// Takes the folder and begins its log anew, where five old ones are kept. False: another server has it, and nothing was touched;
-// said on standard error.
-bool BeginServerLog();
+// Takes the folder and begins its log anew, where five old ones are kept. False: another server has it, and nothing was
+// touched; why says so.
+bool BeginServerLog(std::string *why);
 bool StartServer();                     // Options, tables, world, port. False: said why, nothing runs.
 void RunServer();                       // Until StopRequested.
 void StopServer();                      // Everyone is told, and the stream files are written.
