@@ -1,9 +1,8 @@
 // The server as a whole.
 #pragma once
 
-#include <string>
-
 #include <atomic>
+#include <string>
 
 #include "net/server_options.h"
 #include "server/control.h"
