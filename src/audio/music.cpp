@@ -69,7 +69,7 @@ static u16 SongSeconds() {
 }
 
 // Streams the file on the music slot. False with the reason logged. To open the file and to decode its first seconds takes up
-// to 20 ms, so SoundMutex is held for the gain alone: the stream is this thread's, and the other slots' calls don't fail.
+// to 20 ms, so SoundMutex is held for the gain alone: the stream is this thread's, and the other slots' calls wait for nothing.
 static bool StartSong(const char *path) {
   ReleaseSong();
   SongStream = alureCreateStreamFromFile(path, ChunkMicroseconds, 0, nullptr);
@@ -79,7 +79,10 @@ static bool StartSong(const char *path) {
   }
   SetMusicGain();
   SongPlaying = true;
-  if (alurePlaySourceStream(SoundSlots[SlotMusic], SongStream, ChunksInFlight, 0, SoundEnded, nullptr)) return true;
+  HoldSlots(true);
+  const bool plays = alurePlaySourceStream(SoundSlots[SlotMusic], SongStream, ChunksInFlight, 0, SoundEnded, nullptr);
+  HoldSlots(false);
+  if (plays) return true;
   SongPlaying = false;
   return LogError("Cannot stream song for unknown reason") != 0;
 }

@@ -4,6 +4,7 @@
 #include <AL/al.h>
 #include <AL/alure.h>
 
+#include <bitset>
 #include <cstdlib>
 #include <string>
 
@@ -177,10 +178,49 @@ void ShutdownSound() {
   if (!alureShutdownDevice()) LogWarn("Cannot stop sound device");
 }
 
+// What waits for the end of a song's start; SoundMutex. A stop goes before a play of the same slot.
+static bool SlotsHeld = false;
+static std::bitset<SlotCount> HeldPlays, HeldStops;
+
+// SoundMutex held.
+static bool Plays(int slot) {
+  ALint state = AL_STOPPED;
+  alGetSourcei(SoundSlots[slot], AL_SOURCE_STATE, &state);
+  return state == AL_PLAYING;
+}
+
+// SoundMutex held. False when the slot is busy.
+static bool StartSlot(int slot) {
+  if (!SlotsHeld) return alurePlaySource(SoundSlots[slot], SoundEnded, nullptr);
+  const size_t s = static_cast<size_t>(slot);
+  if (HeldPlays[s] || (Plays(slot) && !HeldStops[s])) return false;
+  HeldPlays.set(s);
+  return true;
+}
+
+// SoundMutex held.
+static bool EndSlot(int slot) {
+  if (!SlotsHeld) return alureStopSource(SoundSlots[slot], AL_TRUE);
+  HeldStops.set(static_cast<size_t>(slot));
+  HeldPlays.reset(static_cast<size_t>(slot));
+  return true;
+}
+
+void HoldSlots(bool hold) {
+  const ScopedLock guard(&SoundMutex);
+  SlotsHeld = hold;
+  for (int slot = 0; slot < SlotCount && !hold; ++slot) {
+    if (HeldStops[static_cast<size_t>(slot)]) EndSlot(slot);
+    if (HeldPlays[static_cast<size_t>(slot)]) StartSlot(slot);
+  }
+  HeldPlays.reset();
+  HeldStops.reset();
+}
+
 bool PlaySlot(int slot) {
   if (SoundOff || !IsSlot(slot)) return false;
   const ScopedLock guard(&SoundMutex);
-  return alurePlaySource(SoundSlots[slot], SoundEnded, nullptr);
+  return StartSlot(slot);
 }
 
 bool PlaySlotAt(int slot, float pitch, float gain) {
@@ -188,13 +228,13 @@ bool PlaySlotAt(int slot, float pitch, float gain) {
   const ScopedLock guard(&SoundMutex);
   SetSource(slot, AL_GAIN, gain * Options.SoundVolume);
   SetSource(slot, AL_PITCH, pitch);
-  return alurePlaySource(SoundSlots[slot], SoundEnded, nullptr);
+  return StartSlot(slot);
 }
 
 bool StopSlot(int slot) {
   if (SoundOff || !IsSlot(slot)) return false;
   const ScopedLock guard(&SoundMutex);
-  if (alureStopSource(SoundSlots[slot], AL_TRUE)) return true;
+  if (EndSlot(slot)) return true;
   return LogWarn("Cannot stop sound") != 0;
 }
 

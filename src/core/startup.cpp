@@ -52,14 +52,14 @@ static void LogMachine() {
 }
 
 // A second game in the folder must leave the first one's ships, options and log alone. TARNVALE_SAVING=0 in the environment asks for
-// a game that saves nothing, and that no other one has to wait for.
+// a game that saves nothing, and that no other one has to wait for: one that comes later has errors.txt.
 static void TakeInstallation() {
   const char *saving = std::getenv("TARNVALE_SAVING");
   const bool wanted = saving == nullptr || std::strcmp(saving, "0") != 0;
   FolderTaken = wanted ? HoldInstallation() == Hold::Taken : OthersHoldInstallation();
   SavingOn = wanted && !FolderTaken;
   AskedForNoSaving = !wanted;
-  LogInit(FolderTaken ? "errors2.txt" : "errors.txt");
+  LogInit(SavingOn ? "errors.txt" : "errors2.txt");
 }
 
 static void TellWhatIsNotSaved() {

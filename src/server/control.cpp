@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "core/log.h"
+#include "core/utils.h"
 #include "server/console.h"
 
 namespace {
@@ -175,7 +176,10 @@ void CloseControl() {
   RemoveSocket();
 }
 
-void Answer(Asker asker, const std::string &line) {
+void Answer(Asker asker, const std::string &text) {
+  std::string line = text;
+  ReplaceControls(line.data());
+  line.resize(std::strlen(line.c_str()));
   if (asker == Terminal) return PrintLine((line + "\n").c_str());
   if (Connection *c = Find(asker); c != nullptr && !c->ended) c->out += line + "\n";
 }

@@ -159,13 +159,15 @@ u64 WorkOut(const int (&cell)[3], const Ship &ship, LitList *list) {
   return spent;
 }
 
-// A block that is drawn gets new voxel lists; one that has none yet shows as a cube, whose colour goes by its light too.
+// A block that is drawn gets new voxel lists; one that has none, or belongs to another ship than the player's, shows as a cube,
+// whose colour goes by its light too.
 void TakeList(const LightEntry *list, u8 count, GraphicBlock *g) {
   if (g->cache == nullptr) g->cacheState[0] = 0;
   if (count == g->lightCount && (count == 0 || std::memcmp(list, g->lightList, count * sizeof *list) == 0)) return;
   if (count == 0) g->lightCount = 0;
   else SetLightList(g, list, count);
   g->cacheDirty = g->cache != nullptr;
+  g->cacheState[0] = 0;
 }
 
 u64 RelightCell(u16 i, Chunk &chunk, ChunkCells *cells, const Ship &ship) {

@@ -7,6 +7,7 @@
 #include "core/log.h"
 #include "world/access.h"
 #include "world/cells.h"
+#include "world/edit.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ static void AddCell(Totals *t, ShipSummary *s, u64 head, const u16 (&cell)[3]) {
 }
 
 std::unique_ptr<ShipSummary> BuildShipSummary(Ship *ship) {
-  if (RemoveBlockHeld(0, 0, 0, ship)) LogWarn("The block in cell (0, 0, 0) was left out: ships keep that cell free.");
+  if (EditRemove(0, 0, 0, ship)) LogWarn("The block in cell (0, 0, 0) was left out: ships keep that cell free.");
   auto s = std::make_unique<ShipSummary>();
   Totals t;
   ForEachChunk(*ship, [&](Chunk &chunk, ChunkCells &cells, CellAddress) {

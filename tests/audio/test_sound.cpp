@@ -183,6 +183,22 @@ TEST_F(Sound, NoOtherSoundWaitsForTheStartOfASong) {
   EXPECT_EQ(Says("*ERR: Cannot stream song"), 1);
 }
 
+// What the slots are asked for while the sound library is busy with a song is done behind it, in its order.
+TEST_F(Sound, WhatIsAskedForDuringASongsStartIsDoneBehindIt) {
+  ASSERT_TRUE(InitSound() && PlaySlot(46));
+  HoldSlots(true);
+  EXPECT_TRUE(PlaySlotAt(35, 1.0f, 0.6f));
+  EXPECT_FALSE(PlaySlot(35)) << "busy";
+  EXPECT_TRUE(PlaySlot(3) && StopSlot(3));
+  EXPECT_FALSE(PlaySlot(46)) << "plays already";
+  EXPECT_TRUE(StopSlot(46) && StopSlot(SlotBreathing) && PlaySlot(SlotBreathing));
+  EXPECT_FALSE(Plays(35) || !Plays(46));
+  HoldSlots(false);
+  EXPECT_TRUE(Plays(35) && Plays(SlotBreathing));
+  EXPECT_FALSE(Plays(3) || Plays(46));
+  EXPECT_TRUE(StopSlot(35) && !Plays(35));
+}
+
 static void Truncate(const fs::path &path) { fs::resize_file(path, fs::file_size(path) / 3); }
 static void Rubbish(const fs::path &path) { WriteText(path, std::string("OggS\0\2", 6).append(3000, 'x')); }
 static void Remove(const fs::path &path) { fs::remove_all(path); }
