@@ -17,6 +17,7 @@
 #include "gameplay/input.h"
 #include "gameplay/last_ship.h"
 #include "gl/init.h"
+#include "gui/language.h"
 #include "gui/mode.h"
 #include "gui/paint.h"
 #include "gui/screens.h"
@@ -71,7 +72,7 @@ static void TellWhatIsNotSaved() {
 static void OfferToStart() {
   if (SavingOn) return;
   if (FolderTaken && !AskedForNoSaving && Options.SinglePlayer) BuildFolderTaken();
-  else AddChatLine("This game saves nothing");
+  else AddChatLine(GuiStrings[TextSavesNothing].c_str());
 }
 
 // The tables and all that stands on their rows. False with the reason logged.

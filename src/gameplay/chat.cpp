@@ -1,8 +1,6 @@
 // The line of chat while it is typed. The text always holds "|" where the next character goes.
 #include "gameplay/chat.h"
 
-#include <cstring>
-
 #include "content/options.h"
 #include "gameplay/player.h"
 #include "gui/language.h"
@@ -53,22 +51,27 @@ static std::string Echo(const std::string &line) {
   return line[0] == '|' ? "* " + Options.PlayerName + " " + line.substr(1) : Options.PlayerName + ": " + line;
 }
 
+// An empty line, or an empty action, needs no reader.
+static bool SaysSomething(const std::string &line) { return line.find_first_not_of(" ", line[0] == '|' ? 1 : 0) != std::string::npos; }
+
 // SendChat drops in silence what can't be sent. A line that vanishes under its writer's fingers looks like a fault of the game, so
 // this road says what became of it.
 static void SendOrTell(const char *text) {
   const std::string line = LineToSend(text);
   if (line.empty()) {
-    AddChatLine(GuiStrings[text[0] == '/' && std::strlen(text) < MaxChatLength ? TextOnlyCommand : TextTooLong].c_str());
+    AddChatLine(GuiStrings[TextOnlyCommand].c_str());
   } else if (Online) {
     SendChat(text);
-  } else {
+  } else if (SaysSomething(line)) {
     AddChatLine(Echo(line).c_str());
     AddChatLine(GuiStrings[TextAlone].c_str());
   }
 }
 
+// What is too long stays in the field, to be shortened.
 static void SendLine() {
   ChatEntry line = ReadChat();
+  if (line.cursor >= MaxChatLength) return AddChatLine(GuiStrings[TextTooLong].c_str());
   if (line.cursor > 0) {
     line.text[line.cursor] = 0;
     SendOrTell(line.text);

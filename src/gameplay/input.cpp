@@ -7,6 +7,7 @@
 #include "gameplay/last_ship.h"
 #include "gameplay/motion.h"
 #include "gameplay/tools.h"
+#include "gui/language.h"
 #include "gui/mode.h"
 #include "gui/screens.h"
 #include "gui/tutorial.h"
@@ -40,7 +41,7 @@ static void ReleaseKey(int key) {
 void SaveOrTell(Ship *ship) {
   static std::atomic<bool> failing{false};
   if (!SavingOn) {
-    AddChatLine("This game saves nothing: the ship is not saved");
+    AddChatLine(WordsOf(TextShipNotKept).c_str());
     return;
   }
   std::string news;
@@ -48,8 +49,8 @@ void SaveOrTell(Ship *ship) {
   if (!news.empty()) AddChatLine(news.c_str());
   if (!failed) RememberShip(*ship);
   const bool failedBefore = failing.exchange(failed);
-  if (failed) AddChatLine("The ship could not be saved");
-  else if (failedBefore) AddChatLine("The ship is saved again");
+  if (failed) AddChatLine(WordsOf(TextSaveFailed).c_str());
+  else if (failedBefore) AddChatLine(WordsOf(TextSavedAgain).c_str());
 }
 
 static void BlockSelectKey() {
@@ -62,6 +63,7 @@ static void BlockSelectKey() {
 static void EscKey() {
   const bool waited = TutorialAdvances(WaitEscOrQ) || TutorialAdvances(WaitEsc);
   if (waited && uiMode != 1) return;
+  if (uiMode == 1 && GuiScreen == ScreenFolderTaken) return;  // the question wants an answer
   ToggleMenu();
   Ship *ship = CurrentShip();
   if (Options.SinglePlayer && uiMode == 1 && ship != nullptr) SaveOrTell(ship);

@@ -39,6 +39,18 @@ void EmptyShip(Ship *ship) {
   AllocShipTable(ship);
 }
 
+// The stem of the ship that flies in the place of the remembered one, or empty. The player didn't choose it, and the other one's
+// file may come back: saving it is no reason to forget that one. Written at start-up, then under the world mutex.
+std::string StandIn;
+
+// Whether the stem is another ship's than the stand-in's: then the player has chosen it.
+bool ChosenByPlayer(const std::string &stem) {
+  const ScopedLock world(&WorldMutex);
+  if (stem == StandIn) return false;
+  StandIn.clear();
+  return true;
+}
+
 }  // namespace
 
 void RememberShip(const Ship &ship) {
@@ -48,15 +60,18 @@ void RememberShip(const Ship &ship) {
     stem = ship.fileStem;
   }
   if (!Options.SinglePlayer || Online || !(IsThere(StreamOf(stem)) || IsThere(TextOf(stem)))) return;
+  if (!ChosenByPlayer(stem)) return;
   StoreSetting(Setting::Ship, stem);
 }
 
 bool LoadLastShip(Ship *ship, const i64 (&at)[3]) {
   const std::string stem = SettingText(Setting::Ship);
+  StandIn.clear();
   if (stem.empty() || stem == ship->fileStem) return false;
   const bool there = IsThere(StreamOf(stem)) || IsThere(TextOf(stem));
   if (there && LoadStem(ship, stem, at)) return true;
   if (there) EmptyShip(ship);
+  StandIn = ship->fileStem;
   AddChatLine((GuiStrings[there ? TextLastShipUnread : TextLastShipGone] + " " + stem).c_str());
   return false;
 }

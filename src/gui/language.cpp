@@ -12,6 +12,7 @@
 #include "content/options.h"
 #include "content/text_scan.h"
 #include "core/log.h"
+#include "platform/threads.h"
 
 static constexpr size_t LanguageFileLimit = 1 << 20;  // bytes
 static constexpr size_t LongestRow = 191;
@@ -19,6 +20,17 @@ static constexpr int PatientFaults = 100;  // in one region, before the rest of 
 static constexpr const char *Unknown = "Unknown", *English = "english";
 
 std::vector<std::string> GuiStrings(GuiStringRows);
+static Mutex WordsMutex{MutexRank::Leaf, "words", {}};  // held by the main thread only where it changes GuiStrings
+
+std::string WordsOf(GuiText row) {
+  const ScopedLock lock(&WordsMutex);
+  return GuiStrings[row];
+}
+
+static void TakeTexts(std::vector<std::string> *rows) {
+  const ScopedLock lock(&WordsMutex);
+  GuiStrings.swap(*rows);
+}
 
 // Takes lines as rows until the mark, which becomes a row too; its number. 0 when the file ends without it: then it is no
 // language file.
@@ -126,9 +138,9 @@ static int TakeEnglishNames(TextCursor *cursor) {
   return taken;
 }
 
-// How many texts and names the English file gives. end: the row of the mark in the player's own file, from which on it has no
-// texts; its empty lines are its own.
-static int FillFromEnglish(size_t end) {
+// How many texts and names the English file gives. end: the row of the mark in the player's own file, from which on its texts
+// lack; its empty lines are its own.
+static int FillFromEnglish(size_t end, std::vector<std::string> *texts) {
   std::vector<u8> bytes;
   TextCursor cursor;
   std::vector<std::string> rows;
@@ -136,7 +148,7 @@ static int FillFromEnglish(size_t end) {
   const size_t englishEnd = std::min<size_t>(ReadTexts(&cursor, &rows), GuiStringRows);
   if (englishEnd == 0) return 0;
   int taken = TakeEnglishNames(&cursor);
-  for (size_t row = end; row < englishEnd; ++row, ++taken) GuiStrings[row] = rows[row];
+  for (size_t row = end; row < englishEnd; ++row, ++taken) (*texts)[row] = rows[row];
   return taken;
 }
 
@@ -147,7 +159,11 @@ bool OpenLanguage(std::vector<u8> *bytes, TextCursor *cursor) {
 // A start in a language that isn't there is one in English; in play what was there before stays.
 static bool KeepWords() {
   const auto empty = [](const std::string &text) { return text.empty(); };
-  if (std::all_of(GuiStrings.begin(), GuiStrings.end(), empty) && Options.Language != English) FillFromEnglish(1);
+  if (std::all_of(GuiStrings.begin(), GuiStrings.end(), empty) && Options.Language != English) {
+    std::vector<std::string> texts(GuiStringRows);
+    FillFromEnglish(1, &texts);
+    TakeTexts(&texts);
+  }
   FillNames();
   return false;
 }
@@ -159,10 +175,10 @@ bool LoadLanguage() {
   if (!OpenLanguage(&bytes, &cursor)) return KeepWords();
   const size_t end = ReadTexts(&cursor, &rows);
   if (end == 0) return KeepWords();
-  GuiStrings.swap(rows);
   ClearNames();
   const bool whole = ReadNames(&cursor);
-  const int english = Options.Language == English ? 0 : FillFromEnglish(end);
+  const int english = Options.Language == English ? 0 : FillFromEnglish(end, &rows);
+  TakeTexts(&rows);
   if (english != 0) LogInt("Texts and names that the language lacks, in English instead:", english);
   FillNames();
   if (whole) LogInfo("Successfully loaded language file!");

@@ -13,8 +13,11 @@ extern std::vector<std::string> GuiStrings;  // row 0 empty; rows that neither t
 // Rows that came when there were language files already: lines of the chat, and the words of a game that saves nothing.
 enum GuiText : u8 {
   TextAlone = 90, TextOnlyCommand = 91, TextTooLong = 92, TextLastShipGone = 93, TextLastShipUnread = 94,
-  TextFolderTaken = 95, TextNotSaved = 96, TextPlayUnsaved = 97, TextSavesNothing = 98
+  TextFolderTaken = 95, TextNotSaved = 96, TextPlayUnsaved = 97, TextSavesNothing = 98,
+  TextShipNotKept = 108, TextSaveFailed = 109, TextSavedAgain = 110, TextReadInPart = 111, TextNoLoadOnServer = 112
 };
+
+std::string WordsOf(GuiText row);  // A copy of the row. Any thread.
 
 // The whole file of the current language, the cursor at its begin and reading from bytes. False when it can't be read, with
 // the error logged.

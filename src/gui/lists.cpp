@@ -90,8 +90,7 @@ static void ShowShips() {
   ClearElements();
   const bool backups = GuiScreen == ScreenBackups;
   if (backups) {
-    // The first heading's own row, 82, names a tab of the options as well, and no word suits both.
-    AddElement(TypeHeading, 0, 500, 85, "", nullptr, 0);
+    AddElement(TypeHeading, 0, 500, 82, "", nullptr, 0);
     AddElement(TypeHeading, 0, 450, 9, "", nullptr, 0);
     AddElement(TypeHeading, 0, 400, 10, "", nullptr, 0);
   } else {
@@ -197,14 +196,14 @@ static void BringIntoSight(Ship *ship, const i64 (&solarLoc)[3]) {
 static std::string LoadShipFile(const std::string &name, const i64 (&at)[3]) {
   std::string news;
   if (name.back() != 'f') AddShipTelling(&TheShipTable, name.c_str(), at[0], at[1], at[2], &news);
-  else if (AddShipFromText(&TheShipTable, name.c_str(), at[0], at[1], at[2]) == 0) news = name + " could not be read to its end";
+  else if (AddShipFromText(&TheShipTable, name.c_str(), at[0], at[1], at[2]) == 0) news = name + " " + GuiStrings[TextReadInPart];
   return news;
 }
 
 void LoadChosenShip(int) {
   if (ListChosenRow < 0 || static_cast<size_t>(ListChosenRow) >= Names.size()) return;
   if (Online) {  // the rows of the table are the server's
-    AddChatLine("Ships can't be loaded while you play on a server");
+    AddChatLine(GuiStrings[TextNoLoadOnServer].c_str());
     return;
   }
   const std::string name = Names[static_cast<size_t>(ListChosenRow)];

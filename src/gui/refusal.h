@@ -4,7 +4,7 @@
 #include "core/types.h"
 
 // In the order of their texts in the language file.
-enum class Refusal : u8 { None, OutOfReach, NoTarget, OwnCell, FullCell, TooFast, NoRoom, InsideBlock, NotHere };
+enum class Refusal : u8 { None, OutOfReach, NoTarget, OwnCell, FullCell, TooFast, NoRoom, InsideBlock, NotHere, OtherShip };
 
 struct ToldRefusal {
   Refusal why = Refusal::None;

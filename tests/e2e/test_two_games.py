@@ -33,6 +33,7 @@ class TwoGames(unittest.TestCase):
         leaver.press("Escape")  # the question wants an answer
         player.click(LEAVE)
         self.assertEqual(leaver.finish(), 0)
+        self.assertNotIn("Msg: This game saves nothing", leaver.said())
 
         second = self.play(number="2", words=("single", "Nobody"))
         second.wait_for_log("core threading system")

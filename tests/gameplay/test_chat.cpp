@@ -83,7 +83,8 @@ TEST_F(Chat, NoLineVanishesWithoutAWord) {
     const struct { std::string typed, shown; } lines[] = {
         {"hello", "Ada: hello\n" + alone}, {"/me waves", "* Ada waves\n" + alone}, {": waves", "* Ada waves\n" + alone},
         {x255, "Ada: " + x255 + "\n" + alone}, {x255 + "y", "-\n" + GuiStrings[TextTooLong] + "\n"},
-        {"/dance", "-\n" + GuiStrings[TextOnlyCommand] + "\n"}, {"/" + x255, "-\n" + GuiStrings[TextTooLong] + "\n"}, {"", "\n-\n"}};
+        {"/dance", "-\n" + GuiStrings[TextOnlyCommand] + "\n"}, {"/" + x255, "-\n" + GuiStrings[TextTooLong] + "\n"},
+        {"", "\n-\n"}, {"  ", "\n-\n"}, {": ", "\n-\n"}, {"/me  ", "\n-\n"}};
     for (const auto &l : lines) {
       ReplaceChatLines(2, "");
       AddChatLine("-");
@@ -91,6 +92,9 @@ TEST_F(Chat, NoLineVanishesWithoutAWord) {
       Type("t" + l.typed);
       OnKey(KeyEnter, 1);
       EXPECT_EQ(Shown(2), l.shown);
+      const bool kept = l.typed.size() > 255;
+      EXPECT_EQ(Text(), kept ? l.typed + "|" : "") << "what is too long can be shortened";
+      CloseChat();
     }
   }
 }

@@ -102,6 +102,7 @@ TEST_F(Input, TheWheelMovesALockedPlaneAndHeatsTheHeatTool) {
 }
 
 TEST_F(Input, EscOpensTheMenuAndSavesTheShipOfALonePlayer) {
+  ASSERT_TRUE(LoadLanguage());
   const struct { bool alone; u8 mode; bool saved; } presses[] = {{false, 1, false}, {true, 0, false}, {true, 1, true}};
   for (const auto &press : presses) {
     Options.SinglePlayer = press.alone;
@@ -121,8 +122,11 @@ TEST_F(Input, EscOpensTheMenuAndSavesTheShipOfALonePlayer) {
   std::filesystem::remove_all("saves");
   SavingOn = false;
   for (int i = 0; i < 2; ++i) OnKey(KeyEsc, 1);
-  SavingOn = true;
-  EXPECT_EQ(Count(ReadText("errors.txt"), "Msg: This game saves nothing"), 1);
+  BuildFolderTaken();
+  OnKey(KeyEsc, 1);
+  EXPECT_EQ(GuiScreen, ScreenFolderTaken);
+  MenuClosable = SavingOn = true;
+  EXPECT_EQ(Count(ReadText("errors.txt"), "Msg: This game saves nothing: the ship is not saved"), 1) << "nor said before the answer";
   EXPECT_FALSE(std::filesystem::exists("saves"));
 }
 

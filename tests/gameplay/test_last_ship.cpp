@@ -53,6 +53,23 @@ TEST_F(LastShip, IsTheOneThatWasSavedOrLeftAlone) {
   }
 }
 
+TEST_F(LastShip, IsNotForgottenWhileItIsMissing) {
+  const Player p = ReadPlayer();
+  WriteText("config/text/settings", "Ship Lost\n");
+  LoadSettings();
+  EXPECT_FALSE(LoadLastShip(ship, p.solarLoc));
+  OnKey(KeyEsc, 1);
+  EXPECT_TRUE(fs::exists("saves/Default.sts"));
+  EXPECT_EQ(SettingText(Setting::Ship), "Lost") << "nobody chose the one in its place";
+  Name("Found");
+  ASSERT_EQ(SaveShipByName(ship), 1);
+  for (const char *flown : {"Found", "Default"}) {
+    Name(flown);
+    RememberShip(*ship);
+    EXPECT_EQ(SettingText(Setting::Ship), flown);
+  }
+}
+
 TEST_F(LastShip, ComesBackFromBothFormsAndLeavesOthersAlone) {
   Name("Heron");
   ASSERT_EQ(SaveShipByName(ship), 1);

@@ -82,8 +82,20 @@ TEST_F(Refusals, EachPressIsToldItsReason) {
     EXPECT_EQ(After(ToolHeat, 0), Refusal::None);
   };
   all(Refusal::NoTarget, "no ship to see ");
+  // Nothing of it is the place of the aim: another ship whose blocks stand sixty places off from where they are seen.
+  Ship *other = AppendShip(&TheShipTable);
+  const Player eye = ReadPlayer();
+  for (int a = 0; a < 3; ++a)
+    other->position[a] = eye.solarLoc[a] - static_cast<i64>((eye.relativeLoc[a] + 60) * UnitsPerBlock);
+  ASSERT_EQ(PlaceHere(other, Middle + 60, Middle + 60, Middle + 45, CubeOf()), 1);
+  all(Refusal::OtherShip, "another ship ");
+  Place(Middle, Middle, Middle - 14);
+  all(Refusal::OutOfReach, "behind a block of one's own ");
+  Remove(Middle, Middle, Middle - 14);
   Place(Middle, Middle, Middle - 20);
   far(0);
+  all(Refusal::OtherShip, "before a block of one's own ");
+  RemoveBlock(Middle + 60, Middle + 60, Middle + 45, other);
   all(Refusal::OutOfReach, "twenty blocks ");
   Place(Middle, Middle, Middle - 5);
   Player p = ReadPlayer();
@@ -133,13 +145,13 @@ TEST_F(Refusals, AreToldOnceASecondForAWhileInEveryLanguage) {
   for (const auto &language : std::filesystem::directory_iterator("config/language")) {
     Options.Language = language.path().filename().string();
     ASSERT_TRUE(LoadLanguage());
-    for (int why = 1; why <= static_cast<int>(Refusal::NotHere); ++why) {
+    for (int why = 1; why <= static_cast<int>(Refusal::OtherShip); ++why) {
       LastRefusal = {static_cast<Refusal>(why), 20};
       ASSERT_NE(RefusalLine(21), nullptr);
       lines.insert(RefusalLine(21));
     }
   }
-  EXPECT_EQ(lines.size(), 4 * static_cast<size_t>(Refusal::NotHere)) << "each has its own words";
+  EXPECT_EQ(lines.size(), 4 * static_cast<size_t>(Refusal::OtherShip)) << "each has its own words";
   EXPECT_EQ(lines.count(""), 0u);
   ForgetRefusal();
   EXPECT_EQ(RefusalLine(21), nullptr);

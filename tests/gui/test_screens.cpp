@@ -216,7 +216,7 @@ TEST_F(Screens, CancelLeadsBackToWhereAListWasOpened) {
     EXPECT_EQ(GuiScreen, way.screen);
   }
   BuildBackupList(0);
-  EXPECT_EQ(At(0, 500)->text, GuiStrings[85]);
+  EXPECT_EQ(At(0, 500)->text, GuiStrings[82]);
 }
 
 TEST_F(Screens, NothingLooksChosenUntilThePointerMovesOrClicks) {

@@ -124,8 +124,8 @@ int CheckContent() {
   CheckShader("config/shaders/MainFragShader.txt", {});
   CheckShader("config/shaders/2DVertShader.txt", {"SquareVertices", "Projection2DModel"});
   CheckShader("config/shaders/2DFragShader.txt", {"sampler2D"});
-  std::printf("%d faults", faults);
-  if (warnings != 0) std::printf(", %d warnings", warnings);
+  std::printf(faults == 1 ? "%d fault" : "%d faults", faults);
+  if (warnings != 0) std::printf(warnings == 1 ? ", %d warning" : ", %d warnings", warnings);
   std::printf("\n");
   return faults;
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t NeededTexts = 106;
+constexpr size_t NeededTexts = 112;
 constexpr size_t MostTexts = 127;
 constexpr size_t LongestText = 191;
 constexpr size_t LongestStep = 511;
@@ -28,7 +28,8 @@ constexpr struct {
 } narrow[] = {{12, 0, 17}, {14, 0, 17}, {15, 0, 17}, {20, 0, 17}, {35, 0, 17}, {65, 0, 17}, {78, 0, 17}, {79, 0, 17},
               {85, 0, 17}, {87, 0, 17}, {40, 0, 18}, {47, 0, 18}, {69, 0, 18}, {70, 0, 18}, {82, 0, 18}, {61, 0, 14},
               {62, 0, 14}, {63, 0, 14}, {90, 0, 66}, {91, 0, 66}, {92, 0, 66}, {93, 0, 40}, {94, 0, 40}, {26, 0, 18}, {80, 0, 18}, {49, 0, 17}, {27, 0, 22}, {89, 0, 22}, {71, 72, 20},
-              {95, 0, 60}, {96, 0, 60}, {97, 0, 17}, {98, 0, 60}, {99, 0, 60}, {100, 0, 60}, {101, 0, 60}, {102, 0, 60}, {103, 0, 60}, {104, 0, 60}, {105, 0, 60}, {106, 0, 60}};
+              {95, 0, 60}, {96, 0, 60}, {97, 0, 17}, {98, 0, 60}, {99, 0, 60}, {100, 0, 60}, {101, 0, 60}, {102, 0, 60}, {103, 0, 60}, {104, 0, 60}, {105, 0, 60}, {106, 0, 60},
+              {107, 0, 60}, {108, 0, 66}, {109, 0, 66}, {110, 0, 66}, {111, 0, 66}, {112, 0, 66}};
 
 namespace {
 
@@ -91,9 +92,9 @@ static bool CheckTexts(Lines *lines) {
     return false;
   }
   if (rows < NeededTexts && IsEnglish(*lines)) {
-    Fault(lines->path, LineNow(*lines), "fewer than 106 texts before \"0 #MatStart\"");
+    Fault(lines->path, LineNow(*lines), "fewer than 112 texts before \"0 #MatStart\"");
   } else if (rows < NeededTexts) {
-    Warning(lines->path, LineNow(*lines), "fewer than 106 texts before \"0 #MatStart\"; the others are English in the game");
+    Warning(lines->path, LineNow(*lines), "fewer than 112 texts before \"0 #MatStart\"; the others are English in the game");
   }
   if (rows > MostTexts) Fault(lines->path, LineNow(*lines), "more than 127 texts before \"0 #MatStart\"");
   return true;
