@@ -52,7 +52,9 @@ static std::string Echo(const std::string &line) {
 }
 
 // An empty line, or an empty action, needs no reader.
-static bool SaysSomething(const std::string &line) { return line.find_first_not_of(" ", line[0] == '|' ? 1 : 0) != std::string::npos; }
+static bool SaysSomething(const std::string &line) {
+  return line.find_first_not_of(' ', line[0] == '|' ? 1 : 0) != std::string::npos;
+}
 
 // SendChat drops in silence what can't be sent. A line that vanishes under its writer's fingers looks like a fault of the game, so
 // this road says what became of it.
