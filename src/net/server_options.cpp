@@ -12,6 +12,7 @@
 
 static constexpr const char *Path = "serveroptions";
 static constexpr size_t FileLimit = 1 << 16, LongestLine = 249;
+static constexpr std::string_view ByteOrderMark = "\xef\xbb\xbf";  // some editors begin a file with it
 
 namespace {
 
@@ -58,8 +59,9 @@ static bool ReadNumber(std::string_view word, Number *out) {
   return true;
 }
 
+// No address is an address too, and one to which nobody can listen: it must not become all of them.
 static bool Take(const OptionKey &key, std::string_view word, ServerOptions *options) {
-  if (word.empty()) return false;
+  if (word.empty() && key.name != "Address") return false;
   if (const auto *text = std::get_if<0>(&key.field)) {
     options->**text = word == "any" ? "0.0.0.0" : word;
     return true;
@@ -79,6 +81,7 @@ static bool ForEachOption(Visit visit) {
   std::vector<u8> bytes;
   if (!ReadWholeFile(Path, FileLimit, &bytes)) return false;
   std::string_view rest(reinterpret_cast<const char *>(bytes.data()), bytes.size());
+  if (rest.starts_with(ByteOrderMark)) rest.remove_prefix(ByteOrderMark.size());
   for (int number = 1; !rest.empty(); ++number) {
     const size_t end = std::min(rest.find('\n'), rest.size()), length = std::min(end, LongestLine);
     const std::string_view line = rest.substr(0, length);

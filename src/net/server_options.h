@@ -6,7 +6,7 @@
 #include "core/types.h"
 
 struct ServerOptions {
-  std::string Address = "0.0.0.0";      // where to listen; 0.0.0.0 is every address of the machine
+  std::string Address = "0.0.0.0";      // where to listen; 0.0.0.0 is every address of the machine; empty when the key stands without one
   u16 Port = 18150;
   int RunDataServer = 1;                // this and the next two are kept, not served
   std::string DataAddress = "0.0.0.0";

@@ -26,7 +26,7 @@ struct AddressBudgets {
 };
 
 using AddressKey = std::pair<u32, u16>;
-std::map<AddressKey, AddressBudgets> Addresses;  // its places stay where they are while others come and go
+std::map<AddressKey, AddressBudgets> Addresses;  // nobody keeps a pointer into it
 Tokens Presence, SlotTime;
 
 double Fill(Tokens *t, const Pace &pace, double now) {
@@ -50,28 +50,50 @@ AddressBudgets *BudgetsOf(const ENetPeer *peer, double now) {
 // Whoever comes and goes to find full budgets finds the one that they have just emptied.
 bool IsBetterSeat(const Seat &a, const Seat &b) { return !a.taken && (b.taken || a.leftAt > b.leftAt); }
 
+Seat *SeatOf(const Client &client, double now) {
+  return client.seat < 0 ? nullptr : &BudgetsOf(client.peer, now)->seats[static_cast<size_t>(client.seat)];
+}
+
+bool IsTaken(const Seat &seat) { return seat.taken; }
+
 }  // namespace
 
 bool OnThisMachine(const ENetPeer *peer) { return (ENET_NET_TO_HOST_32(peer->address.host) >> 24) == 127; }
 
-void TakeSeat(Client *client) {
-  AddressBudgets *a = BudgetsOf(client->peer, Now());
-  client->seat = &a->seats[0];
-  for (Seat &seat : a->seats)
-    if (IsBetterSeat(seat, *client->seat)) client->seat = &seat;
-  client->seat->taken = true;
+bool HasFreeSeat(const ENetPeer *peer) {
+  const auto &seats = BudgetsOf(peer, Now())->seats;
+  return !std::all_of(seats.begin(), seats.end(), IsTaken);
+}
+
+bool TakeSeat(Client *client) {
+  auto &seats = BudgetsOf(client->peer, Now())->seats;
+  size_t best = 0;
+  for (size_t i = 1; i < seats.size(); ++i)
+    if (IsBetterSeat(seats[i], seats[best])) best = i;
+  if (seats[best].taken) return false;
+  seats[best].taken = true;
+  client->seat = static_cast<int>(best);
+  return true;
 }
 
 void LeaveSeat(Client *client) {
-  if (client->seat == nullptr) return;
-  client->seat->taken = false;
-  client->seat->leftAt = BudgetsOf(client->peer, Now())->usedAt;
-  client->seat = nullptr;
+  const double now = Now();
+  Seat *seat = SeatOf(*client, now);
+  if (seat == nullptr) return;
+  seat->taken = false;
+  seat->leftAt = now;
+  client->seat = -1;
 }
 
-bool SpendEdit(Client *client, double price, double now) { return Spend(&client->seat->edits, EditPace, price, now); }
+bool SpendEdit(Client *client, double price, double now) {
+  Seat *seat = SeatOf(*client, now);
+  return seat != nullptr && Spend(&seat->edits, EditPace, price, now);
+}
 
-bool SpendLine(Client *client, double now) { return Spend(&client->seat->lines, LinePace, 1, now); }
+bool SpendLine(Client *client, double now) {
+  Seat *seat = SeatOf(*client, now);
+  return seat != nullptr && Spend(&seat->lines, LinePace, 1, now);
+}
 
 bool SpendConnection(const ENetPeer *peer, double now) { return Spend(&BudgetsOf(peer, now)->connections, ConnectionPace, 1, now); }
 
@@ -90,6 +112,6 @@ void SpendSlotTime(double seconds) { SlotTime.left -= seconds; }
 void ForgetFullBudgets(double now) {
   std::erase_if(Addresses, [now](const auto &entry) {
     const AddressBudgets &a = entry.second;
-    return now - a.usedAt > LongestRefill && std::none_of(a.seats.begin(), a.seats.end(), [](const Seat &s) { return s.taken; });
+    return now - a.usedAt > LongestRefill && std::none_of(a.seats.begin(), a.seats.end(), IsTaken);
   });
 }

@@ -1,6 +1,7 @@
 // What the players of an address may do in a time. The budgets are the address's, however often they come again: each address
-// has a seat for every player who is there at once, and who comes next takes the one that was left last, as it was left. Games
-// on this machine, which tests and measures others, have budgets of their own each.
+// has a seat for each player who may be there at once, and who comes next takes the one that was left last, as it was left. A
+// client names its seat by the number: what it spends is looked up by the address each time. Games on this machine, which tests
+// and measures others, have budgets of their own each.
 #pragma once
 
 #include "server/clients.h"
@@ -18,9 +19,10 @@ struct Seat {
 };
 
 bool OnThisMachine(const ENetPeer *peer);
-void TakeSeat(Client *client);              // Of its address. One is always free: the hello looks at their number.
+bool HasFreeSeat(const ENetPeer *peer);     // Its address has.
+bool TakeSeat(Client *client);              // Of its address, for itself alone. False: none is free, and it has none.
 void LeaveSeat(Client *client);             // Does nothing for one without.
-// False: there is not so much left, and nothing is spent.
+// False: there is not so much left, or the client has no seat, and nothing is spent.
 bool SpendEdit(Client *client, double price, double now);
 bool SpendLine(Client *client, double now);
 bool SpendConnection(const ENetPeer *peer, double now);

@@ -10,8 +10,6 @@
 
 constexpr double LastWords = 4;  // seconds for which somebody who is dropped can read why
 
-struct Seat;
-
 struct Client {
   ENetPeer *peer = nullptr;
   u32 id = 0;                 // never used again for another one
@@ -21,11 +19,12 @@ struct Client {
   Motion shown;               // as last sent to the others
   double connected = 0, heard = 0;  // times
   double shownAt = 0;
-  Seat *seat = nullptr;       // what they may do in a time; from the hello on
+  int seat = -1;              // of their address's (server/budgets.h), from the name on; -1: none
   int row = -1;               // of the list of players as it was last sent; -1: not in it yet
   bool listed = false;        // they have had a list
   std::string wanted;         // the name that they asked for, while it may be their own from before
   double wantedAt = 0;        // when they asked; the name is theirs or another one's soon behind that
+  bool toldToWait = false;
   std::vector<std::vector<u8>> held;  // packets from before they have one
   bool greeted = false;       // their line about coming has come
   bool returned = false;      // from a lost connection: nobody heard that they were gone
@@ -36,6 +35,7 @@ struct Client {
   size_t worldCommands = 0;   // that the world they were sent took of the queue
   bool leaving = false;       // dropped: nothing more of theirs counts
   double leavesAt = 0;        // ... and when the connection ends
+  bool unanswered = false;    // dropped because nothing came from there: their name waits for them
   u32 edits = 0, lines = 0;   // in all, for the log and the list
 };
 

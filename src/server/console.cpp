@@ -4,6 +4,8 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "core/log.h"
 #include "server/clients.h"
 #include "server/server.h"
@@ -34,10 +36,14 @@ static void SayAsServer(const std::string &text) {
   SayToAll(line);
 }
 
-void ConsoleLine(const std::string &line, Asker asker) {
-  const size_t blank = line.find(' ');
-  const std::string word = line.substr(0, blank);
-  const std::string rest = blank == std::string::npos ? "" : line.substr(blank + 1);
+static std::string Trimmed(const std::string &text) {
+  constexpr const char *blanks = " \t\r";
+  const size_t first = std::min(text.find_first_not_of(blanks), text.size());
+  return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+void ConsoleLine(const std::string &typed, Asker asker) {
+  const std::string line = Trimmed(typed), word = line.substr(0, line.find_first_of(" \t")), rest = Trimmed(line.substr(word.size()));
   if (word == "save") return TellWhenSaved(asker);
   if (word == "stop") return StopAndTell(asker);
   bool known = true;

@@ -23,6 +23,7 @@ namespace {
 constexpr const char *SocketName = "server.control";
 constexpr size_t LongestLine = 4096, MostAskers = 16, MostWaiting = 1 << 20;  // the last one in bytes of answers
 constexpr double AskPatience = 10;       // seconds for the line to come, and for the last answer to be taken
+constexpr int LastRounds = 100;          // milliseconds for a line that is on its way when the server ends
 constexpr const char *Done = "= 0\n", *NotDone = "= 1\n";
 
 struct Connection {
@@ -164,6 +165,15 @@ void PollControl(double now) {
   }
 }
 
+void TakeLastLines(double now) {
+  const auto isAsked = [](const Connection &c) { return c.asked; };
+  for (int round = 0; round < LastRounds; ++round) {
+    PollControl(now);
+    if (std::all_of(Connections.begin(), Connections.end(), isAsked)) return;
+    poll(nullptr, 0, 1);
+  }
+}
+
 void CloseControl() {
   if (Listener < 0) return;
   for (Connection &c : Connections) {
@@ -192,7 +202,7 @@ void EndAnswer(Asker asker, bool done) {
 }
 
 int SendToServer(const char *folder, const std::string &line) {
-  const bool isLine = !line.empty() && line.size() <= LongestLine && line.find('\n') == std::string::npos;
+  const bool isLine = line.find_first_not_of(" \t") != std::string::npos && line.size() <= LongestLine && line.find('\n') == std::string::npos;
   if (!isLine) return std::fputs("That is no line\n", stderr), 2;
   if (chdir(folder) != 0) return std::perror(folder), 1;
   const sockaddr_un address = SocketAddress();

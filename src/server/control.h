@@ -11,6 +11,7 @@ constexpr Asker Terminal = 0;
 
 void OpenControl();                        // The folder must be this server's: a socket that lies there is a dead one's.
 void PollControl(double now);              // Takes lines, gives answers; waits for nothing.
+void TakeLastLines(double now);            // Those that came while the loop no longer ran. Waits for a moment at most.
 void CloseControl();                       // With the last answers.
 
 void Answer(Asker asker, const std::string &line);

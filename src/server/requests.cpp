@@ -27,9 +27,10 @@ constexpr double LampPrice = 8;        // edits as which one of a lamp counts
 // Seconds of silence behind which a connection is a lost one, when somebody of its name comes from its address; and the same soon
 // after it came, when a game may be busy with loading. A game that is there answers in a tenth of a second.
 constexpr double LostPatience = 3, LoadPatience = 10, LoadTime = 30;
+constexpr double WaitPatience = 0.5;   // seconds of waiting for a name, before its owner is told why
 constexpr size_t MostHeld = 8;         // packets of one who waits for their name
 constexpr u32 MostRefused = 1000;      // edits of one client in a second, before more of them are strange
-constexpr size_t MostPeersOfOneAddress = 2 * MostOfOneAddress;  // unfinished, lost and turned away ones too
+constexpr size_t MostPeersOfOneAddress = 2 * MostOfOneAddress;  // lost, unfinished and turned away ones too
 // Seconds for which an edit is remembered, and a cell contested behind its last one: as long as a game may be behind. While more
 // cells than that are edited, the others are soon forgotten.
 constexpr double ContestTime = 60, ShortContestTime = 5;
@@ -76,14 +77,6 @@ static bool MayBeLost(const Client &c, double now) {
   return SilentFor(c, now) >= (now - c.connected < LoadTime ? LoadPatience : LostPatience);
 }
 
-// Lost connections take nobody's place: who crashed comes from the same address.
-static bool TooManyOf(const ENetPeer *peer, double now) {
-  const auto same = [peer, now](const Client &c) {
-    return c.peer->address.host == peer->address.host && !c.leaving && SilentFor(c, now) < LostPatience;
-  };
-  return !OnThisMachine(peer) && static_cast<size_t>(std::count_if(Clients.begin(), Clients.end(), same)) > MostOfOneAddress;
-}
-
 static u32 TurnedAway = 0;  // connections since the last line about them
 
 void WelcomePeer(ENetPeer *peer) {
@@ -103,7 +96,6 @@ void WelcomePeer(ENetPeer *peer) {
   c.connected = c.heard = now;
   Clients.push_back(c);
   Say("Connection from " + c.address);
-  if (TooManyOf(peer, now)) DropClient(&Clients.back(), "too many connections from your address", LastWords);
 }
 
 static void TellTurnedAway() {
@@ -161,12 +153,49 @@ static void Enter(Client *client) {
   for (const std::vector<u8> &packet : held) HandleRequest(client, packet.data(), packet.size());
 }
 
-static void EnterAnew(Client *client, const std::string &name) {
-  if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full", LastWords);
+static bool IsHome(const Client &a, const Client &b) { return a.peer->address.host == b.peer->address.host; }
+
+// For good, and all hear of it. The clients behind this one change their places.
+static void EndNow(const Client &client) {
+  ENetPeer *peer = client.peer;
+  RemoveClient(peer);
+  enet_peer_disconnect_now(peer, 0);  // should it be there after all, it hears of it
+}
+
+// Of the players of their address, the one whose seat can be had: who is leaving, or lost. Null: none.
+static const Client *WhoGivesWay(const Client &client, double now) {
+  const Client *best = nullptr;
+  for (const Client &c : Clients)
+    if (c.seat >= 0 && IsHome(c, client) && (c.leaving || MayBeLost(c, now)) &&
+        (best == nullptr || SilentFor(c, now) > SilentFor(*best, now))) best = &c;
+  return best;
+}
+
+// Whether somebody of their address has not been heard of since they asked.
+static bool MayGetASeat(const Client &client, double now) {
+  return std::any_of(Clients.begin(), Clients.end(), [&client, now](const Client &c) {
+    return c.seat >= 0 && IsHome(c, client) && SilentFor(c, now) >= now - client.wantedAt;
+  });
+}
+
+// An address has no more players than seats. One who comes when all are taken gets a lost one's, or waits while it isn't known
+// whether one is lost. True: the clients have changed their places, or this one is in or dropped.
+static bool EnterAnew(Client *client, const std::string &name, double now) {
+  if (!HasFreeSeat(client->peer)) {
+    const ENetPeer *peer = client->peer;
+    const Client *other = WhoGivesWay(*client, now);
+    if (other == nullptr && MayGetASeat(*client, now)) return false;
+    if (other == nullptr) return DropClient(client, "too many connections from your address", LastWords), true;
+    Say(other->name + " gives their place to " + client->wanted + " from " + client->address);
+    EndNow(*other);
+    client = FindClient(peer);
+  }
+  if (PlayerCount() >= TheServerOptions.Players) return DropClient(client, "the server is full", LastWords), true;
+  if (!TakeSeat(client)) return DropClient(client, "too many connections from your address", LastWords), true;
   client->name = name;
   client->motion = StartingPlace(PlayerCount() - 1);
-  TakeSeat(client);
   Enter(client);
+  return true;
 }
 
 // The row, the place and the budgets of the lost connection are theirs again, and nobody hears of it.
@@ -175,7 +204,8 @@ static void TakeOver(Client *client, Client *lost) {
   LogRefusals(lost);
   client->name = lost->name;
   client->row = lost->row;
-  client->seat = std::exchange(lost->seat, nullptr);
+  LeaveSeat(lost);
+  TakeSeat(client);  // the one that was left last
   client->motion = lost->motion;
   std::fill(std::begin(client->motion.velocity), std::end(client->motion.velocity), 0);
   if (!HasRoom(client->motion)) client->motion = StartingPlace(static_cast<size_t>(std::max(lost->row, 0)));
@@ -188,23 +218,37 @@ static void TakeOver(Client *client, Client *lost) {
   Enter(lost < client ? lost : lost - 1);
 }
 
+// Those whose connection was lost, and not those whom somebody sent away.
+static bool IsLost(const Client &c, double now) { return MayBeLost(c, now) && (!c.leaving || c.unanswered); }
+
 // Gives them the first name that is free, or that a lost connection of their address has. One that still answers keeps its name,
 // however much its namesake is at home there too: so the second of two players in one home is "Ada(2)", and after a crash gets that
 // again. While it isn't known whether somebody answers, they wait. True: the clients have changed their places.
+static bool TryToEnter(Client *client, double now);
+
+// The name of one who was sent away is free at once for who comes from there: as for anybody else, all hear who goes and who comes.
+static void ComeBehind(const Client &leaving, const ENetPeer *peer, double now) {
+  EndNow(leaving);
+  TryToEnter(FindClient(peer), now);
+}
+
 static bool TryToEnter(Client *client, double now) {
   for (int number = 1;; ++number) {
     const std::string name = NumberedName(client->wanted, number);
     Client *other = FindClientByName(name);
-    if (other == nullptr) return EnterAnew(client, name), true;
-    if (other->peer->address.host != client->peer->address.host) continue;
-    if (other->leaving || MayBeLost(*other, now)) return TakeOver(client, other), true;
+    if (other == nullptr) return EnterAnew(client, name, now);
+    if (!IsHome(*other, *client)) continue;
+    if (IsLost(*other, now)) return TakeOver(client, other), true;
+    if (other->leaving) return ComeBehind(*other, client->peer, now), true;
     if (SilentFor(*other, now) >= now - client->wantedAt) return false;
   }
 }
 
-static void AskNamesakes(const Client &client) {
+// Those of their address who have such a name, or all when one of them would have to give way.
+static void AskTheirHome(const Client &client) {
+  const bool all = !HasFreeSeat(client.peer);
   for (Client &c : Clients)
-    if (c.name.starts_with(client.wanted) && c.peer->address.host == client.peer->address.host) SendTo(&c, PacketPing, {}, true);
+    if (!c.name.empty() && (all || c.name.starts_with(client.wanted)) && IsHome(c, client)) SendTo(&c, PacketPing, {}, true);
 }
 
 static const char *WhyNoHello(const Client &client, const std::string &version) {
@@ -223,13 +267,22 @@ static void TakeHello(Client *client, Reader r) {
   if (const char *why = WhyNoHello(*client, version); why != nullptr) return DropClient(client, why, LastWords);
   client->wanted = CleanName(name);
   client->wantedAt = Now();
-  AskNamesakes(*client);
+  AskTheirHome(*client);
   TryToEnter(client, client->wantedAt);
 }
 
+static void TellToWait(Client *client, double now) {
+  if (client->toldToWait || now - client->wantedAt < WaitPatience) return;
+  client->toldToWait = true;
+  SayTo(client, "Server: a connection from your address doesn't answer, it may be your last one; please wait, for 10 seconds at most");
+}
+
 static void LetWaitingIn(double now) {
-  for (size_t i = 0; i < Clients.size(); ++i)
-    if (!Clients[i].wanted.empty() && !Clients[i].leaving && TryToEnter(&Clients[i], now)) return LetWaitingIn(now);
+  for (size_t i = 0; i < Clients.size(); ++i) {
+    if (Clients[i].wanted.empty() || Clients[i].leaving) continue;
+    if (TryToEnter(&Clients[i], now)) return LetWaitingIn(now);
+    TellToWait(&Clients[i], now);
+  }
 }
 
 static void Hold(Client *client, u8 type, const u8 *bytes, size_t count) {
@@ -344,6 +397,11 @@ void HandleRequest(Client *client, const u8 *bytes, size_t count) {
   }
 }
 
+static void DropUnanswered(Client *client) {
+  client->unanswered = true;
+  DropClient(client, "no answer");
+}
+
 void CheckSilence(double now) {
   static double pinged = 0, told = 0, hurried = 0;
   const bool tell = now - told >= RefusalDelay;
@@ -367,7 +425,7 @@ void CheckSilence(double now) {
     if (c.peer->state != ENET_PEER_STATE_CONNECTED) continue;
     if (c.leaving) EndIfDue(&c, now);
     else if (c.name.empty() && c.wanted.empty() && now - c.connected > HelloPatience) DropClient(&c, "no hello");
-    else if (now - c.heard > SilencePatience) DropClient(&c, "no answer");
+    else if (now - c.heard > SilencePatience) DropUnanswered(&c);
     else if (ping && !c.name.empty()) SendTo(&c, PacketPing, {}, true);
   }
 }

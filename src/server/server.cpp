@@ -81,6 +81,7 @@ static bool Listen() {
   ENetAddress address{};
   address.host = ENET_HOST_ANY;
   address.port = o.Port;
+  if (o.Address.empty()) return LogError((OptionPlace("Address") + ": Address has no value; any is all of this machine's").c_str()) != 0;
   if (o.Address != "0.0.0.0" && enet_address_set_host(&address, o.Address.c_str()) != 0)
     return LogError((OptionPlace("Address") + ": Address is no address: " + o.Address).c_str()) != 0;
   const size_t peers = std::min<size_t>(o.Players + SparePeers, ENET_PROTOCOL_MAXIMUM_PEER_ID);
@@ -168,11 +169,14 @@ void StopServer() {
   ForgetSentShipFiles();
   ServerHost = nullptr;
   enet_deinitialize();
-  const bool good = CloseWorld();
+  RefreshStreamFiles();
+  TakeLastLines(Now());
+  const bool good = RefreshStreamFiles();  // tries again what failed, and answers who wanted a save meanwhile
   for (const Asker asker : std::exchange(WaitForTheEnd, {})) {
     Answer(asker, good ? "stopped" : "stopped, and not all could be saved");
     EndAnswer(asker, good);
   }
   CloseControl();
+  CloseWorld();  // the socket is gone by now: another server may make its own
   Say("Stopped");
 }

@@ -111,12 +111,9 @@ bool OpenWorld(u16 largestAsteroid) {
   return true;
 }
 
-bool CloseWorld() {
-  if (SavesFolder < 0) return true;
-  const bool written = RefreshStreamFiles();
-  close(SavesFolder);
+void CloseWorld() {
+  if (SavesFolder >= 0) close(SavesFolder);
   SavesFolder = -1;
-  return written;
 }
 
 static bool Storable(u16 c) { return c >= FirstStored && c <= LastStored; }

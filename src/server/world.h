@@ -11,7 +11,7 @@ bool ClaimFolder(std::string *why);
 // Loads all ships of saves/, and grows an asteroid of up to largest when there are none. False: a ship that can't be loaded, no
 // world, or another server has it (logged).
 bool OpenWorld(u16 largestAsteroid);
-bool CloseWorld();                            // Writes the stream files; another server may have the folder then. False: not all.
+void CloseWorld();                            // Another server may have the folder then. RefreshStreamFiles comes before.
 // Stores the edit on disk, then does it. Null: done; else why not, and nothing has changed.
 // by: where its player is; a block may stand beside another one, or near them.
 const char *DoEdit(const BlockEdit &edit, const Motion &by);

@@ -123,7 +123,7 @@ TEST(ServerOptions, KeysAreFoundByTheirLongestNameAndWrittenInOrder) {
   EXPECT_EQ(ReadText("serveroptions"),
             "Address 0.0.0.0\nPort 18150\nRunDataServer 1\nDataAddress 0.0.0.0\nDataPort 18160\nMaxAsteroidSize 200\nPlayers 64\n"
             "IRC 0\nIRCServer localhost\nIRCPort 6667\nIRCNick UnknownTarnvaleServerBot\nIRCChannel #tarnvale\nIRCMumble 1\n");
-  WriteText("serveroptions", "Players 0\nPort 0\nDataPort 0\nPort 18151\nMaxAsteroidSize 0\n");
+  WriteText("serveroptions", "\xef\xbb\xbfPlayers 0\nPort 0\nDataPort 0\nPort 18151\nMaxAsteroidSize 0\n");
   LogInit();
   ServerOptions zero;
   ASSERT_TRUE(ReadServerOptions(&zero) && zero.Players == 64 && zero.Port == 18151 && zero.DataPort == 18160 && zero.MaxAsteroidSize == 200);

@@ -2,6 +2,10 @@
 // address that begins with 10 is this machine's.
 #include "serving.h"
 
+#include <span>
+
+#include "server/budgets.h"
+
 namespace {
 
 constexpr const char *Address = "10.0.0.1";
@@ -68,6 +72,11 @@ struct Addresses : ShipTest {
   double start = 0;
 };
 
+void PollAll(std::span<Bot> bots) {
+  for (Bot &bot : bots)
+    if (bot.host != nullptr) PollBot(&bot);
+}
+
 BlockEdit EditNumber(int number) {
   BlockEdit e = Place(static_cast<u16>(100 + number % 60), static_cast<u16>(1 + number / 60 % 7));
   e.y = static_cast<u16>(200 + number / 420 % 10);
@@ -112,18 +121,59 @@ TEST_F(Addresses, EightPlayersOfOneHomeHaveAllThatIsTheirs) {
     ASSERT_TRUE(Until({&home[i], &watcher}, [&] { return home[i].synced; }));
     StandBeside(&home[i], Place(130));
   }
-  EXPECT_TRUE(Join(&home[8], "10.0.0.4", "Ninth") && PollBotUntil(&home[8], 10, Gone));
+  Until({&watcher}, [] { return false; }, 3.5);  // longer silent than a lost connection, as games that load
+  EXPECT_TRUE(Join(&home[8], "10.0.0.4", "Ninth"));
+  EXPECT_TRUE(Until({&watcher}, [&] { return PollAll(home), !home[8].online; }));
   EXPECT_EQ(CountOf(home[8].chat, "too many connections from your address"), 1u);
   for (int i = 0; i < 8; ++i) {
     for (int e = 0; e < 150; ++e) SendEdit(&home[i], EditNumber(150 * i + e));
     for (int line = 0; line < 9; ++line) SendLine(&home[i], "hello");
   }
   const auto all = [&] {
-    for (Bot &bot : home) PollBot(&bot);
+    PollAll(home);
     return watcher.edits.size() == 1200 && CountOf(watcher.chat, ": hello") == 72;
   };
   EXPECT_TRUE(Until({&watcher}, all)) << watcher.edits.size() << " " << CountOf(watcher.chat, ": hello");
   for (Bot &bot : home) CloseBot(&bot);
+}
+
+TEST_F(Addresses, OfSixteenOfOneAddressNeverMoreThanEightPlay) {
+  IN_OWN_NETWORK();
+  Begin();
+  Bot old[8], fresh[8];
+  for (int i = 0; i < 8; ++i) ASSERT_TRUE(Join(&old[i], "10.0.0.6", "Old" + std::to_string(i)));
+  const auto synced = [](const Bot (&bots)[8]) { return std::count_if(std::begin(bots), std::end(bots), [](const Bot &b) { return b.synced; }); };
+  ASSERT_TRUE(Until({&watcher}, [&] { return PollAll(old), synced(old) == 8; }));
+  Until({&watcher}, [] { return false; }, 3.5);
+  for (int i = 0; i < 8; ++i) ASSERT_TRUE(Join(&fresh[i], "10.0.0.6", "New" + std::to_string(i)));
+  Until({&watcher}, [&] { return PollAll(fresh), false; }, 1);
+  EXPECT_EQ(synced(fresh), 0);
+  EXPECT_EQ(CountOf(fresh[0].chat, "please wait"), 1u);
+  for (int i = 0; i < 5; ++i) CrashBot(&old[i]);
+  const auto gone = [&] { return std::count_if(std::begin(fresh), std::end(fresh), Gone); };
+  ASSERT_TRUE(Until({&watcher}, [&] { return PollAll(old), PollAll(fresh), synced(fresh) == 5 && gone() == 3; }, 20));
+  ASSERT_TRUE(Until({&watcher}, [&] { return PollAll(old), PollAll(fresh), CountOf(watcher.chat, "logged off") == 5; }));
+  ASSERT_TRUE(Until({&watcher}, [&] { return PollAll(old), PollAll(fresh), watcher.players.size() == 9; }));
+  for (auto *bots : {&old, &fresh})
+    for (Bot &bot : *bots) CloseBot(&bot);
+}
+
+// Nine of an address, and the first one's going, leave nobody with what is no longer theirs.
+TEST(Budgets, ASeatIsOnePlayersAndStaysWhileTheyDo) {
+  ENetPeer peer{};
+  peer.address.host = ENET_HOST_TO_NET_32(0x0a000009);
+  Client players[9];
+  for (int i = 0; i < 9; ++i) {
+    players[i].peer = &peer;
+    EXPECT_EQ(TakeSeat(&players[i]), i < 8);
+  }
+  EXPECT_FALSE(HasFreeSeat(&peer) || SpendLine(&players[8], Now()));
+  for (int line = 0; line < 10; ++line) EXPECT_TRUE(SpendLine(&players[1], 1000));
+  LeaveSeat(&players[0]);
+  ForgetFullBudgets(Now() + 1000);
+  EXPECT_FALSE(SpendLine(&players[1], 1000)) << "the address is remembered while somebody plays from it";
+  EXPECT_TRUE(SpendLine(&players[2], 1000) && TakeSeat(&players[8]) && SpendLine(&players[8], 1000));
+  for (Client &player : players) LeaveSeat(&player);
 }
 
 TEST_F(Addresses, ManyWhoComeAndGoDoNotFillTheChatAndTheLastListIsTrue) {

@@ -233,12 +233,25 @@ TEST_F(Server, WhoCrashedComesBackInTheirRowAndANamesakeWhoAnswersStays) {
   ASSERT_TRUE(JoinServer(&c, Here, Port, "Ada"));
   ASSERT_TRUE(Until({&b, &c}, [&] { return Synced(c); }));
   EXPECT_LT(Now() - start, 6);
+  EXPECT_EQ(c.chat.size(), 1u) << "why they had to wait";
   EXPECT_EQ(c.players, (std::vector<std::string>{"Ada", "Ben"}));
   EXPECT_EQ(c.ownRow, 0);
   EXPECT_TRUE(std::equal(place.place, place.place + 3, c.place.place)) << "where they were";
   SendLine(&c, "back");
   ASSERT_TRUE(Until({&b, &c}, [&] { return Has(b.chat, "Ada: back"); }));
   EXPECT_EQ(b.chat.size(), lines + 1) << "nobody logged off or on";
+}
+
+TEST_F(Server, WhoWasKickedComesBackAsEverybodyComes) {
+  EnterBoth();
+  ASSERT_TRUE(Until({&a, &b}, [&] { return b.players.size() == 2; }));
+  Pause();
+  ConsoleLine("kick Ada");
+  Resume();
+  ASSERT_TRUE(JoinServer(&c, Here, Port, "Ada"));  // while the old connection still tells them why
+  ASSERT_TRUE(Until({&b, &c}, [&] { return Synced(c) && std::count(b.chat.begin(), b.chat.end(), "* Ada logged on") == 2 && b.players.size() == 2; }));
+  EXPECT_TRUE(Has(b.chat, "* Ada logged off"));
+  EXPECT_EQ(b.players, (std::vector<std::string>{"Ben", "Ada"}));
 }
 
 TEST_F(Server, AFileThatCannotBeLoadedEndsTheStartAndIsNamed) {
@@ -250,6 +263,8 @@ TEST_F(Server, AFileThatCannotBeLoadedEndsTheStartAndIsNamed) {
   EXPECT_EQ(ReadText("saves/Rubbish.sts"), "no ship");
   fs::remove("saves/Rubbish.sts");
   const struct { const char *options, *fault; } wrong[] = {{"\nAddress 300.1.2.3\n", "serveroptions:2: Address is no address: 300.1.2.3"},
+                                                           {"Port 1\nAddress \r\n", "serveroptions:2: Address has no value"},
+                                                           {"\xef\xbb\xbf" "Address 300.1.2.4\n", "serveroptions:1: Address is no address: 300.1.2.4"},
                                                            {"Address 8.8.8.8\n", "serveroptions:1: this machine doesn't have the address 8.8.8.8"}};
   for (const auto &w : wrong) {
     WriteText("serveroptions", w.options);
@@ -341,7 +356,15 @@ TEST_F(Server, TheControlSocketDoesWhatIsTypedForItsOwnerOnly) {
     ASSERT_EQ(chmod("server.control", 0777), 0);
     EXPECT_EQ(Said(stranger + Program() + " --send . stop"), Answers("only the owner of the folder may do that\n", 1));
   }
-  EXPECT_EQ(send("stop"), Answers("stopped\n", 0));
+  EXPECT_EQ(send("  list  ").first.substr(0, 14), "1 of 3 players");
+  EXPECT_EQ(send("  "), Answers("That is no line\n", 2));
+  EXPECT_EQ(Said("python3 -c \"import socket, time\n"
+                 "def ask(line):\n  s = socket.socket(socket.AF_UNIX); s.connect('server.control'); s.sendall(line); return s\n"
+                 "askers = [ask(b'stop\\n')]\n"
+                 "while 'Stopping' not in open('server.log').read(): time.sleep(0.01)\n"
+                 "askers += [ask(b'stop\\n'), ask(b'save\\n')]\n"
+                 "for s in askers: print(s.makefile().read().split())\""),
+            Answers("['stopped', '=', '0']\n['stopped', '=', '0']\n['saved', '=', '0']\n", 0)) << "while a player who doesn't answer is waited for";
   EndProgram(pid, 0);
   EXPECT_FALSE(isOpen());
 }
