@@ -245,11 +245,12 @@ TEST_F(Server, WhoCrashedComesBackInTheirRowAndANamesakeWhoAnswersStays) {
 TEST_F(Server, WhoWasKickedComesBackAsEverybodyComes) {
   EnterBoth();
   ASSERT_TRUE(Until({&a, &b}, [&] { return b.players.size() == 2; }));
+  b.chat.clear();
   Pause();
   ConsoleLine("kick Ada");
   Resume();
   ASSERT_TRUE(JoinServer(&c, Here, Port, "Ada"));  // while the old connection still tells them why
-  ASSERT_TRUE(Until({&b, &c}, [&] { return Synced(c) && std::count(b.chat.begin(), b.chat.end(), "* Ada logged on") == 2 && b.players.size() == 2; }));
+  ASSERT_TRUE(Until({&b, &c}, [&] { return Synced(c) && Has(b.chat, "* Ada logged on") && b.players.size() == 2; }));
   EXPECT_TRUE(Has(b.chat, "* Ada logged off"));
   EXPECT_EQ(b.players, (std::vector<std::string>{"Ben", "Ada"}));
 }
