@@ -35,12 +35,14 @@ struct StreamCopy {
   bool readInPart = false;
   bool watched = false;          // what stands under the name must be known
   FileStamp known;               // what is known to stand there
+  const char *old = nullptr;     // the name that what stands there gets; null: it goes
 };
 
 // What a save has to tell beside whether it worked.
 struct SaveResult {
   Written written = Written::Failed;
   std::string otherKept;  // the name of what another program had put in the file's place; or empty
+  FileSum sum;            // of the file that was written
 };
 
 // What a reader of a file has met.
@@ -103,7 +105,7 @@ bool ReplaceShip(FileReplacement *file, const char *path, const StreamCopy &copy
     return false;
   }
   const std::string backup = KeepGoodBackup(path, copy);
-  const bool good = CommitReplacement(file);
+  const bool good = copy.old == nullptr ? CommitReplacement(file) : CommitKeepingOld(file, copy.old);
   if (good && !backup.empty()) EndBackup(backup);
   if (!good && !backup.empty()) RemoveFile(backup.c_str());
   return good;
@@ -129,6 +131,7 @@ SaveResult WriteShip(Ship *ship, const char *path, const StreamCopy &copy, bool 
     LogError((std::string("Could not write ") + path + ". The old file stays.").c_str());
   } else {
     result.written = Written::Whole;
+    result.sum = file.sum;
     NoteSaved(ship, copy, file.stamp, byName);
   }
   return result;
@@ -142,6 +145,17 @@ int SaveShipStream(Ship *ship, const char *path) {
   if (!CopyShip(*ship, &copy)) return 0;
   copy.watched = false;
   return WriteShip(ship, path, copy, false).written == Written::Whole;
+}
+
+int SaveShipStreamKeepingOld(Ship *ship, const char *path, const char *old, FileSum *sum) {
+  ScopedLock save(&SaveMutex);
+  StreamCopy copy;
+  if (!CopyShip(*ship, &copy)) return 0;
+  copy.watched = false;
+  copy.old = old;
+  const SaveResult result = WriteShip(ship, path, copy, false);
+  *sum = result.sum;
+  return result.written == Written::Whole;
 }
 
 // news: null for a save that takes whatever stands under the name for the ship's own.

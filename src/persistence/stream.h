@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/files.h"
 #include "world/tree.h"
 
 constexpr int MaxShipName = 64;
@@ -22,6 +23,8 @@ void UnpackShip(Ship *ship, const u8 *bytes, size_t count, const char *path);
 // Takes the world mutex for the copy of the blocks; compresses and writes outside it. 1, or 0 and the old file as it was. A
 // file that Ship::keepStreamAs speaks of is kept beside the new one first.
 int SaveShipStream(Ship *ship, const char *path);
+// The same. What had the name until the new file got it is called old then, which must be free; *sum: of the new file's bytes.
+int SaveShipStreamKeepingOld(Ship *ship, const char *path, const char *old, FileSum *sum);
 int SaveShipByName(Ship *ship);                          // To saves/<fileStem>.sts.
 int SaveShipRawStream(Ship *ship, const char *name);     // The uncompressed bytes, to saves/<name>.sls.
 // path: saves/<stem>.sts or cache/<stem>.sss. 1, or 0 when the file can't be opened or is no gzip file. A file that is

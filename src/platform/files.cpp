@@ -124,8 +124,15 @@ bool BeginReplacement(FileReplacement *r, const char *path) {
   return !r->failed;
 }
 
+void AddToSum(const void *bytes, size_t count, FileSum *sum) {
+  const u8 *at = static_cast<const u8 *>(bytes);
+  for (const u8 *end = at + count; at != end; ++at) sum->hash = (sum->hash ^ *at) * 0x100000001b3;
+  sum->size += count;
+}
+
 bool WriteReplacement(FileReplacement *r, const void *bytes, size_t count) {
   const u8 *at = static_cast<const u8 *>(bytes);
+  if (!r->failed) AddToSum(bytes, count, &r->sum);
   while (count > 0 && !r->failed) {
     const ssize_t written = write(r->descriptor, at, count);
     if (written < 0 && errno == EINTR) continue;
@@ -155,9 +162,9 @@ bool SettleReplacement(FileReplacement *r) {
   return r->settled;
 }
 
-bool CommitReplacement(FileReplacement *r) {
-  const bool settled = !r->failed && (r->settled || SettleReplacement(r));
-  if (!settled || rename(r->temporary.c_str(), r->path.c_str()) != 0) {
+// Behind the settling; renamed: whether the file has its name.
+static bool EndCommit(FileReplacement *r, bool renamed) {
+  if (!renamed) {
     AbandonReplacement(r);
     return false;
   }
@@ -165,6 +172,34 @@ bool CommitReplacement(FileReplacement *r) {
   r->descriptor = -1;
   SyncFolderOf(r->path);
   return true;
+}
+
+static bool IsSettled(FileReplacement *r) { return !r->failed && (r->settled || SettleReplacement(r)); }
+
+bool CommitReplacement(FileReplacement *r) {
+  return EndCommit(r, IsSettled(r) && rename(r->temporary.c_str(), r->path.c_str()) == 0);
+}
+
+// Where there is nothing to exchange with, the name is taken only while it is free: a file may come between the two calls.
+static bool Exchange(const char *fresh, const char *path) {
+  for (int i = 0; i < LockTries; ++i) {
+    if (renameat2(AT_FDCWD, fresh, AT_FDCWD, path, RENAME_EXCHANGE) == 0) return true;
+    if (errno != ENOENT) return false;
+    if (renameat2(AT_FDCWD, fresh, AT_FDCWD, path, RENAME_NOREPLACE) == 0) return true;
+    if (errno != EEXIST) return false;
+  }
+  return false;
+}
+
+// The new file is called old for a moment, so that a kill leaves the old one there, and not where the next save writes.
+bool CommitKeepingOld(FileReplacement *r, const char *old) {
+  if (!IsSettled(r)) return EndCommit(r, false);
+  if (renameat2(AT_FDCWD, r->temporary.c_str(), AT_FDCWD, old, RENAME_NOREPLACE) == 0) {
+    if (Exchange(old, r->path.c_str())) return EndCommit(r, true);
+    if (rename(old, r->temporary.c_str()) != 0) return EndCommit(r, false);
+  }
+  const bool kept = !NameIsTaken(r->path.c_str()) || GiveSecondName(r->path.c_str(), old) == SecondName::Made;
+  return EndCommit(r, kept && rename(r->temporary.c_str(), r->path.c_str()) == 0);
 }
 
 void AbandonReplacement(FileReplacement *r) {

@@ -29,6 +29,12 @@ std::string FileBehind(const char *path);
 // path + ending; the last name of the path is shortened at a letter where the two would be too long for a disk.
 std::string WithEnding(const std::string &path, const std::string &ending);
 
+// What tells bytes from others: their number and their FNV-1a hash.
+struct FileSum {
+  u64 size = 0, hash = 0xcbf29ce484222325;
+};
+void AddToSum(const void *bytes, size_t count, FileSum *sum);
+
 // A replacement in the making: bytes go to a temporary name in the same folder, which is locked against other programs.
 struct FileReplacement {
   int descriptor = -1;    // of the temporary, until the commit; -1: there is none that is ours
@@ -37,6 +43,7 @@ struct FileReplacement {
   bool failed = false;    // a write failed; the commit will refuse
   bool settled = false;   // the bytes are safe
   FileStamp stamp;        // of the file that it becomes, once they are
+  FileSum sum;            // of the bytes so far
 };
 
 // False when the temporary can't be created, or another program has been writing it for a second. A link is replaced itself: give
@@ -47,6 +54,9 @@ bool WriteReplacement(FileReplacement *r, const void *bytes, size_t count);
 // replacement is off, and the old file stays.
 bool SettleReplacement(FileReplacement *r);
 bool CommitReplacement(FileReplacement *r);  // Sync, rename, sync the folder. False: the old file stays as it was.
+// The same, and what had the name in that very moment has the name old from then on, which must be free; nothing has it where there
+// was no file. On a disk that can't exchange two names it is what had the name a moment earlier.
+bool CommitKeepingOld(FileReplacement *r, const char *old);
 void AbandonReplacement(FileReplacement *r);  // Removes the temporary.
 bool ReplaceFile(const char *path, const void *bytes, size_t count);  // The four calls in one.
 bool RemoveFile(const char *path);  // And makes sure of it. False: it is still there. A missing file is no fault.

@@ -11,7 +11,6 @@
 
 #include "core/log.h"
 #include "persistence/stream.h"
-#include "net/wire.h"
 #include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/threads.h"
@@ -25,21 +24,30 @@ constexpr u32 NoTableRow = 0xffffffff;
 
 std::string NotePath(const std::string &stem) { return "saves/." + stem + ".written"; }
 
-// Size and hash of a file's bytes, as a line. Empty: it can't be read.
-std::string PrintOf(const std::string &path) {
+// What had the stream file's name until the server's file got it; of a kill, too.
+std::string OldPath(const std::string &stem) { return "saves/." + stem + ".sts.old"; }
+
+std::string LineOf(const FileSum &sum) { return std::to_string(sum.size) + " " + std::to_string(sum.hash) + "\n"; }
+
+bool SumOf(const std::string &path, FileSum *sum) {
   std::ifstream file(path, std::ios::binary);
   std::vector<char> piece(1 << 16);
-  u64 size = 0, hash = 0xcbf29ce484222325;  // FNV-1a
-  while (file.read(piece.data(), static_cast<std::streamsize>(piece.size())) || file.gcount() > 0) {
-    for (std::streamsize i = 0; i < file.gcount(); ++i) hash = (hash ^ static_cast<u8>(piece[static_cast<size_t>(i)])) * 0x100000001b3;
-    size += static_cast<u64>(file.gcount());
-  }
-  return file.eof() ? std::to_string(size) + " " + std::to_string(hash) + "\n" : std::string();
+  *sum = {};
+  while (file.read(piece.data(), static_cast<std::streamsize>(piece.size())) || file.gcount() > 0)
+    AddToSum(piece.data(), static_cast<size_t>(file.gcount()), sum);
+  return file.eof();
 }
 
-bool IsNoted(const std::string &stem, const std::string &print) {
+bool IsNoted(const std::string &stem, const std::string &path) {
+  FileSum sum;
   std::vector<u8> note;
-  return !print.empty() && ReadWholeFile(NotePath(stem).c_str(), LongestNote, &note) && std::string(note.begin(), note.end()) == print;
+  if (!SumOf(path, &sum) || !ReadWholeFile(NotePath(stem).c_str(), LongestNote, &note)) return false;
+  return std::string(note.begin(), note.end()) == LineOf(sum);
+}
+
+void NoteOwnFile(const std::string &stem, const FileSum &sum) {
+  const std::string line = LineOf(sum);
+  ReplaceFile(NotePath(stem).c_str(), line.data(), line.size());
 }
 
 // Whether nothing of the file would be lost: as where a world comes from a copy without its notes.
@@ -59,39 +67,7 @@ bool HoldsBlocksOf(const Ship &ship, const std::string &path) {
   return same;
 }
 
-// A link's second name would be one of the link, and the file behind it would still be replaced.
-SecondName Keep(const std::string &path, const std::string &name) {
-  std::error_code error;
-  if (!std::filesystem::is_symlink(path, error)) return GiveSecondName(path.c_str(), name.c_str());
-  if (std::filesystem::symlink_status(name, error).type() != std::filesystem::file_type::not_found) return SecondName::Taken;
-  std::vector<u8> bytes;
-  const bool copied = ReadWholeFile(path.c_str(), LargestFile, &bytes) && ReplaceFile(name.c_str(), bytes.data(), bytes.size());
-  return copied ? SecondName::Made : SecondName::Failed;
-}
-
-}  // namespace
-
-bool KeepOwnersFile(const Ship &ship) {
-  const std::string &stem = ship.fileStem, path = StreamPath(stem);
-  std::error_code error;
-  if (!std::filesystem::exists(path, error) || IsNoted(stem, PrintOf(path)) || HoldsBlocksOf(ship, path)) return true;
-  for (int copy = 1; copy <= MostKept; ++copy) {
-    const std::string name = "saves/" + stem + (copy == 1 ? " (file)" : " (file " + std::to_string(copy) + ")") + ".sts";
-    const SecondName result = Keep(path, name);
-    if (result == SecondName::Taken) continue;
-    if (result == SecondName::Failed) break;
-    LogWarn((path + " was not written by this server: it is kept as " + name + ". The ship is the folder saves/" + stem +
-             "/; to play with the file, stop the server, take the folder away and give the file its name back").c_str());
-    return true;
-  }
-  return LogError((path + " was not written by this server and can't be kept beside a new one: take it away").c_str()) != 0;
-}
-
-void NoteOwnFile(const std::string &stem) {
-  const std::string print = PrintOf(StreamPath(stem));
-  if (!print.empty()) ReplaceFile(NotePath(stem).c_str(), print.data(), print.size());
-}
-
+// Stems of the files that the start is going to make folders of.
 std::vector<std::string> StreamsWithoutFolder() {
   constexpr std::string_view ending = ".sts";
   std::vector<std::string> names, stems;
@@ -104,4 +80,55 @@ std::vector<std::string> StreamsWithoutFolder() {
     if (name.ends_with(ending) && !std::filesystem::is_directory("saves/" + stem, error)) stems.push_back(stem);
   }
   return stems;
+}
+
+// Somebody's file gets a name that is free.
+bool KeepOwnersFile(const std::string &stem, const std::string &old) {
+  const std::string path = StreamPath(stem);
+  for (int copy = 1; copy <= MostKept; ++copy) {
+    const std::string name = "saves/" + stem + (copy == 1 ? " (file)" : " (file " + std::to_string(copy) + ")") + ".sts";
+    const SecondName result = GiveSecondName(old.c_str(), name.c_str());
+    if (result == SecondName::Taken) continue;
+    if (result == SecondName::Failed) break;
+    LogWarn((path + " was not written by this server: it is kept as " + name + ". The ship is the folder saves/" + stem +
+             "/; to play with the file, stop the server, take the folder away and give the file its name back").c_str());
+    return true;
+  }
+  return LogError((path + " was not written by this server and can't be kept beside a new one: it is " + old + ", take it away").c_str()) != 0;
+}
+
+// False: what stood in the file's place stays under that name, and nothing may take it.
+bool SettleOld(const Ship &ship) {
+  const std::string &stem = ship.fileStem, old = OldPath(stem);
+  if (!NameIsTaken(old.c_str())) return true;
+  if (!IsNoted(stem, old) && !HoldsBlocksOf(ship, old) && !KeepOwnersFile(stem, old)) return false;
+  return RemoveFile(old.c_str());
+}
+
+}  // namespace
+
+// A file may come at any moment, so only what has lost its name to the new file is looked at.
+bool WriteStreamFile(Ship *ship) {
+  FileSum sum;
+  const std::string &stem = ship->fileStem;
+  if (!SettleOld(*ship)) return false;
+  if (SaveShipStreamKeepingOld(ship, StreamPath(stem).c_str(), OldPath(stem).c_str(), &sum) == 0) return false;
+  SettleOld(*ship);  // with the note of the file before
+  NoteOwnFile(stem, sum);
+  return true;
+}
+
+std::vector<TakenStream> StreamsToTake() {
+  std::vector<TakenStream> streams;
+  for (const std::string &stem : StreamsWithoutFolder()) {
+    TakenStream taken{stem, {}};
+    if (SumOf(StreamPath(stem), &taken.sum)) streams.push_back(taken);
+  }
+  return streams;
+}
+
+void NoteTaken(const std::vector<TakenStream> &streams) {
+  std::error_code error;
+  for (const TakenStream &taken : streams)
+    if (std::filesystem::is_directory("saves/" + taken.stem, error)) NoteOwnFile(taken.stem, taken.sum);
 }

@@ -6,10 +6,18 @@
 #include <string>
 #include <vector>
 
+#include "platform/files.h"
 #include "world/tree.h"
 
-// To be called before the ship's stream file is replaced. False (logged): somebody's file lies there and can't be kept; it must
-// stay. Takes the world mutex for a file that isn't the noted one.
-bool KeepOwnersFile(const Ship &ship);
-void NoteOwnFile(const std::string &stem);           // The file that lies there now is the server's.
-std::vector<std::string> StreamsWithoutFolder();     // Stems of the files that the start is going to make folders of.
+// Writes the ship's stream file. Somebody's file that has its name then is kept. Takes the world mutex for the copy of the blocks,
+// and for an old file that isn't the noted one. False (logged): nothing was written; an older file couldn't be kept, or the disk
+// is full.
+bool WriteStreamFile(Ship *ship);
+
+// A file that the start is going to make a folder of, and its bytes before that: one that comes in its place is another.
+struct TakenStream {
+  std::string stem;
+  FileSum sum;
+};
+std::vector<TakenStream> StreamsToTake();
+void NoteTaken(const std::vector<TakenStream> &streams);  // Behind the loading: the folders have all of them, or a copy was kept.

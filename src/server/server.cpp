@@ -6,7 +6,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <string_view>
+#include <fstream>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -31,7 +32,7 @@ constexpr int GoodbyeRounds = 50;
 
 constexpr const char *LogName = "server.log";
 constexpr int OldLogs = 5;
-constexpr size_t LongestFailed = 1 << 20;  // bytes of the log of a start that failed
+constexpr std::streamoff LongestLogEnd = 1 << 18;  // bytes: the last line, and all counts that can stand behind it
 constexpr const char *NotStarted = "The server did not start";
 
 ServerOptions TheServerOptions;
@@ -39,15 +40,31 @@ std::atomic<bool> StopRequested{false};
 
 static std::vector<Asker> WaitForTheEnd;
 
-// Starts that fail one after the other, as those of a service, have one log together: they push no other run's out.
+// The last bytes of the log.
+static std::string EndOfLog() {
+  std::ifstream file(LogName, std::ios::binary | std::ios::ate);
+  const std::streamoff size = file ? static_cast<std::streamoff>(file.tellg()) : 0;
+  std::string end(static_cast<size_t>(std::clamp<std::streamoff>(size, 0, LongestLogEnd)), '\0');
+  file.seekg(size - static_cast<std::streamoff>(end.size()));
+  file.read(end.data(), static_cast<std::streamsize>(end.size()));
+  return file ? end : std::string();
+}
+
+// Starts that fail one after the other, as those of a service, have one log together: they push no other run's out. Counts of
+// lines that came often may stand behind the last one.
 static bool LastDidNotStart() {
-  std::vector<u8> bytes;
-  return ReadWholeFile(LogName, LongestFailed, &bytes) &&
-         std::string_view(reinterpret_cast<const char *>(bytes.data()), bytes.size()).ends_with("\n*ERR: " + std::string(NotStarted) + " \n");
+  std::string end = EndOfLog();
+  while (end.ends_with(" times more) \n") || end.ends_with(" times more)\n")) {
+    end.pop_back();
+    end.erase(end.rfind('\n') + 1);
+  }
+  return end.ends_with("\n*ERR: " + std::string(NotStarted) + " \n");
 }
 
 bool BeginServerLog(std::string *why) {
-  if (!ClaimFolder(why)) return false;
+  std::error_code error;
+  *why = "There is no config/ in " + std::filesystem::current_path(error).string() + ": it has the game's tables, copy it there";
+  if (!std::filesystem::is_directory("config", error) || !ClaimFolder(why)) return false;
   if (!LastDidNotStart()) MoveLogOn(LogName, OldLogs);
   LogInit(LogName, OldLogs);
   return true;
@@ -120,7 +137,11 @@ static bool Start() {
   return true;
 }
 
-bool StartServer() { return Start() || LogError(NotStarted) != 0; }
+bool StartServer() {
+  if (Start()) return true;
+  TellRepeats(true);  // the next start looks for the last line
+  return LogError(NotStarted) != 0;
+}
 
 static void HandleEvent(const ENetEvent &event) {
   switch (event.type) {

@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "core/log.h"
-#include "persistence/stream.h"
 #include "platform/threads.h"
 #include "server/clients.h"
 #include "server/own_files.h"
@@ -63,15 +62,8 @@ static void BeginWriting() {
   Telling = std::exchange(TellWanted, {});
 }
 
-static bool WriteFile(u16 row) {
-  Ship *ship = ShipAt(TheShipTable, row);
-  if (!KeepOwnersFile(*ship) || SaveShipStream(ship, StreamPath(StemOf(row)).c_str()) == 0) return false;
-  NoteOwnFile(StemOf(row));
-  return true;
-}
-
 static void WriteJob() {
-  for (WrittenShip &ship : Job) ship.good = WriteFile(ship.row);
+  for (WrittenShip &ship : Job) ship.good = WriteStreamFile(ShipAt(TheShipTable, ship.row));
   WriterDone = true;
 }
 

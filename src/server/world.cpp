@@ -94,9 +94,9 @@ static void StopShips() {
 bool OpenWorld(u16 largestAsteroid) {
   std::string why;
   if (!ClaimFolder(&why)) return LogError(why.c_str()) != 0;
-  const std::vector<std::string> taken = StreamsWithoutFolder();
+  const std::vector<TakenStream> taken = StreamsToTake();
   if (LoadAllShips(&TheShipTable) == 0) return LogError("Not all ships of saves/ could be loaded: the server does not start without them") != 0;
-  for (const std::string &stem : taken) NoteOwnFile(stem);  // the folder has all of it, or a copy was kept
+  NoteTaken(taken);
   if (TheShipTable.count.load() == 0 && !GrowFirstShip(largestAsteroid)) return LogError("There is no world to serve") != 0;
   for (u16 row = 0; row < TheShipTable.count.load(); ++row) {
     Ship *ship = ShipAt(TheShipTable, row);

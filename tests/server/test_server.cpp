@@ -1,4 +1,8 @@
 // The server on a thread of its own, played with by clients on the loopback.
+#include <dlfcn.h>
+
+#include <atomic>
+
 #include "serving.h"
 
 TEST_F(Server, AGameGetsTheWorldTheListsAndAName) {
@@ -312,6 +316,37 @@ TEST_F(Server, AnOwnersFileBesideTheFolderIsKeptAndTheServersOwnIsNot) {
   ASSERT_TRUE(Until({&b}, [&] { return Has(b.chat, "Ben: built"); }));
   Close();
   EXPECT_EQ(kept(" (file 3).sts"), mine);
+  fs::rename("saves/Asteroid (file).sts", "saves/Asteroid.sts");  // the way back that the log tells
+  fs::remove_all("saves/Asteroid");
+  Open(3);
+  EXPECT_EQ(TheShipTable.count, 1) << "\"Asteroid (file 2)\" comes before \"Asteroid\", which has no folder yet";
+  EXPECT_TRUE(Logged("WARN: saves/Asteroid (file 2).sts is taken for a file that was kept beside the ship Asteroid"));
+}
+
+// An owner who puts a file there at the worst moment: behind the n-th time that the disk was made sure of something.
+static std::atomic<int> OwnerComesAt{0};
+
+extern "C" int fsync(int file) {
+  static const auto real = reinterpret_cast<decltype(&fsync)>(dlsym(RTLD_NEXT, "fsync"));
+  const int result = real(file);
+  if (OwnerComesAt > 0 && --OwnerComesAt == 0) rename("put", "saves/Asteroid.sts");
+  return result;
+}
+
+TEST_F(Server, AnOwnersFileThatComesWhileTheServersIsWrittenIsKept) {
+  for (int moment = 1; moment <= 5; ++moment) {
+    WriteText("put", "owner's " + std::to_string(moment));
+    OwnerComesAt = moment;
+    for (int start = 0; start < 3; ++start) {
+      Close();
+      Open(3);
+    }
+    EXPECT_FALSE(fs::exists("put")) << moment;
+  }
+  std::set<std::string> there;
+  for (const auto &entry : fs::directory_iterator("saves"))
+    if (entry.is_regular_file() && entry.path().filename().string()[0] != '.') there.insert(ReadText(entry.path().string()));
+  for (int moment = 1; moment <= 5; ++moment) EXPECT_TRUE(there.contains("owner's " + std::to_string(moment))) << moment;
 }
 
 // What a command line says, and its status.
@@ -384,12 +419,25 @@ TEST_F(Server, ItsLogOutlivesStartsThatFailAndFiveThatDoNot) {
   for (int i = 0; i < 7; ++i) EXPECT_EQ(Said(Program()).second, 1);
   EXPECT_EQ(log(".old"), "the crashed one's") << "starts that fail again and again take one place";
   EXPECT_NE(log("").find("Rubbish"), std::string::npos);
+  for (int i = 0; i < 30; ++i) fs::create_directory("saves/empty" + std::to_string(i));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(Said(Program()).second, 1);
+  EXPECT_EQ(log(".old"), "the crashed one's") << "nor does one that says a line so often that it is counted";
+  EXPECT_NE(log("").find(" times more)"), std::string::npos);
+  EXPECT_TRUE(log("").ends_with("\n*ERR: The server did not start \n"));
+  for (const char *behind : {"WARN: a (3 times more) \n", "a (40 times more)\n"}) WriteText("server.log", log("") + behind);
+  EXPECT_EQ(Said(Program()).second, 1);
+  EXPECT_EQ(log(".old"), "the crashed one's");
+  for (int i = 0; i < 30; ++i) fs::remove_all("saves/empty" + std::to_string(i));
   for (int age = 5; age > 1; --age) WriteText("server.log.old" + std::to_string(age), std::to_string(age));
   fs::remove("saves/Rubbish.sts");
   WriteText("server.log", "Ada: *ERR: The server did not start \n");
   EndProgram(StartProgram(), SIGTERM);
   EXPECT_EQ(log(".old"), "Ada: *ERR: The server did not start \n") << "a player's words are no end of a start";
   EXPECT_EQ(log(".old2") + log(".old3") + log(".old5"), "the crashed one's24");
+  fs::create_directory("bare");
+  const auto [words, status] = Said(Program() + " bare");
+  EXPECT_TRUE(status == 1 && words.starts_with("There is no config/ in ")) << words;
+  EXPECT_TRUE(fs::is_empty("bare"));
 }
 
 // The program is killed while two players build. Every fifth one removes what the one before it placed.
