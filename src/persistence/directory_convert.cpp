@@ -110,6 +110,8 @@ static bool IsThere(const std::string &path) {
   return lstat(path.c_str(), &info) == 0;
 }
 
+static bool HasStream(const std::string &stem) { return IsThere(StreamPath(stem)) && !IsFolder(StreamPath(stem)); }
+
 // Whether a folder is one that a save kept, as "ship.damaged" and "ship.replaced2". A ship may be called so, too: then there
 // is no "ship" that it was kept for, or it has a stream file of its own.
 static bool IsKept(const std::string &folder) {
@@ -117,18 +119,22 @@ static bool IsKept(const std::string &folder) {
   if (!name.empty() && name.back() >= '2' && name.back() <= '9') name.pop_back();
   if (!name.ends_with(".damaged") && !name.ends_with(".replaced")) return false;
   const std::string stem = name.substr(0, name.rfind('.'));
-  return (IsThere(ShipFolder(stem)) || IsThere(StreamPath(stem))) && !IsThere(StreamPath(folder));
+  return (IsThere(ShipFolder(stem)) || HasStream(stem)) && !HasStream(folder);
 }
 
-// Whether a stream file is one that a server kept beside its ship's folder, as "ship (file)" and "ship (file 2)".
+// Whether a stream file is one that a server kept beside its ship, as "ship (file)" and "ship (file 2)". The ship may have no folder
+// yet: its stream file comes behind in the order of names. A builder may have called a ship so, too.
 static bool IsKeptFile(const std::string &stem) {
   constexpr std::string_view mark = " (file";
   const size_t at = stem.rfind(mark);
-  if (at == std::string::npos || stem.back() != ')' || !IsFolder(ShipFolder(stem.substr(0, at)))) return false;
-  const std::string number = stem.substr(at + mark.size(), stem.size() - 1 - at - mark.size());
-  const bool kept = number.empty() || (number[0] == ' ' && number.find_first_not_of("0123456789", 1) == std::string::npos);
-  if (kept) LogInfo(("saves/" + stem + ".sts is kept beside saves/" + stem.substr(0, at) + "/, and not loaded").c_str());
-  return kept;
+  if (at == std::string::npos || stem.back() != ')') return false;
+  const std::string ship = stem.substr(0, at), number = stem.substr(at + mark.size(), stem.size() - 1 - at - mark.size());
+  const bool marked = number.empty() || (number[0] == ' ' && number.find_first_not_of("0123456789", 1) == std::string::npos);
+  const bool isThere = IsFolder(ShipFolder(ship)) || HasStream(ship);
+  if (marked && isThere)
+    LogWarn(("saves/" + stem + ".sts is taken for a file that was kept beside the ship " + ship +
+             ", and not loaded. If it is a ship of its own, give it a name without \"(file\"").c_str());
+  return marked && isThere;
 }
 
 // A stream file becomes a folder first, unless it has one. False: it can't be loaded, whatever is wrong with it. Who has put it
@@ -142,8 +148,16 @@ static bool LoadStreamEntry(ShipTable *table, const std::string &name) {
   return found ? false : LogError(("saves/" + name + " is no ship: mend it or take it away").c_str()) != 0;
 }
 
+// A folder that somebody called like a stream file. A ship that was played under such a name has a stream file of its own.
+static bool IsMisnamed(const std::string &folder) {
+  if (!folder.ends_with(".sts") || HasStream(folder)) return false;
+  LogWarn((ShipFolder(folder) + " is a folder with the name of a file, and not loaded: take \".sts\" off its name").c_str());
+  return true;
+}
+
 static bool LoadFolderEntry(ShipTable *table, const std::string &name) {
   if (IsKept(name)) return true;
+  if (IsMisnamed(name)) return true;
   Print("Loading Ship: %s \n", name.c_str());
   return LoadRow(table, name.c_str(), false);
 }

@@ -424,11 +424,15 @@ TEST_F(DirectoryStore, ShipsGoFromFormToFormAndIntoTheTable) {
   SaveNew("two", cells);
   SaveNew("two.damaged", cells);
   SaveNew("six.damaged", cells);  // a ship's own name
+  fs::create_directory("saves/six.sts");
+  WriteText("saves/one (file 2).sts", "no ship");  // before "one.sts", which has no folder yet
   for (const char *name : {"three.ssf", "four.sts", "five.sts.damaged", "two (file).sts", "two (file 7).sts"}) WriteText(std::string("saves/") + name, "no ship");
   const std::string before = ReadText("saves/four.sts");
   for (u16 round = 0; round < 2; ++round) {  // the second time, the stream has its folder
     EXPECT_EQ(LoadAllShips(&table), 0) << "four.sts is no ship";
     ASSERT_EQ(table.count, 4);
+    EXPECT_TRUE(Logged("WARN: saves/six.sts is a folder with the name of a file"));
+    EXPECT_TRUE(Logged("WARN: saves/one (file 2).sts is taken for a file that was kept beside the ship one"));
     EXPECT_TRUE(Logged("*ERR: saves/four.sts is no ship: mend it or take it away"));
     for (u16 row = 0; row < 4; ++row) EXPECT_EQ(ShipAt(table, row)->fileStem, (std::array{"one", "six.damaged", "two", "x.Car"}[row]));
     EXPECT_EQ(CellsOf(*ShipAt(table, 0)).size(), round == 0 ? 500u : 0u);
