@@ -2,6 +2,7 @@
 #include "gui/screens.h"
 
 #include "content/options.h"
+#include "core/utils.h"
 #include "gui/language.h"
 #include "gui/mode.h"
 #include "gui/screen_parts.h"
@@ -29,7 +30,9 @@ void AddScrollBar(int x, int knobY) {
 std::string ShortLabel(const std::string &text, size_t most) {
   if (text.size() <= most) return text;
   const size_t head = (most - 2) / 2, tail = most - 2 - head;
-  return text.substr(0, head) + ".." + text.substr(text.size() - tail);
+  size_t from = text.size() - tail;  // at a letter too
+  for (int rest = 0; rest < 3 && from < text.size() && (static_cast<u8>(text[from]) & 0xc0) == 0x80; ++rest) ++from;
+  return std::string(FrontOf(text, head)) + ".." + text.substr(from);
 }
 
 static void OpenNaming(int) { BuildShipNaming(); }

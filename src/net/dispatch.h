@@ -3,7 +3,9 @@
 
 #include "net/wire.h"
 
-void TakeFile(Reader r);          // PacketFile: stored as saves/<name>.sts, not loaded; an own ship of that name is kept beside it.
+void TakeFile(Reader r);          // PacketFile: stored at DownloadPath, not loaded; an own ship of that name is kept beside it.
+// Where the server's ship of that name lies: in saves/, or, when this game saves nothing, in a temporary folder of its own (empty: none can be made).
+std::string DownloadPath(const std::string &name);
 bool DownloadFailed(const std::string &name);  // The server's ship of that name isn't the one in saves/.
 void TakeShipList(Reader r);      // PacketShipList: the table becomes the server's.
 void TakeShipAdded(Reader r);     // PacketShipAdded

@@ -30,8 +30,6 @@ struct ShipRow {
 
 }  // namespace
 
-static std::string PathOf(const std::string &name) { return "saves/" + name + ".sts"; }
-
 static void SetMotion(Ship *ship, const Motion &m) {
   for (int axis = 0; axis < 3; ++axis) {
     ship->position[axis] = m.place[axis];
@@ -49,7 +47,7 @@ static void LoadBlocks(Ship *ship, const std::string &name) {
     return;
   }
   if (DownloadFailed(name) || BudgetLeft.bytes == 0) return;
-  const std::string path = PathOf(name);
+  const std::string path = DownloadPath(name);
   LogText("Loading Ship:", path.c_str());
   LoadShipWithin(ship, path.c_str(), &BudgetLeft);
   ship->fileStem = name;

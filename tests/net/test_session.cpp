@@ -261,10 +261,41 @@ TEST_F(Session, ADownloadNeverReplacesAnOwnShipThatIsNotKept) {
   WriteText("saves/Mine.sts", own + "x");            // but a ship that they saved since is
   Handle(PacketFile, FilePayload("Mine", first));
   EXPECT_EQ(ReadText("saves/Mine (own 2).sts"), own + "x");
-  for (int copy = 3; copy <= 99; ++copy) WriteText("saves/Mine (own " + std::to_string(copy) + ").sts", "");
-  WriteText("saves/Mine.sts", own);
+  WriteText("saves/Mine.sts", own + "x");
+  Handle(PacketFile, FilePayload("Mine", second));
+  EXPECT_TRUE(ReadText("saves/Mine.sts") == second && !fs::exists("saves/Mine (own 3).sts")) << "that one is kept already";
+  fs::remove_all("cache");
+  Handle(PacketFile, FilePayload("Mine", second));
+  Handle(PacketFile, FilePayload("Mine (own)", own));
+  EXPECT_FALSE(fs::exists("saves/Mine (own 3).sts")) << "what comes is what lies there";
+  Handle(PacketFile, FilePayload("Mine (own 2)", first));
+  EXPECT_EQ(ReadText("saves/Mine (own 2).sts") + ReadText("saves/Mine (own 3).sts"), first + own + "x");
+  EXPECT_FALSE(fs::exists("saves/Mine (own 2) (own).sts"));
+  for (int copy = 4; copy <= 99; ++copy) WriteText("saves/Mine (own " + std::to_string(copy) + ").sts", "");
+  WriteText("saves/Mine.sts", own + "y");
   Handle(PacketFile, FilePayload("Mine", first));
-  EXPECT_EQ(ReadText("saves/Mine.sts"), own) << "no name was left to keep it under";
+  EXPECT_EQ(ReadText("saves/Mine.sts"), own + "y") << "no name was left to keep it under";
+}
+
+TEST_F(Session, AGameThatSavesNothingKeepsDownloadsOutOfTheFolderAndFliesThem) {
+  const std::string own = ShipFile(3);
+  const fs::path temporary = fs::current_path() / "temporary", left = temporary / "tarnvale-downloads-left";
+  WriteText("saves/Rock.sts", own);
+  WriteText(left / "Old.sts", own);
+  fs::last_write_time(left, fs::file_time_type::clock::now() - std::chrono::hours(2));
+  setenv("TMPDIR", temporary.c_str(), 1);
+  SavingOn = false;
+  const auto files = [] { return std::distance(fs::recursive_directory_iterator("saves"), {}) + std::distance(fs::recursive_directory_iterator("cache"), {}); };
+  const auto before = files();
+  for (const char *name : {"Rock", "Other"}) Handle(PacketFile, FilePayload(name, ShipFile(5)));
+  Handle(PacketShipList, ShipList({"Rock", "Other", "Missing"}));
+  SavingOn = true;
+  unsetenv("TMPDIR");
+  EXPECT_TRUE(files() == before && ReadText("saves/Rock.sts") == own);
+  for (const int row : {0, 1}) EXPECT_TRUE(HeadMaterial(HeadAt(5000, 5000, 5000, *ShipOf(row))) == 5) << row;
+  EXPECT_EQ(ShipOf(1)->fileStem, "Other");
+  EXPECT_FALSE(fs::exists(left)) << "a killed game's";
+  EXPECT_EQ(std::distance(fs::directory_iterator(temporary), {}), 1) << "this one's, until it ends";
 }
 
 TEST_F(Session, OnlyShipsAreWrittenAndOnlyIntoTheirFolder) {
