@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char *SettingsPath = "config/text/settings";
 constexpr size_t FileLimit = 64 << 10, LongestLine = 1024;  // bytes
-constexpr size_t LongestShip = 200;                         // bytes of a ship's name; its files need room for endings
+constexpr size_t LongestShip = 251;                         // bytes of a ship's name: a file's without ".sts"
 constexpr size_t LongestToldName = 64;
 constexpr int MostFaults = 20;                              // told one by one
 
@@ -36,7 +36,7 @@ struct SettingLine {
 
 const char *FaultOfShip(std::string_view stem) {
   const auto control = [](char c) { return static_cast<u8>(c) < ' ' || c == 0x7f; };
-  if (stem.size() > LongestShip) return "is longer than 200 bytes";
+  if (stem.size() > LongestShip) return "is longer than 251 bytes";
   if (stem.front() == '.' || stem.find('/') != std::string_view::npos || std::any_of(stem.begin(), stem.end(), control))
     return "is no name of a ship in saves/";
   return nullptr;
@@ -57,6 +57,22 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(Blanks) - begin + 1);
 }
 
+bool HasBlankEnd(std::string_view text) {
+  return !text.empty() && (Blanks.find(text.front()) != std::string_view::npos || Blanks.find(text.back()) != std::string_view::npos);
+}
+
+// A value that begins or ends with a blank stands between quotes. So does one that would be taken for that; all others don't, so
+// that a name with quotes of its own stays what it is.
+bool IsQuoted(std::string_view text) {
+  if (text.size() < 3 || text.front() != '"' || text.back() != '"') return false;
+  const std::string_view inner = text.substr(1, text.size() - 2);
+  return HasBlankEnd(inner) || IsQuoted(inner);
+}
+
+std::string_view Unquoted(std::string_view text) { return IsQuoted(text) ? text.substr(1, text.size() - 2) : text; }
+
+std::string Quoted(const std::string &value) { return HasBlankEnd(value) || IsQuoted(value) ? '"' + value + '"' : value; }
+
 bool NextLine(std::string_view file, Span *line) {
   if (line->begin >= file.size()) return false;
   line->end = std::min(file.find('\n', line->begin), file.size());
@@ -67,7 +83,7 @@ SettingLine SplitLine(std::string_view text) {
   text = Trimmed(text);
   if (text.empty() || text[0] == '#') return {};
   const size_t end = std::min(text.find_first_of(Blanks), text.size());
-  return {text.substr(0, end), Trimmed(text.substr(end))};
+  return {text.substr(0, end), Unquoted(Trimmed(text.substr(end)))};
 }
 
 const SettingRow *RowNamed(std::string_view name) {
@@ -119,7 +135,7 @@ void PutLine(std::string *file, std::string_view name, const std::string &line) 
 bool WriteValue(const SettingRow &row, const std::string &value) {
   std::string file;
   if (!ReadSettings(&file)) return false;
-  PutLine(&file, row.name, std::string(row.name) + " " + value);
+  PutLine(&file, row.name, std::string(row.name) + " " + Quoted(value));
   return file.size() <= FileLimit && ReplaceFile(FileBehind(SettingsPath).c_str(), file.data(), file.size());
 }
 
@@ -159,7 +175,7 @@ std::string SettingText(Setting which) {
 bool StoreSetting(Setting which, std::string_view text) {
   const SettingRow &row = Rows[static_cast<size_t>(which)];
   const std::string value(text);
-  const char *fault = Trimmed(text).empty() || Trimmed(text) != text ? "is empty, or begins or ends with a blank" : row.faultOf(text);
+  const char *fault = text.empty() ? "is empty" : row.faultOf(text);
   if (fault != nullptr) return LogWarn((std::string("The setting ") + row.name + " " + fault + ". It stays as it was.").c_str()) != 0;
   const ScopedLock lock(&SettingsMutex);
   std::string &written = Written[static_cast<size_t>(which)];

@@ -31,10 +31,10 @@ TEST(Settings, AValueIsTakenFromItsFirstGoodLineAndFaultsAreTold) {
   UseTemporaryInstallation();
   EXPECT_EQ(LogOf(LoadSettings), "") << "no file";
   EXPECT_EQ(SettingText(Setting::Ship), "");
-  const std::string at = "WARN: config/text/settings:", full(200, 'n');
+  const std::string at = "WARN: config/text/settings:", full(251, 'n');
   const struct { std::string file, ship, log; } cases[] = {
       {"Ship Heron of Dusk\n", "Heron of Dusk", ""}, {"\n# ours\r\n  Ship \t Heron  \r\nEnd", "Heron", at + "4: the game has no setting End; the line is kept \n"},
-      {"Ship " + full, full, ""}, {"Ship " + full + "n", "", at + "1: the value of Ship is longer than 200 bytes \n"},
+      {"Ship " + full, full, ""}, {"Ship " + full + "n", "", at + "1: the value of Ship is longer than 251 bytes \n"},
       {"Ship ../Heron\nShip .Heron\nShip He\x01ron\nShip Grebe\nShip Late", "Grebe",
        at + "1: the value of Ship is no name of a ship in saves/ \n" + at + "2: the value of Ship is no name of a ship in saves/ \n" + at +
            "3: the value of Ship is no name of a ship in saves/ \n" + at + "5: Ship is given once more; the first line counts \n"},
@@ -72,8 +72,17 @@ TEST(Settings, OneLineIsReplacedAndAllOthersStay) {
   EXPECT_EQ(fs::last_write_time(Path), written) << "what is there is not written again";
   EXPECT_TRUE(StoreSetting(Setting::Ship, "Teal"));
   EXPECT_EQ(ReadText(Path), "Ship Teal\nWritten meanwhile\n");
-  for (const char *bad : {"", " ", " Heron", "Heron ", "a/b", ".b", "a\nFake 1"}) EXPECT_FALSE(StoreSetting(Setting::Ship, bad)) << bad;
+  for (const char *bad : {"", "a/b", "\t", ".b", "a\nFake 1"}) EXPECT_FALSE(StoreSetting(Setting::Ship, bad)) << bad;
   EXPECT_EQ(SettingText(Setting::Ship) + ReadText(Path), "TealShip Teal\nWritten meanwhile\n");
+  const struct { std::string value, line; } forms[] = {
+      {" Heron", "\" Heron\""}, {"Heron ", "\"Heron \""}, {" ", "\" \""}, {"\"Heron\"", "\"Heron\""}, {"\"", "\""},
+      {"\" Heron\"", "\"\" Heron\"\""}, {"\"\"", "\"\""}, {std::string(250, '"') + " ", '"' + std::string(250, '"') + " \""}};
+  for (const auto &f : forms) {
+    ASSERT_TRUE(StoreSetting(Setting::Ship, f.value)) << f.value;
+    EXPECT_EQ(ReadText(Path), "Ship " + f.line + "\nWritten meanwhile\n");
+    LoadSettings();
+    EXPECT_EQ(SettingText(Setting::Ship), f.value);
+  }
 }
 
 TEST(Settings, WhatCantBeReadOrWrittenStaysAndIsToldOnce) {

@@ -75,8 +75,9 @@ TEST_F(Backup, TheNewestTenOfAShipStayAndAllOfOthers) {
     ASSERT_EQ(Names(), expected) << day;
     EXPECT_EQ(Content("saves/Ship" + date + ".bak"), date);
   }
+  Write("saves/Ship.sts", "of another day");
   Keep("saves/Ship.sts", "2019-12-31");  // a clock that went back
-  EXPECT_EQ(Content("saves/Ship2019-12-31.bak"), "2026-01-30");
+  EXPECT_EQ(Content("saves/Ship2019-12-31.bak"), "of another day");
   Write("saves/Ship.sts", "of later that day");
   Keep("saves/Ship.sts", "2026-01-30");
   EXPECT_EQ(Content("saves/Ship2026-01-30.bak"), "2026-01-30");
@@ -116,7 +117,7 @@ TEST_F(Backup, AClockThatIsWrongCostsNoBackupThatIsNewer) {
     EXPECT_EQ(Content("saves/" + start.made), start.made + "1") << "the first save's";
   }
   EXPECT_FALSE(fs::exists("saves/Ship1970-01-01 4.bak"));
-  EXPECT_TRUE(Names().size() == 11 && fs::exists("saves/" + first)) << "those with a number count like others";
+  EXPECT_TRUE(Names().size() == 11 && fs::exists("saves/" + second)) << "those with a number count like others";
 }
 
 TEST_F(Backup, ADamagedFileIsNoneAndLeavesTheDayToAGoodOne) {
@@ -136,9 +137,48 @@ TEST_F(Backup, ADamagedFileIsNoneAndLeavesTheDayToAGoodOne) {
     EXPECT_TRUE(!read || (SaveShipByName(loaded) == 1 && !fs::exists(backup))) << "nor is the half that was read";
     Drop(loaded);
   }
+  for (const std::string &name : Names())
+    if (name.find(".damaged") != std::string::npos) fs::remove("saves/" + name);
   WriteText("saves/Ship.sts", hurt);  // hurt behind the game's back
   EXPECT_TRUE(SaveShipByName(ship) == 1 && !fs::exists(backup));
   EXPECT_TRUE(SaveShipByName(ship) == 1 && fs::exists(backup)) << "the next save's is the day's";
+}
+
+// What a run of its own does: another ship takes the name.
+static void SaveInAnotherRun(unsigned number) {
+  Ship *other = NewShip({}, "Other");
+  Fill(other, MixedCells(10 + number, number));
+  EXPECT_EQ(SaveShipStream(other, "saves/Other.sts"), 1);
+  Drop(other);
+  fs::remove("saves/Other" + LocalDate() + ".bak");
+  EXPECT_EQ(std::system(TARNVALE_BINARIES "/tools/ship/tarnvale-ship convert --force Other.sts Ship.sts >>said 2>&1"), 0) << ReadText("said");
+}
+
+TEST_F(Backup, EachRunKeepsWhatItFindsAndManyRunsOfADaySpareTheDaysBefore) {
+  const std::string today = "Ship" + LocalDate();
+  std::set<std::string> expected = {"Other.sts", "Ship.sts"};
+  for (int day = 1; day <= 4; ++day)
+    for (const char *number : {"", " 2"}) {
+      const std::string name = "Ship2020-01-0" + std::to_string(day) + number + ".bak";
+      Write("saves/" + name, name);
+      Age(name, 1000 - 10 * day - static_cast<int>(std::string(number).size()));
+      if (*number != '\0') expected.insert(name);
+    }
+  SaveInAnotherRun(0);
+  for (unsigned run = 1; run <= 12; ++run) {
+    const std::string before = ReadText("saves/Ship.sts");
+    SaveInAnotherRun(run);
+    const std::set<std::string> names = Names();
+    EXPECT_EQ(std::count_if(names.begin(), names.end(), [&](const auto &n) { return ReadText("saves/" + n) == before; }), 1) << run;
+    EXPECT_TRUE(std::includes(names.begin(), names.end(), expected.begin(), expected.end())) << run << ": one of each day before";
+    EXPECT_TRUE(names.contains(today + ".bak") && names.size() <= 12) << run << ": today's first";
+  }
+  EXPECT_EQ(Names().size(), 12u);
+  fs::copy_file("saves/Ship.sts", "saves/Other.sts", fs::copy_options::overwrite_existing);
+  for (int run = 0; run < 2; ++run) EXPECT_EQ(std::system(TARNVALE_BINARIES "/tools/ship/tarnvale-ship convert --force Other.sts Ship.sts >>said 2>&1"), 0);
+  const std::set<std::string> same = Names();
+  EXPECT_EQ(std::count_if(same.begin(), same.end(), [](const auto &n) { return ReadText("saves/" + n) == ReadText("saves/Ship.sts"); }), 3)
+      << "Ship, Other, and one backup of both runs";
 }
 
 // The commands of a paragraph of a page: its lines that are set in by four, with the tool where it was built.
@@ -171,6 +211,14 @@ TEST_F(Backup, ThePageLeadsFromADamagedShipToTheGoodOne) {
   for (int esc = 0; esc < 3; ++esc) EXPECT_EQ(SaveShipTelling(played, &news), 1);
   Drop(played);
   EXPECT_EQ(Names(), (std::set<std::string>{"Default.sts", "Default.sts.damaged", "Default2026-11-23.bak"}));
+  Age("Default2026-11-23.bak", 30);
+  Ship *again = NewShip({}, "Default");  // the next day's start takes the rest for a whole ship
+  LoadShipTelling(again, "Default", &news);
+  EXPECT_EQ(news, "");
+  EXPECT_EQ(SaveShipTelling(again, &news), 1);
+  Drop(again);
+  const std::string rest = "Default (rest)" + LocalDate() + ".bak";
+  EXPECT_EQ(Names(), (std::set<std::string>{"Default.sts", "Default.sts.damaged", "Default2026-11-23.bak", rest})) << "the page's is the newest of its name";
   const std::vector<std::string> commands = Commands("ships.md", "**A damaged ship.**", "Without a backup");
   ASSERT_EQ(commands.size(), 4u) << "two that look and two that lead back";
   int failed = 0;
