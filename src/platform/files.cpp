@@ -23,32 +23,39 @@ constexpr int MostKept = 999;            // copies of one file
 constexpr int LockTries = 50;
 constexpr useconds_t LockPause = 20000;  // microseconds between two of them
 
-FileStamp StampOf(int descriptor) {
-  struct stat info;
+static FileStamp StampFrom(const struct stat &info) {
   FileStamp s;
-  if (fstat(descriptor, &info) != 0) return s;
   s.there = true;
   s.device = static_cast<u64>(info.st_dev);
   s.inode = static_cast<u64>(info.st_ino);
   s.size = static_cast<u64>(info.st_size);
   s.time = i64{info.st_mtim.tv_sec} * 1000000000 + info.st_mtim.tv_nsec;
+  return s;
+}
+
+FileStamp StampOf(int descriptor) {
+  struct stat info;
+  FileStamp s;
+  if (fstat(descriptor, &info) != 0) return s;
+  s = StampFrom(info);
   constexpr off_t tail = sizeof s.tail;
-  if (info.st_size >= tail && pread(descriptor, &s.tail, sizeof s.tail, info.st_size - tail) != tail) s.tail = 0;
+  s.read = info.st_size < tail || pread(descriptor, &s.tail, sizeof s.tail, info.st_size - tail) == tail;
+  if (!s.read) s.tail = 0;
   return s;
 }
 
 FileStamp StampAt(const char *path) {
   const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  FileStamp s;
-  if (descriptor < 0) return s;
-  s = StampOf(descriptor);
+  struct stat info;
+  if (descriptor < 0) return stat(path, &info) == 0 ? StampFrom(info) : FileStamp();
+  const FileStamp s = StampOf(descriptor);
   close(descriptor);
   return s;
 }
 
 bool SameContent(const FileStamp &a, const FileStamp &b) {
   if (!a.there || !b.there || a.size != b.size) return a.there == b.there && !a.there;
-  return a.tail == b.tail || (a.device == b.device && a.inode == b.inode && a.time == b.time);
+  return (a.read && b.read && a.tail == b.tail) || (a.device == b.device && a.inode == b.inode && a.time == b.time);
 }
 
 bool NameIsTaken(const char *path) {
@@ -324,6 +331,27 @@ std::string KeepBeside(const char *path, const char *ending) {
 }
 
 std::string KeepUnder(const char *path, const std::function<std::string(int)> &name) { return KeepAs(path, MostKept, name); }
+
+// 0, or errno. A disk that can't refuse a name that is taken is asked whether it is.
+static int MoveToFree(const char *from, const char *to) {
+  if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return 0;
+  if (errno != EINVAL && errno != ENOSYS) return errno;
+  if (NameIsTaken(to)) return EEXIST;
+  return rename(from, to) == 0 ? 0 : errno;
+}
+
+std::string MoveUnder(const char *path, const std::function<std::string(int)> &name) {
+  const std::string file = FileBehind(path);
+  for (int copy = 1; copy <= MostKept && !file.empty(); ++copy) {
+    const std::string next = name(copy);
+    const int fault = MoveToFree(file.c_str(), next.c_str());
+    if (fault == EEXIST) continue;
+    if (fault != 0) break;
+    SyncFolderOf(next);
+    return next;
+  }
+  return {};
+}
 
 bool MakeDirectory(const char *path) { return mkdir(path, 0777) == 0; }
 

@@ -15,11 +15,12 @@ extern std::atomic<bool> SavingOn;
 // What tells a file from what stood under its name before, or comes to stand there.
 struct FileStamp {
   bool there = false;
+  bool read = false;   // its bytes may be read; of one that may not, tail is 0
   u64 device = 0, inode = 0, size = 0, tail = 0;  // tail: the last 8 bytes, which in a gzip file are a sum of all
   i64 time = 0;                                   // of the last change, nanoseconds
 };
 FileStamp StampOf(int descriptor);       // Of an open file; one that can't be looked at isn't there.
-FileStamp StampAt(const char *path);     // Links are followed.
+FileStamp StampAt(const char *path);     // Links are followed. A file that can't be opened is there all the same.
 bool SameContent(const FileStamp &a, const FileStamp &b);  // The same file, unchanged, or one that was written with the same bytes.
 
 bool NameIsTaken(const char *path);      // Whatever has it: a link to nowhere too.
@@ -71,5 +72,8 @@ SecondName GiveSecondName(const char *path, const char *name);
 std::string KeepBeside(const char *path, const char *ending);
 // The same with a name for each number from 1; there may be as many as 999.
 std::string KeepUnder(const char *path, const std::function<std::string(int)> &name);
+// The same for a file that may not be read, of which there is no copy: it loses its own name to the new one, which needs no right but
+// that to the folder. Empty: it stays where it is.
+std::string MoveUnder(const char *path, const std::function<std::string(int)> &name);
 bool MakeDirectory(const char *path);  // True when the directory was made.
 bool RemoveTree(const char *path);     // Deletes a file or a folder; entries that begin with "." stay, and their folder.

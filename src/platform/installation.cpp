@@ -10,6 +10,9 @@
 
 namespace {
 
+constexpr int ClaimTries = 10;
+constexpr useconds_t ClaimPause = 10000;  // microseconds between two of them
+
 struct HeldFolder {
   int saves = -1, cache = -1;
 };
@@ -21,13 +24,14 @@ void Release(const HeldFolder &held) {
     if (descriptor >= 0) close(descriptor);
 }
 
-// False, with nothing held, when another one has it.
-bool Take(HeldFolder *held) {
+// how: LOCK_EX for a game of this folder, LOCK_SH for one that only looks and is in no other looker's way. False, with nothing held,
+// when another one has it.
+bool Take(HeldFolder *held, int how) {
   held->saves = open("saves", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (held->saves < 0) return true;
   held->cache = open("cache", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const bool alone = held->cache < 0;  // then the one folder has to do for both
-  const bool busy = IsBusy(held->saves, alone ? LOCK_EX : LOCK_SH) || (!alone && IsBusy(held->cache, LOCK_EX));
+  const bool busy = IsBusy(held->saves, alone ? how : LOCK_SH) || (!alone && IsBusy(held->cache, how));
   if (busy) Release(*held);
   return !busy;
 }
@@ -36,12 +40,16 @@ bool Take(HeldFolder *held) {
 
 Hold HoldInstallation() {
   HeldFolder held;  // the descriptors stay open
-  return Take(&held) ? Hold::Ours : Hold::Taken;
+  for (int i = 0; i < ClaimTries; ++i) {  // one that only looks is gone in a moment
+    if (Take(&held, LOCK_EX)) return Hold::Ours;
+    usleep(ClaimPause);
+  }
+  return Hold::Taken;
 }
 
 bool OthersHoldInstallation() {
   HeldFolder held;
-  if (!Take(&held)) return true;
+  if (!Take(&held, LOCK_SH)) return true;
   Release(held);
   return false;
 }

@@ -7,4 +7,4 @@ enum class Hold { Ours, Taken };  // Taken: by another game, or by a server
 // themselves games have cache/. A folder that is missing, or a disk without locks, counts as ours. Once, before there is
 // a second thread.
 Hold HoldInstallation();
-bool OthersHoldInstallation();  // Whether it is taken, without taking it.
+bool OthersHoldInstallation();  // Whether it is taken. No game that claims it meanwhile fails for that.

@@ -161,6 +161,16 @@ TEST(Installation, IsHeldByOneGameAndNotBesideAServer) {
   fs::remove_all("saves");
   EXPECT_FALSE(AnotherFinds(HoldInstallation)) << "where there is no folder there is nobody";
   fs::create_directory("saves");
+  const int looker = open("cache", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  ASSERT_EQ(flock(looker, LOCK_SH | LOCK_NB), 0);
+  EXPECT_FALSE(AnotherFinds(look)) << "one that only looks is in no other's way";
+  std::thread leaves([&] {
+    usleep(30000);
+    flock(looker, LOCK_UN);
+  });
+  EXPECT_FALSE(AnotherFinds(HoldInstallation)) << "nor in the way of a game, that waits a moment";
+  leaves.join();
+  close(looker);
   ASSERT_EQ(HoldInstallation(), Hold::Ours);
   EXPECT_TRUE(AnotherFinds(HoldInstallation) && AnotherFinds(look));
   const int saves = open("saves", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
