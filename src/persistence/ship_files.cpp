@@ -66,7 +66,9 @@ bool CopyShip(const Ship &ship, StreamCopy *copy) {
 // What could not be read of a file, or another ship of the same name, would be lost with the save, were it not for this.
 bool KeepOldFile(const char *path, const char *ending) {
   if (ending == nullptr || !NameIsTaken(path)) return true;
-  const std::string name = KeepBeside(path, ending);
+  const auto numbered = [&](int copy) { return WithEnding(path, std::string(ending) + (copy == 1 ? "" : std::to_string(copy))); };
+  std::string name = KeepBeside(path, ending);
+  if (name.empty() && !StampAt(path).read) name = MoveUnder(path, numbered);
   if (name.empty()) return LogError((std::string(path) + " can't be kept beside the new one. The ship was not saved.").c_str()) != 0;
   LogWarn(("The file as it was is kept as " + name).c_str());
   return true;
@@ -79,13 +81,14 @@ std::string OtherName(const std::string &stem, int copy) {
   return "saves/" + WithEnding(stem, ending);
 }
 
-// What another program, or another computer through a synced folder, has put under the name since this game read or wrote it is
-// somebody's ship too.
-bool KeepOtherFile(const char *path, const StreamCopy &copy, std::string *kept) {
-  if (!copy.watched || copy.keepAs != nullptr) return true;
+// What another program, or another computer through a synced folder, has put under the name since known was taken of it is
+// somebody's ship too. What may not be read may have a second name refused as well: such a file makes way itself.
+bool KeepOtherFile(const char *path, const StreamCopy &copy, const FileStamp &known, std::string *kept) {
   const FileStamp now = StampAt(path);
-  if (!now.there || SameContent(now, copy.known)) return true;
-  *kept = KeepUnder(path, [&](int number) { return OtherName(copy.stem, number); });
+  if (!now.there || SameContent(now, known)) return true;
+  const auto name = [&](int number) { return OtherName(copy.stem, number); };
+  *kept = KeepUnder(path, name);
+  if (kept->empty() && !now.read) *kept = MoveUnder(path, name);
   if (kept->empty()) return LogError((std::string(path) + " was changed by another program, and can't be kept. The ship was not saved.").c_str()) != 0;
   LogWarn((std::string(path) + " was changed by another program. It is kept as " + *kept).c_str());
   return true;
@@ -93,18 +96,23 @@ bool KeepOtherFile(const char *path, const StreamCopy &copy, std::string *kept) 
 
 // A ship that was read in part is no backup of the whole one, and must not push those out that are.
 std::string KeepGoodBackup(const char *path, const StreamCopy &copy) {
-  return copy.readInPart ? std::string() : KeepBackup(path, LocalDate());
+  const FileStamp now = StampAt(path);
+  if (now.there && !now.read) LogWarn((std::string(path) + " can't be read. The ship is saved without a backup.").c_str());
+  return copy.readInPart || !now.read ? std::string() : KeepBackup(path, LocalDate());
 }
 
 // What the old file is kept as is made only when the new one is safe but for its name: saves that fail, day after day, must
-// not cost older backups.
+// not cost older backups. The making takes a while: what came under the name in it is looked for again at the last moment.
 bool ReplaceShip(FileReplacement *file, const char *path, const StreamCopy &copy, std::string *other) {
-  if (!WriteGzip(file, copy.bytes) || !SettleReplacement(file) || !KeepOldFile(path, copy.keepAs) ||
-      !KeepOtherFile(path, copy, other)) {
+  const bool settled = WriteGzip(file, copy.bytes) && SettleReplacement(file);
+  const FileStamp seen = StampAt(path);
+  const bool byOthers = copy.watched && copy.keepAs == nullptr;
+  if (!settled || !KeepOldFile(path, copy.keepAs) || (byOthers && !KeepOtherFile(path, copy, copy.known, other))) {
     AbandonReplacement(file);
     return false;
   }
   const std::string backup = KeepGoodBackup(path, copy);
+  if (copy.watched && !KeepOtherFile(path, copy, seen, other)) AbandonReplacement(file);
   const bool good = copy.old == nullptr ? CommitReplacement(file) : CommitKeepingOld(file, copy.old);
   if (good && !backup.empty()) EndBackup(backup);
   if (!good && !backup.empty()) RemoveFile(backup.c_str());
@@ -279,24 +287,30 @@ int LoadShipWithin(Ship *ship, const char *path, LoadBudget *budget) {
   return 1;
 }
 
-// Words for a player: what is wrong with a file that gave nothing, and where it is.
-static std::string TellUnreadable(const std::string &path, const StreamRead &read, const Ship &ship) {
-  const std::string behind = FileBehind(path.c_str());
-  std::string news = FileNameOf(path);
-  if (read.stamp.there && read.stamp.size == 0) news += " is empty";
-  else if (read.opened) news += " is no ship file";
-  else if (!behind.empty() && behind != path && !NameIsTaken(behind.c_str())) news += " is a link to " + behind + ", which is not there";
-  else news += " can't be opened";
-  return news + ". It stays as it is, and this ship will be saved as " + ship.fileStem + ". Put it back and load it, or load a backup: Esc, Load Ship";
-}
-
-// The same of one that was read in part, and what was read.
-static std::string TellDamaged(const std::string &path, const StreamRead &read, const Ship &ship, const std::string &kept) {
+static u64 BlocksOf(const Ship &ship) {
   u64 blocks = 0;
   ForEachChunk(ship, [&blocks](Chunk &, ChunkCells &cells, CellAddress) {
     for (const u64 word : cells.occupied) blocks += static_cast<u64>(std::popcount(word));
   });
-  return FileNameOf(path) + " " + read.fault + ": " + std::to_string(blocks) + " blocks were read, others not. The file as it was " +
+  return blocks;
+}
+
+// Words for a player: what is wrong with a file that gave nothing.
+static std::string TellUnreadable(const std::string &path, const StreamRead &read) {
+  const std::string behind = FileBehind(path.c_str());
+  std::string news = FileNameOf(path);
+  if (read.stamp.there && read.stamp.size == 0) news += " is empty";
+  else if (read.fault[0] != '\0') news += std::string(" ") + read.fault + ": no block of it could be read";
+  else if (!NameIsTaken(path.c_str())) news += " is not there any more";
+  else if (read.opened) news += " is no ship file";
+  else if (!behind.empty() && behind != path && !NameIsTaken(behind.c_str())) news += " is a link to " + behind + ", which is not there";
+  else news += " can't be opened";
+  return news;
+}
+
+// The same of one that was read in part, and what was read.
+static std::string TellDamaged(const std::string &path, const StreamRead &read, const Ship &ship, const std::string &kept) {
+  return FileNameOf(path) + " " + read.fault + ": " + std::to_string(BlocksOf(ship)) + " blocks were read, others not. The file as it was " +
          (kept.empty() ? "stays; the ship will be saved as " + ship.fileStem : "is " + FileNameOf(kept)) +
          ". For an earlier ship: Esc, Load Ship, Backups";
 }
@@ -310,16 +324,32 @@ static std::string SettleLoad(Ship *ship, const char *path, const StreamRead &re
   return kept;
 }
 
-// news: null for a load that nobody watches.
+// Nothing was read, not even a part. Only a whole file is a ship without blocks.
+static bool GaveNothing(const Ship &ship, const StreamRead &read, int result) {
+  return result == 0 || (!read.whole && BlocksOf(ship) == 0);
+}
+
+// The ship is as before the read, for what comes in the file's place; that must not grow over the file.
+static void GoWithout(Ship *ship, const char *path) {
+  const std::string stem = ship->fileStem;
+  FreeShip(ship);
+  InitShip(ship, ship->id);
+  AllocShipTable(ship);
+  ship->fileStem = stem;
+  TakeFreeStem(path, ship);
+  ship->knownStem = ship->fileStem;
+}
+
+// news: null for a load that nobody watches. What gave no block though it should have some isn't loaded for one who watches: an
+// empty ship would be saved over it.
 static int LoadTelling(Ship *ship, const char *path, bool finish, std::string *news) {
   StreamRead read;
   const int result = ReadStream(ship, path, nullptr, &read);
-  const bool outOfReach = news != nullptr && result == 0 && NameIsTaken(path);
-  if (outOfReach) {
-    TakeFreeStem(path, ship);  // what comes in the file's place must not grow over it
-    ship->knownStem = ship->fileStem;
-    *news = TellUnreadable(path, read, *ship);
-    return result;
+  if (news != nullptr && GaveNothing(*ship, read, result) && NameIsTaken(path)) {
+    GoWithout(ship, path);
+    *news = TellUnreadable(path, read) + ". It stays as it is, and this ship will be saved as " + ship->fileStem +
+            ". Put it back and load it, or load a backup: Esc, Load Ship";
+    return 0;
   }
   const std::string kept = SettleLoad(ship, path, read, result != 0);
   if (news != nullptr && result != 0 && !read.whole) *news = TellDamaged(path, read, *ship, kept);
@@ -333,12 +363,28 @@ static int LoadByName(Ship *ship, const char *name, std::string *news) {
   return LoadTelling(ship, path.c_str(), true, news);
 }
 
+// For a player who chose a file there is a ship already: one that gives nothing leaves them where they are.
+static int AddWatched(Ship *ship, const std::string &path, std::string *news) {
+  StreamRead read;
+  const int result = ReadStream(ship, path.c_str(), nullptr, &read);
+  if (GaveNothing(*ship, read, result)) {
+    FreeShip(ship);
+    *news = TellUnreadable(path, read) + ". You stay in the ship that you fly" + (NameIsTaken(path.c_str()) ? ", and the file stays as it is" : "");
+    return 0;
+  }
+  const std::string kept = SettleLoad(ship, path.c_str(), read, true);
+  if (!read.whole) *news = TellDamaged(path, read, *ship, kept);
+  FinishShip(ship);
+  return 1;
+}
+
 static int AddByName(ShipTable *table, const char *name, i64 x, i64 y, i64 z, std::string *news) {
   const std::string file = name;
   const std::string path = file.rfind("saves/", 0) == 0 ? file : "saves/" + file;
   Ship *ship = PrepareShip(table);
   if (ship == nullptr) return 0;
-  const int loaded = LoadTelling(ship, path.c_str(), true, news);
+  const int loaded = news != nullptr ? AddWatched(ship, path, news) : LoadTelling(ship, path.c_str(), true, nullptr);
+  if (loaded == 0 && news != nullptr) return 0;
   if (loaded != 0) {
     ship->position[0] = PlaceOnAxis(x, ship->summary->sizeX, PlacingDistance);
     ship->position[1] = PlaceOnAxis(y, ship->summary->sizeY, PlacingDistance);

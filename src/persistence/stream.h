@@ -44,7 +44,8 @@ int LoadShipByName(Ship *ship, const char *name);        // From saves/<name>.st
 int AddShipFromStream(ShipTable *table, const char *name, i64 x, i64 y, i64 z);  // World mutex held. 1 or 0.
 // The same three as the game does them for a player. *news: what has to be told of it, or empty. What another program has put under
 // the name since the ship was loaded or saved by it is kept beside the new file, as "<fileStem> (other).sts". A ship for which
-// a file gave nothing, though there is one, gets another fileStem: nothing grows over what may only be out of reach.
+// a file gave no block, though there is one that should have some, gets another fileStem, and 0 is the answer: nothing grows over
+// what may only be out of reach. AddShipTelling adds no ship then.
 int SaveShipTelling(Ship *ship, std::string *news);
 int LoadShipTelling(Ship *ship, const char *name, std::string *news);
 int AddShipTelling(ShipTable *table, const char *name, i64 x, i64 y, i64 z, std::string *news);

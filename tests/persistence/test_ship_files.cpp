@@ -1,5 +1,8 @@
 // Ships on disk: what a save leaves behind when it is cut off, and what a load makes of files that were hurt.
+#include <poll.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "persistence/backup.h"
 #include "persistence/directory_store.h"
@@ -113,10 +116,13 @@ TEST_F(ShipFiles, AFileThatGivesNothingIsNeverGrownOver) {
   WriteText("saves/empty.sts", "");
   WriteText("saves/text.sts", "not a ship");
   WriteText("saves/cut.sts", whole.substr(0, whole.size() - 9));
+  WriteText("saves/bare.sts", GzipMember(PackByHand("bare", {}), 1));
+  WriteText("saves/head.sts", GzipMember(PackByHand("head", MixedCells(25, 2)), 0).substr(0, 34));  // the name, and not one block
   const struct { const char *stem, *saved, *word; } cases[] = {  // what it is saved as, and what the player is told
       {"none", "none", ""}, {"made", "made", ""}, {"folder", "folder 2", "is no ship file. It stays"},
       {"lost", "lost 2", "is a link to /nowhere/at/all.sts, which is not there"}, {"round", "round 2", "can't be opened"},
       {"empty", "empty 2", "is empty. It stays as it is, and this ship will be saved as empty 2. Put it back and load it, or load a backup"}, {"text", "text 2", "is no ship file"},
+      {"bare", "bare", ""}, {"head", "head 2", "is cut short or damaged: no block of it could be read. It stays as it is, and this ship will be saved as head 2"},
       {"cut", "cut", "is cut short or damaged: 25 blocks were read, others not. The file as it was is cut.sts.damaged"}};
   for (const auto &c : cases) {
     std::string news;
@@ -128,6 +134,12 @@ TEST_F(ShipFiles, AFileThatGivesNothingIsNeverGrownOver) {
     EXPECT_EQ(SaveShipByName(loaded), 1) << c.stem;
     EXPECT_TRUE(c.stem == std::string(c.saved) || ReadText(path) == before) << c.stem;
     Drop(loaded);
+    const bool ofUse = c.stem == std::string(c.saved);  // what is chosen from the list and gives nothing leads nowhere
+    ShipTable table;
+    EXPECT_EQ(AddShipTelling(&table, (std::string(c.stem) + ".sts").c_str(), 0, 0, 0, &news), ofUse ? 1 : 0) << c.stem;
+    EXPECT_TRUE(table.count == (ofUse ? 1 : 0) && (ofUse || Count(news, ". You stay in the ship that you fly, and the file stays as it is") == 1)) << news;
+    if (ofUse) FreeShip(table.ships[0]);
+    delete table.ships[0].load();
   }
   EXPECT_FALSE(fs::exists("saves/empty.sts.damaged")) << "it is still there itself";
   EXPECT_TRUE(fs::is_symlink("saves/lost.sts") && fs::is_directory("saves/folder.sts"));
@@ -164,6 +176,69 @@ TEST_F(ShipFiles, WhatAnotherProgramPutThereIsKeptBesideIt) {
   WriteText("saves/c.sts", second);
   EXPECT_TRUE(SaveShipTelling(loaded, &news) == 1 && ReadText("saves/c (other).sts") == second);
   Drop(loaded);
+}
+
+TEST_F(ShipFiles, WhatMayNotBeReadIsKeptAllTheSame) {
+  for (const char *path : {".", "saves", "errors.txt"}) fs::permissions(path, fs::perms::all);
+  const auto lock = [](const char *path) { fs::permissions(path, fs::perms::none); };
+  std::string news;
+  LoadShipTelling(ship, "a", &news);
+  Ship *fresh = NewShip({}, "c");
+  LoadShipTelling(fresh, "c", &news);
+  ASSERT_EQ(SaveShipTelling(ship, &news), 1);
+  fs::remove("saves/a.sts");
+  WriteText("saves/a.sts", "somebody's");
+  WriteText("saves/c.sts", "somebody's");
+  WriteText("saves/a (other).sts", "another's");
+  for (const char *path : {"saves/a.sts", "saves/c.sts"}) lock(path);
+  const auto asAnother = [&](const std::function<bool()> &work) {  // root may read everything
+    return OnFullDisk(1 << 20, [&] { return (geteuid() != 0 || seteuid(65534) == 0) && work() ? 1 : 0; }) == 1;
+  };
+  EXPECT_TRUE(asAnother([&] { return SaveShipTelling(ship, &news) == 1 && Count(news, "a.sts was changed by another program. That ship is kept as a (other 2).sts") == 1; }));
+  fs::permissions("saves/a (other 2).sts", fs::perms::all);
+  EXPECT_TRUE(ReadText("saves/a (other 2).sts") == "somebody's" && ReadText("saves/a (other).sts") == "another's");
+  EXPECT_EQ(StreamCells("saves/a.sts"), CellsOf(*ship));
+  EXPECT_TRUE(asAnother([&] { return SaveShipTelling(fresh, &news) == 1; })) << "one that has not been saved before";
+  fs::permissions("saves/c.sts.damaged", fs::perms::all);
+  EXPECT_EQ(ReadText("saves/c.sts.damaged"), "somebody's");
+  Drop(fresh);
+  ship->fileStem = "b";
+  EXPECT_TRUE(asAnother([&] {  // the game's own, to which somebody set other rights
+    const bool first = SaveShipTelling(ship, &news) == 1;
+    lock("saves/b.sts");
+    return first && SaveShipTelling(ship, &news) == 1 && news.empty();
+  }));
+  EXPECT_TRUE(Logged("WARN: saves/b.sts can't be read. The ship is saved without a backup.") && !Logged("is no backup"));
+  EXPECT_FALSE(fs::exists("saves/b (other).sts"));
+}
+
+TEST_F(ShipFiles, WhatComesDuringASaveIsKept) {
+  Fill(ship, MixedCells(400000, 1));
+  std::string news;
+  LoadShipTelling(ship, "none", &news);
+  ASSERT_EQ(SaveShipTelling(ship, &news), 1);
+  WriteText("synced", Saved(MixedCells(26, 3)));
+  const std::string other = ReadText("synced");
+  const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  ASSERT_GE(inotify_add_watch(watch, "saves/a.sts", IN_OPEN | IN_CLOSE), 0);
+  bool inTime = false;
+  std::thread syncs([&] {  // an open file that is not closed at once is being read for the backup: all has been looked at before
+    pollfd events{watch, POLLIN, 0};
+    alignas(inotify_event) char buffer[4096];
+    while (!inTime && poll(&events, 1, 20000) > 0) {
+      const ssize_t got = read(watch, buffer, sizeof buffer);
+      u32 last = 0;
+      for (ssize_t at = 0; at < got; at += static_cast<ssize_t>(sizeof(inotify_event) + reinterpret_cast<inotify_event *>(buffer + at)->len))
+        last = reinterpret_cast<inotify_event *>(buffer + at)->mask;
+      inTime = last == IN_OPEN && poll(&events, 1, 1) == 0;
+    }
+    fs::rename("synced", "saves/a.sts");
+  });
+  EXPECT_EQ(SaveShipTelling(ship, &news), 1);
+  syncs.join();
+  close(watch);
+  EXPECT_TRUE(inTime);
+  EXPECT_TRUE(ReadText("saves/a (other).sts") == other || ReadText("saves/a.sts") == other) << "it is nowhere";
 }
 
 TEST_F(ShipFiles, ALinkStaysOneAndTheFileBehindItIsReplacedInItsFolder) {
