@@ -60,11 +60,11 @@ class TwoGames(unittest.TestCase):
         self.assertEqual(third.close(), 0)
 
     def test_a_game_that_was_told_to_save_nothing_asks_nothing(self):
-        game = self.play(environment={"TARNVALE_SAVING": "0"})
+        game = self.play(number="2", environment={"TARNVALE_SAVING": "0"})
         game.wait_for_asteroid()
         game.press("Escape")
         game.wait_for_log("Msg: This game saves nothing: the ship is not saved")
-        beside = self.play(number="2", environment={"TARNVALE_SAVING": "1"})
+        beside = self.play(environment={"TARNVALE_SAVING": "1"})
         rig.wait_until(lambda: "core threading system" in beside.said() or not beside.alive(), "the other one starts")
         self.assertNotIn("Another game", beside.said())
         self.assertEqual(beside.close(), 0)
