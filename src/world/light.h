@@ -10,7 +10,7 @@ constexpr int LightRadius = 16;
 
 // Clear in a program that shows no picture: no list is made or kept. Written before there is a second thread.
 extern bool KeepLight;
-// Set while this thread edits as play does: with shadows a cast costs milliseconds, so light passes through blocks for now and is
+// Set while this thread edits as play does: with shadows a cast costs milliseconds, so light first passes through blocks and is
 // worked out again in its time (world/edit.h).
 extern thread_local bool ShadowsLater;
 
